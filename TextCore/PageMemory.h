@@ -1,0 +1,15 @@
+#pragma once
+
+#include <cstddef>
+
+/// Memory for large pieces: never zeroed by this code, on huge pages where the system grants them, because the first
+/// touch of an ordinary page costs more than parsing the bytes that fill it.
+namespace quelm::pagememory {
+
+/// At least `size` bytes, aligned to 64. Throws std::bad_alloc.
+void* allocate(std::size_t size);
+
+/// Gives back a piece that `allocate` returned for that same `size`.
+void release(void* memory, std::size_t size) noexcept;
+
+} // namespace quelm::pagememory

@@ -1,0 +1,25 @@
+# Options that every target of the project shares.
+
+# Checks print the file they stand in: name it from the root of the project, the same on every machine.
+add_compile_options("-ffile-prefix-map=${CMAKE_SOURCE_DIR}/=")
+
+add_compile_options(-Wall -Wextra -Wpedantic -Wshadow=local -Wnon-virtual-dtor -Woverloaded-virtual
+                    -Wimplicit-fallthrough -Wextra-semi)
+if(QUELM_WARNINGS_AS_ERRORS)
+  add_compile_options(-Werror)
+endif()
+
+if(QUELM_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# A fast linker and a compiler cache, where they are installed, keep a rebuild after one edit within seconds.
+find_program(QUELM_MOLD mold)
+if(QUELM_MOLD)
+  add_link_options(-fuse-ld=mold)
+endif()
+find_program(QUELM_CCACHE ccache)
+if(QUELM_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${QUELM_CCACHE})
+endif()
