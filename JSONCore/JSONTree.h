@@ -16,7 +16,7 @@
 
 namespace quelm {
 
-class TreeBuilder;
+class DocumentBuilder;
 struct TreeStorage;
 
 /// A JSON document as a flat store of values, each addressed by its `NodeID`.
@@ -160,7 +160,7 @@ public:
     void checkInvariants() const;
 
 private:
-    friend class TreeBuilder;
+    friend class DocumentBuilder;
     friend const TreeStorage& storageOf(const JSONTree& tree);
 
     explicit JSONTree(std::shared_ptr<TreeStorage> storage);

@@ -11,7 +11,7 @@ namespace quelm {
 class NodeSet {
 public:
     bool contains(NodeID id) const {
-        const auto word = static_cast<std::size_t>(id.raw) / 64;
+        const auto word = static_cast<std::uint32_t>(id.raw) / 64; // a negative id is beyond every word
         return word < words_.size() && (words_[word] >> (id.raw % 64) & 1);
     }
 

@@ -2,6 +2,7 @@
 
 #include "JSONCore/NodeID.h"
 #include "JSONCore/NodeKind.h"
+#include "TextCore/CanonicalText.h"
 
 #include <cstdint>
 #include <optional>
@@ -37,7 +38,7 @@ struct TreeRow {
     private:
         struct Key {
             std::string text;
-            friend bool operator==(const Key& left, const Key& right);
+            friend bool operator==(const Key& left, const Key& right) { return canonical::equal(left.text, right.text); }
         };
         struct Root {
             friend bool operator==(Root, Root) = default;

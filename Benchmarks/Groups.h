@@ -1,0 +1,14 @@
+#pragma once
+
+#include "Benchmarks/Options.h"
+
+namespace quelm::bench {
+
+/// Parsing, writing and checking, side by side with other libraries, on every document.
+/// Returns whether every document could be read.
+bool runJSONGroup(const Options& options);
+
+/// The outline of a document of five million values: rows and edits.
+bool runOutlineGroup(const Options& options);
+
+} // namespace quelm::bench

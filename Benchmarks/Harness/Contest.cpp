@@ -1,0 +1,59 @@
+#include "Benchmarks/Harness/Contest.h"
+
+#include "Benchmarks/Harness/ProcessMemory.h"
+#include "Benchmarks/Harness/Timing.h"
+
+namespace quelm::bench {
+
+namespace {
+
+class Standing {
+public:
+    explicit Standing(const Contestant& contestant)
+        : contestant_(&contestant), result_{contestant.name, {}} {}
+
+    void runOnce(int round) {
+        if (hasFailed_ || round >= contestant_->mostRounds)
+            return;
+        processmemory::returnFreeMemory();
+        const std::optional<double> seconds = contestant_->run();
+        if (seconds)
+            result_.seconds.add(*seconds);
+        else
+            hasFailed_ = true;
+    }
+
+    ContestResult result() const { return hasFailed_ ? ContestResult{result_.name, {}} : result_; }
+
+private:
+    const Contestant* contestant_;
+    ContestResult result_;
+    bool hasFailed_ = false;
+};
+
+void runRound(std::vector<Standing>& standings, int round) {
+    if (round % 2 == 0)
+        for (auto standing = standings.begin(); standing != standings.end(); ++standing)
+            standing->runOnce(round);
+    else
+        for (auto standing = standings.rbegin(); standing != standings.rend(); ++standing)
+            standing->runOnce(round);
+}
+
+} // namespace
+
+std::vector<ContestResult> hold(const std::vector<Contestant>& contestants, const ContestLength& length) {
+    std::vector<Standing> standings(contestants.begin(), contestants.end());
+    double spent = 0;
+    for (int round = 0; round < length.mostRounds; ++round) {
+        if (round >= length.fewestRounds && spent >= length.seconds)
+            break;
+        spent += secondsOf([&] { runRound(standings, round); });
+    }
+    std::vector<ContestResult> results;
+    for (const Standing& standing : standings)
+        results.push_back(standing.result());
+    return results;
+}
+
+} // namespace quelm::bench

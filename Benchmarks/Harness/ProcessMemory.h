@@ -1,0 +1,17 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+/// The memory of this process.
+namespace quelm::bench::processmemory {
+
+/// Bytes in physical memory, whoever asked for them: the allocator's heap and mapped pages alike, in whole
+/// pages. Absent where the system does not tell.
+std::optional<std::int64_t> residentBytes();
+
+/// Gives memory that the allocator holds unused back to the system, so that whoever allocates next pays for
+/// first touches as a program does that has just started.
+void returnFreeMemory();
+
+} // namespace quelm::bench::processmemory

@@ -1,0 +1,28 @@
+#include "JSONCore/Storage/TreeBuilder.h"
+
+#include <stdexcept>
+
+namespace quelm {
+
+void TreeBuilder::nextBlock() {
+    commitBlock();
+    constexpr std::size_t mostListWords = 0xF000'0000; // as many as 32 bits address, less what blocks leave unused
+    if (nextID_ >= TreeStorage::maximumNodeCount - storage_.nodes.itemsPerBlock || storage_.lists.size() > mostListWords)
+        throw std::length_error("a tree stores fewer than 2^31 nodes");
+    const std::span<NodeRecord> room = storage_.nodes.room();
+    blockBegin_ = next_ = room.data();
+    blockEnd_ = blockBegin_ + room.size();
+}
+
+void TreeBuilder::commitBlock() {
+    storage_.nodes.commit(static_cast<std::size_t>(next_ - blockBegin_));
+    blockBegin_ = next_;
+}
+
+void TreeBuilder::abandon() {
+    commitBlock();
+    for (std::size_t id = firstID_; id < storage_.nodes.size(); ++id)
+        storage_.nodes.edit(id) = NodeRecord::scalarNode(NodeKind::null, {}, {}, NodeRecord::noParent);
+}
+
+} // namespace quelm

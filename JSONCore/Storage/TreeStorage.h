@@ -1,0 +1,91 @@
+#pragma once
+
+#include "JSONCore/ChildList.h"
+#include "JSONCore/NodeID.h"
+#include "JSONCore/Storage/BlockVector.h"
+#include "JSONCore/Storage/NodeRecord.h"
+#include "JSONCore/Storage/TextArena.h"
+#include "TextCore/Check.h"
+#include "TextCore/SharedText.h"
+
+#include <cstdint>
+#include <string_view>
+
+namespace quelm {
+
+class JSONTree;
+
+/// What a `JSONTree` holds. Copies share everything and copy single blocks when they change.
+///
+/// Invariants:
+/// 1. Record 0 is the holder: an array without key or parent.
+/// 2. A record's texts lie within `source` or were appended to `arena`. A text within `source` needs no escape when it is
+///    written as JSON: it is there as it is meant.
+/// 3. The list of a container with at most `longestShortList` children stands in `lists` as one word, the number of children
+///    and 65536 times the number that there is room for, followed by their ids, all in one block. A longer list, and any list
+///    that grew beyond what is worth moving, is one of `largeLists`. Word 0 of `lists` is the empty list of every container
+///    that never had a child.
+/// 4. A record has a parent if and only if its id is in the parent's list, where it stands once.
+/// 5. The second word of a container's record is the number of nodes in its subtree.
+struct TreeStorage {
+    static constexpr std::size_t longestShortList = 1024;
+    static constexpr std::size_t maximumNodeCount = 0x7FFF'FFFF;
+
+    SharedText source;
+    TextArena arena;
+    BlockVector<NodeRecord, 11> nodes;
+    BlockVector<std::uint32_t, 14> lists;
+    BlockVector<LargeChildList, 5> largeLists;
+
+    const NodeRecord& record(NodeID id) const { return nodes[static_cast<std::uint32_t>(id.raw)]; }
+    NodeRecord& editRecord(NodeID id) { return nodes.edit(static_cast<std::uint32_t>(id.raw)); }
+
+    std::string_view text(TextRef ref) const {
+        return ref.isInArena ? arena.text(ref.offset, ref.length) : std::string_view(source.data() + ref.offset, ref.length);
+    }
+    SharedText sharedText(TextRef ref) const;
+
+    /// A reference to a text: to where it stands already if it can be used in place, else to a copy in the arena.
+    TextRef store(std::string_view text);
+
+    ChildList children(const NodeRecord& record) const {
+        if (!isContainer(record.kind))
+            return {};
+        if (record.hasLargeList())
+            return ChildList(largeLists[record.first]);
+        const std::uint32_t* list = &lists[record.first];
+        return {list + 1, *list & 0xFFFF};
+    }
+
+    /// Puts a child into the list of a container. Neither the child's record nor any size is touched. No effect when it throws
+    /// std::bad_alloc.
+    void insertChild(NodeID container, std::size_t index, NodeID child);
+
+    /// Takes the child at `index` out likewise.
+    void removeChild(NodeID container, std::size_t index);
+
+    /// Stores a list of ids and makes it the list of a container that has none yet.
+    void setChildren(NodeRecord& container, const std::uint32_t* ids, std::size_t count) {
+        if (count > longestShortList) [[unlikely]] {
+            setLargeList(container, ids, count);
+            return;
+        }
+        std::uint32_t* list = lists.room(count + 1).data();
+        container.first = static_cast<std::uint32_t>(lists.size());
+        *list = static_cast<std::uint32_t>(count | count << 16);
+        for (std::size_t i = 0; i < count; ++i)
+            list[i + 1] = ids[i];
+        lists.commit(count + 1);
+    }
+
+    /// A storage of the empty holder and the words that every storage begins with.
+    static TreeStorage withHolder();
+
+private:
+    void setLargeList(NodeRecord& container, const std::uint32_t* ids, std::size_t count);
+    void growShortList(NodeID container, std::size_t index, NodeID child);
+};
+
+const TreeStorage& storageOf(const JSONTree& tree);
+
+} // namespace quelm

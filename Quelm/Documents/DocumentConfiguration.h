@@ -1,0 +1,36 @@
+#pragma once
+
+#include <QObject>
+#include <QString>
+
+#include <optional>
+
+namespace quelm {
+
+/// What a document knows of its place: whoever opens and saves documents keeps it true, the document and its window read
+/// it. For the main thread.
+class DocumentConfiguration : public QObject {
+    Q_OBJECT
+
+public:
+    DocumentConfiguration() = default;
+    explicit DocumentConfiguration(QString fileLocation) : fileLocation_(std::move(fileLocation)) {}
+
+    /// The path of the document's file; absent until it has one.
+    const std::optional<QString>& fileLocation() const { return fileLocation_; }
+    void setFileLocation(QString fileLocation);
+
+    /// The name of the file without its folder and last extension, or "Sin título".
+    QString baseName() const;
+
+    /// The name of the file without its folder, or "Sin título".
+    QString displayName() const;
+
+Q_SIGNALS:
+    void fileLocationChanged();
+
+private:
+    std::optional<QString> fileLocation_;
+};
+
+} // namespace quelm

@@ -1,0 +1,50 @@
+#include "Quelm/Documents/FileWriting.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QSaveFile>
+
+namespace quelm {
+
+namespace {
+
+struct FileWriting {
+    Q_DECLARE_TR_FUNCTIONS(quelm::FileWriting)
+};
+
+FileError openError(const QSaveFile& file) {
+    const QFileInfo info(file.fileName());
+    const QFileInfo folder(info.absolutePath());
+    if (info.isDir())
+        return {FileWriting::tr("Ya hay una carpeta con ese nombre.")};
+    if (!folder.isDir())
+        return {FileWriting::tr("La carpeta «%1» no existe.").arg(folder.filePath())};
+    if (info.exists() && !info.isWritable())
+        return {FileWriting::tr("No tienes permiso para escribir en el archivo.")};
+    if (!folder.isWritable())
+        return {FileWriting::tr("No tienes permiso para escribir en la carpeta «%1».").arg(folder.filePath())};
+    return {FileWriting::tr("No se pudo crear el archivo: %1.").arg(file.errorString())};
+}
+
+bool writeAll(QSaveFile& file, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const qint64 written = file.write(bytes.data(), static_cast<qint64>(bytes.size()));
+        if (written <= 0)
+            return false;
+        bytes.remove_prefix(static_cast<std::size_t>(written));
+    }
+    return file.commit();
+}
+
+} // namespace
+
+std::expected<void, FileError> writeFile(const QString& path, const SharedText& bytes) {
+    QSaveFile file(path);
+    if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
+        return std::unexpected(openError(file));
+    if (!writeAll(file, bytes.view()))
+        return std::unexpected(FileError{FileWriting::tr("La escritura del archivo falló: %1.").arg(file.errorString())});
+    return {};
+}
+
+} // namespace quelm

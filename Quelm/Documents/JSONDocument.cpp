@@ -1,0 +1,75 @@
+#include "Quelm/Documents/JSONDocument.h"
+
+#include "JSONCore/JSONSerializer.h"
+#include "Quelm/Documents/Revision.h"
+#include "Quelm/Documents/SameContent.h"
+#include "Quelm/Foundation/Preferences.h"
+
+namespace quelm {
+
+namespace {
+
+EditorMode openingMode(const JSONContent& content) {
+    const bool asText = Preferences::initialMode() == Preferences::InitialMode::text || !content.tree;
+    return asText ? EditorMode::text : EditorMode::tree;
+}
+
+} // namespace
+
+JSONDocument::JSONDocument(std::shared_ptr<DocumentConfiguration> configuration)
+    : configuration_(std::move(configuration)) {
+    require(configuration_ != nullptr, "a document has a configuration");
+}
+
+const QStringList& JSONDocument::readableContentTypes() {
+    static const QStringList types{QStringLiteral("application/json")};
+    return types;
+}
+
+const QStringList& JSONDocument::writableContentTypes() { return readableContentTypes(); }
+
+const QString& JSONDocument::fileNamePattern() {
+    static const QString pattern = QStringLiteral("*.json");
+    return pattern;
+}
+
+std::expected<JSONContent, JSONParseError> JSONDocument::read(SharedText bytes, std::stop_token stop) {
+    return JSONContent::fromData(std::move(bytes), std::move(stop));
+}
+
+void JSONDocument::setContent(JSONContent content) {
+    if (isSameContent(content_, content))
+        return;
+    content_ = std::move(content);
+    Q_EMIT contentChanged();
+}
+
+void JSONDocument::apply(JSONContent snapshot) {
+    setContent(std::move(snapshot));
+    changeMode(openingMode(content_));
+    advanceRevision();
+}
+
+JSONContent JSONDocument::snapshot() { return content_; }
+
+SharedText JSONDocument::fileContents(const JSONContent& snapshot) {
+    if (snapshot.text)
+        return snapshot.text->contiguous();
+    if (snapshot.tree)
+        return JSONSerializer::serialize(*snapshot.tree, std::nullopt, snapshot.style);
+    return {};
+}
+
+void JSONDocument::changeMode(EditorMode mode) {
+    if (mode_ == mode)
+        return;
+    mode_ = mode;
+    Q_EMIT modeChanged();
+}
+
+void JSONDocument::advanceRevision() {
+    revision_ = nextRevision(revision_);
+    Q_EMIT revisionChanged();
+}
+
+} // namespace quelm

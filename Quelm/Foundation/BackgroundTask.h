@@ -1,0 +1,81 @@
+#pragma once
+
+#include <QFutureWatcher>
+#include <QPromise>
+#include <QThreadPool>
+
+#include <memory>
+#include <stop_token>
+#include <type_traits>
+#include <utility>
+
+namespace quelm {
+
+/// The handle of work that runs on another thread. Destroying or replacing it cancels: the stop token of the work is
+/// requested and its result, should there still be one, is dropped. For the thread that started it.
+class [[nodiscard]] BackgroundTask {
+public:
+    /// A handle of nothing.
+    BackgroundTask() = default;
+    BackgroundTask(BackgroundTask&&) noexcept = default;
+    BackgroundTask& operator=(BackgroundTask&& other) noexcept {
+        if (this != &other) {
+            cancel();
+            state_ = std::move(other.state_);
+        }
+        return *this;
+    }
+    ~BackgroundTask() { cancel(); }
+
+    void cancel() {
+        if (const auto state = std::exchange(state_, nullptr)) {
+            state->isAwaited = false;
+            state->source.request_stop();
+        }
+    }
+
+    /// Whether a result is still to come.
+    bool isRunning() const { return state_ && state_->isAwaited; }
+
+private:
+    template <typename Work, typename Finished>
+    friend BackgroundTask startInBackground(QObject* context, Work work, Finished finished);
+
+    struct State {
+        std::stop_source source;
+        bool isAwaited = true;
+    };
+    explicit BackgroundTask(std::shared_ptr<State> state) : state_(std::move(state)) {}
+
+    std::shared_ptr<State> state_;
+};
+
+/// Runs `work(std::stop_token)` on a thread of the common pool, then `finished(result)` on the thread that called, from its
+/// event loop, unless the task was cancelled or `context` is gone by then. `work` must neither throw nor touch objects of
+/// the calling thread. The application waits for unfinished work before it ends.
+template <typename Work, typename Finished>
+BackgroundTask startInBackground(QObject* context, Work work, Finished finished) {
+    using Result = std::invoke_result_t<Work&, std::stop_token>;
+    auto state = std::make_shared<BackgroundTask::State>();
+    auto promise = std::make_shared<QPromise<Result>>();
+
+    // A watcher dies with the context, which a plain call from the other thread could not notice without a race.
+    auto* watcher = new QFutureWatcher<Result>(context);
+    QObject::connect(watcher, &QFutureWatcherBase::finished, watcher,
+                     [watcher, state, finished = std::move(finished)]() mutable {
+                         watcher->deleteLater();
+                         if (std::exchange(state->isAwaited, false))
+                             finished(watcher->future().takeResult());
+                     });
+    watcher->setFuture(promise->future());
+
+    QThreadPool::globalInstance()->start(
+        [promise, work = std::move(work), token = state->source.get_token()]() mutable {
+            promise->start();
+            promise->addResult(work(token));
+            promise->finish();
+        });
+    return BackgroundTask(std::move(state));
+}
+
+} // namespace quelm

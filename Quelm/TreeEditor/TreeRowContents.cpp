@@ -1,0 +1,61 @@
+#include "Quelm/TreeEditor/TreeRowContents.h"
+
+#include "Quelm/Foundation/VisibleText.h"
+#include "Quelm/TreeEditor/TreeRowStyle.h"
+
+#include <QCoreApplication>
+#include <QLocale>
+
+namespace quelm {
+
+namespace {
+
+/// More than fit into any window; a row's value comes cut to 200 characters already.
+constexpr std::int64_t mostCharacters = 500;
+
+struct TreeRowText {
+    Q_DECLARE_TR_FUNCTIONS(quelm::TreeRowView)
+};
+
+} // namespace
+
+TreeRowContents::TreeRowContents(const TreeRow& row, const TreeRowStyle& style)
+    : id(row.id), depth(row.depth), kind(row.kind), isExpanded(row.isExpanded), isDuplicateKey(row.isDuplicateKey) {
+    if (const std::string* key = row.label.asKey()) {
+        labelKind = LabelKind::key;
+        const VisibleText text = visibleText(*key, mostCharacters);
+        label = text.text;
+        isLabelCut = text.isCut;
+    } else if (const std::int64_t* index = row.label.asIndex()) {
+        labelKind = LabelKind::index;
+        label = QLocale().toString(static_cast<qlonglong>(*index));
+    } else {
+        labelKind = LabelKind::root;
+        label = TreeRowText::tr("raíz");
+    }
+    labelWidth = labelFace(style).metrics.horizontalAdvance(label);
+
+    if (isContainer(kind)) {
+        value = childCountText(kind, row.childCount);
+        valueWidth = style.count.metrics.horizontalAdvance(value);
+        return;
+    }
+    const VisibleText text = visibleText(row.value, mostCharacters);
+    value = text.text;
+    isValueCut = text.isCut || row.value.ends_with("…");
+    valueWidth = style.value.metrics.horizontalAdvance(kind == NodeKind::string ? u'"' + value + u'"' : value);
+}
+
+const TreeRowStyle::Face& TreeRowContents::labelFace(const TreeRowStyle& style) const {
+    if (labelKind == LabelKind::key)
+        return style.key;
+    return labelKind == LabelKind::index ? style.index : style.root;
+}
+
+QString childCountText(NodeKind container, std::int64_t count) {
+    if (container == NodeKind::object)
+        return count == 1 ? TreeRowText::tr("1 clave") : TreeRowText::tr("%1 claves").arg(count);
+    return count == 1 ? TreeRowText::tr("1 elemento") : TreeRowText::tr("%1 elementos").arg(count);
+}
+
+} // namespace quelm

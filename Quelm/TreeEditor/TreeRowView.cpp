@@ -1,0 +1,173 @@
+#include "Quelm/TreeEditor/TreeRowView.h"
+
+#include "Quelm/Foundation/SemanticColors.h"
+#include "Quelm/Foundation/Symbols.h"
+#include "Quelm/TreeEditor/KindPresentation.h"
+#include "Quelm/TreeEditor/TreeRowStyle.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace quelm {
+
+namespace {
+
+constexpr std::array allParts{TreeRowPart::chevron, TreeRowPart::badge, TreeRowPart::label, TreeRowPart::duplicateMark,
+                              TreeRowPart::value};
+
+/// Fractions of a pixel that a measured text may lack without being cut.
+constexpr double tolerance = 0.5;
+
+/// Places farther out than this are as good as out of sight, and exact in the painter's arithmetic.
+constexpr std::int64_t farthest = 1 << 24;
+
+QString elided(const QString& text, const TreeRowStyle::Face& face, double textWidth, double room) {
+    return textWidth <= room + tolerance ? text : face.metrics.elidedText(text, Qt::ElideRight, room);
+}
+
+} // namespace
+
+TreeRowView::TreeRowView(const TreeRowStyle& style, const TreeRowContents& contents, const QRect& area,
+                         std::int64_t contentX)
+    : style_(style), contents_(contents), area_(area) {
+    const std::int64_t x = contentX + contents.depth * style.indentation;
+    layOut(static_cast<double>(std::clamp(x, -farthest, farthest)));
+}
+
+void TreeRowView::layOut(double x) {
+    const auto centred = [this](double left, double width, double height) {
+        return QRectF(left, area_.top() + std::floor((area_.height() - height) / 2), width, height);
+    };
+    chevron_ = centred(x, style_.chevronWidth, style_.chevronHeight);
+    badge_ = centred(chevron_.right() + style_.spacing, style_.badgeWidth, style_.badgeHeight);
+
+    const double right = area_.right() + 1 - style_.contentInset;
+    const double left = badge_.right() + style_.spacing + 1;
+    const double markWidth = contents_.isDuplicateKey ? style_.markSize + style_.spacing : 0;
+    const double room = std::max(0.0, right - left - markWidth - style_.spacing);
+    // A long key takes what the value leaves, or half the room.
+    const double labelWidth = std::min(contents_.labelWidth, std::max(room - contents_.valueWidth, room / 2));
+    label_ = QRectF(left, area_.top(), labelWidth, area_.height());
+
+    double end = label_.right() + style_.spacing;
+    if (contents_.isDuplicateKey) {
+        duplicateMark_ = centred(end, style_.markSize, style_.markSize);
+        end = duplicateMark_.right() + style_.spacing;
+    }
+    value_ = QRectF(end, area_.top(), std::clamp(right - end, 0.0, contents_.valueWidth), area_.height());
+}
+
+void TreeRowView::paint(QPainter& painter, TreeRowEmphasis emphasis, double chevronDegrees) const {
+    paintBackground(painter, emphasis);
+    if (chevron_.left() > area_.right() || value_.right() < area_.left())
+        return;
+    // Marks piled up on a character must not reach the rows above and below.
+    painter.setClipRect(area_);
+    if (isContainer(contents_.kind))
+        paintChevron(painter, chevronDegrees);
+    paintBadge(painter);
+    paintLabel(painter);
+    if (contents_.isDuplicateKey)
+        paintSymbol(painter, QStringLiteral("exclamationmark.triangle.fill"), duplicateMark_, style_.warning);
+    paintValue(painter);
+    painter.setClipping(false);
+}
+
+void TreeRowView::paintBackground(QPainter& painter, TreeRowEmphasis emphasis) const {
+    if (emphasis == TreeRowEmphasis::none)
+        return;
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(emphasis == TreeRowEmphasis::selection           ? style_.selection
+                     : emphasis == TreeRowEmphasis::inactiveSelection ? style_.inactiveSelection
+                                                                      : style_.alternateRow);
+    const QRect background = area_.adjusted(style_.backgroundInset, 0, -style_.backgroundInset, 0);
+    painter.drawRoundedRect(background, style_.backgroundRadius, style_.backgroundRadius);
+}
+
+void TreeRowView::paintChevron(QPainter& painter, double degrees) const {
+    const double side = std::round(style_.chevronWidth * 0.92);
+    const QRectF area(chevron_.center() - QPointF(side, side) / 2, QSizeF(side, side));
+    paintSymbol(painter, QStringLiteral("chevron.right"), area, style_.secondaryText, degrees);
+}
+
+void TreeRowView::paintBadge(QPainter& painter) const {
+    const QColor color = style_.kindColor(contents_.kind);
+    QColor tint = color;
+    tint.setAlphaF(static_cast<float>(badgeOpacity));
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(tint);
+    painter.drawRoundedRect(badge_, style_.badgeRadius, style_.badgeRadius);
+    painter.setPen(color);
+    painter.setFont(style_.badge.font);
+    painter.drawText(badge_, Qt::AlignCenter, kindBadge(contents_.kind));
+}
+
+void TreeRowView::paintLabel(QPainter& painter) const {
+    const TreeRowStyle::Face& face = contents_.labelFace(style_);
+    painter.setFont(face.font);
+    painter.setPen(contents_.labelKind == TreeRowContents::LabelKind::key ? style_.text : style_.secondaryText);
+    painter.drawText(QPointF(label_.left(), baseline()),
+                     elided(contents_.label, face, contents_.labelWidth, label_.width()));
+}
+
+void TreeRowView::paintValue(QPainter& painter) const {
+    if (value_.isEmpty())
+        return;
+    const QPointF origin(value_.left(), baseline());
+    if (isContainer(contents_.kind)) {
+        painter.setFont(style_.count.font);
+        painter.setPen(style_.secondaryText);
+        painter.drawText(origin, elided(contents_.value, style_.count, contents_.valueWidth, value_.width()));
+        return;
+    }
+    painter.setFont(style_.value.font);
+    painter.setPen(style_.kindColor(contents_.kind));
+    const double marks = contents_.kind == NodeKind::string ? 2 * style_.value.metrics.horizontalAdvance(u'"') : 0;
+    QString text = elided(contents_.value, style_.value, contents_.valueWidth - marks, value_.width() - marks);
+    if (contents_.kind == NodeKind::string)
+        text = u'"' + text + u'"';
+    painter.drawText(origin, text);
+}
+
+double TreeRowView::baseline() const {
+    const QFontMetricsF& metrics = style_.key.metrics;
+    return area_.top() + std::round((area_.height() + metrics.ascent() - metrics.descent()) / 2);
+}
+
+QRectF TreeRowView::rect(TreeRowPart part) const {
+    switch (part) {
+    case TreeRowPart::chevron:
+        return isContainer(contents_.kind) ? chevron_ : QRectF();
+    case TreeRowPart::badge:
+        return badge_;
+    case TreeRowPart::label:
+        return label_;
+    case TreeRowPart::duplicateMark:
+        return duplicateMark_;
+    case TreeRowPart::value:
+        break;
+    }
+    return value_;
+}
+
+std::optional<TreeRowPart> TreeRowView::partAt(const QPointF& point) const {
+    const auto* found = std::ranges::find_if(allParts, [&](TreeRowPart part) { return rect(part).contains(point); });
+    return found == allParts.end() ? std::nullopt : std::optional(*found);
+}
+
+bool TreeRowView::isOnChevron(const QPointF& point) const {
+    if (!isContainer(contents_.kind))
+        return false;
+    const double margin = style_.spacing / 2.0;
+    return QRectF(chevron_.left() - margin, area_.top(), chevron_.width() + 2 * margin, area_.height()).contains(point);
+}
+
+bool TreeRowView::isShortened(TreeRowPart part) const {
+    if (part == TreeRowPart::label)
+        return contents_.isLabelCut || contents_.labelWidth > label_.width() + tolerance;
+    if (part == TreeRowPart::value)
+        return contents_.isValueCut || contents_.valueWidth > value_.width() + tolerance;
+    return false;
+}
+
+} // namespace quelm

@@ -1,0 +1,196 @@
+#include "Quelm/TreeEditor/TreeView.h"
+
+#include "Quelm/Foundation/Fonts.h"
+#include "Quelm/TreeEditor/TreeEditor.h"
+
+#include <QEvent>
+#include <QPaintEvent>
+#include <QPainter>
+#include <QScrollBar>
+
+#include <algorithm>
+
+namespace quelm {
+
+TreeView::TreeView(TreeEditor& editor, QWidget* parent)
+    : QAbstractScrollArea(parent), editor_(editor), style_(palette()), vertical_(*verticalScrollBar()),
+      horizontal_(*horizontalScrollBar()) {
+    setAccessibleName(tr("Árbol"));
+    setFrameShape(NoFrame);
+    setFocusPolicy(Qt::StrongFocus);
+    viewport()->setBackgroundRole(QPalette::Base);
+    connect(&editor_, &TreeEditor::outlineChanged, this, &TreeView::outlineChanged);
+    connect(&editor_, &TreeEditor::selectionChanged, this, &TreeView::selectionChanged);
+    const auto scrolled = [this] {
+        includeVisibleDepths();
+        viewport()->update();
+    };
+    connect(&vertical_, &ScrollAxis::positionChanged, this, scrolled);
+    connect(&horizontal_, &ScrollAxis::positionChanged, this, scrolled);
+    connect(&chevron_, &ChevronAnimation::valueChanged, this, [this] {
+        if (const auto row = hasRows() ? editor_.outline().index(*chevron_.node()) : std::nullopt)
+            repaintRow(*row);
+    });
+}
+
+QSize TreeView::sizeHint() const { return {scaledPixels(480), scaledPixels(320)}; }
+
+bool TreeView::hasRows() const {
+    // Between a change of the content and the reload that follows it, the outline speaks of another tree.
+    return editor_.tree() && editor_.outlineRevision() == editor_.document().revision();
+}
+
+TreeView::RowRange TreeView::visibleRows() const {
+    if (!hasRows())
+        return {0, 0};
+    const std::int64_t top = vertical_.position() - style_.verticalMargin;
+    const std::int64_t bottom = top + viewport()->height();
+    const std::int64_t count = editor_.outline().rowCount();
+    return {std::clamp<std::int64_t>(top / style_.rowHeight, 0, count),
+            std::clamp<std::int64_t>((bottom + style_.rowHeight - 1) / style_.rowHeight, 0, count)};
+}
+
+std::int64_t TreeView::contentTop(std::int64_t row) const { return style_.verticalMargin + row * style_.rowHeight; }
+
+std::optional<std::int64_t> TreeView::rowAt(const QPoint& place) const {
+    const std::int64_t y = vertical_.position() + place.y() - style_.verticalMargin;
+    if (!hasRows() || y < 0 || y / style_.rowHeight >= editor_.outline().rowCount())
+        return std::nullopt;
+    return y / style_.rowHeight;
+}
+
+std::optional<QRect> TreeView::rowArea(std::int64_t row) const {
+    const RowRange visible = visibleRows();
+    if (row < visible.first || row >= visible.end)
+        return std::nullopt;
+    const auto top = static_cast<int>(contentTop(row) - vertical_.position());
+    return QRect(0, top, viewport()->width(), style_.rowHeight);
+}
+
+TreeRowView TreeView::rowView(std::int64_t row) const {
+    const auto top = static_cast<int>(contentTop(row) - vertical_.position());
+    return TreeRowView(style_, cache_.contents(row, editor_, style_),
+                       QRect(0, top, viewport()->width(), style_.rowHeight),
+                       style_.contentInset - horizontal_.position());
+}
+
+QRectF TreeView::partArea(std::int64_t row, TreeRowPart part) const {
+    return rowArea(row) ? rowView(row).rect(part) : QRectF();
+}
+
+TreeRowEmphasis TreeView::emphasis(std::int64_t row, std::optional<std::int64_t> selectedRow) const {
+    if (row == selectedRow) {
+        const bool isActive = hasFocus() && isActiveWindow();
+        return isActive ? TreeRowEmphasis::selection : TreeRowEmphasis::inactiveSelection;
+    }
+    return row % 2 == 1 ? TreeRowEmphasis::alternate : TreeRowEmphasis::none;
+}
+
+void TreeView::paintEvent(QPaintEvent* event) {
+    const RowRange visible = visibleRows();
+    if (visible.first == visible.end)
+        return;
+    cache_.keepOnly(visible.first, visible.end);
+    const auto selection = editor_.selection();
+    const auto selectedRow = selection ? editor_.outline().index(*selection) : std::nullopt;
+
+    QPainter painter(viewport());
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    painter.setLayoutDirection(Qt::LeftToRight);
+    for (std::int64_t row = visible.first; row < visible.end; ++row) {
+        const auto top = static_cast<int>(contentTop(row) - vertical_.position());
+        if (!event->rect().intersects(QRect(0, top, viewport()->width(), style_.rowHeight)))
+            continue;
+        const TreeRowContents& contents = cache_.contents(row, editor_, style_);
+        rowView(row).paint(painter, emphasis(row, selectedRow), chevron_.degrees(contents.id, contents.isExpanded));
+    }
+}
+
+void TreeView::resizeEvent(QResizeEvent* event) {
+    QAbstractScrollArea::resizeEvent(event);
+    updateExtents();
+}
+
+void TreeView::scrollContentsBy(int, int) {
+    // The axes tell of every change of position, also of those that are too small for the scroll bars.
+}
+
+void TreeView::showEvent(QShowEvent* event) {
+    QAbstractScrollArea::showEvent(event);
+    if (!hasRows())
+        editor_.reload();
+}
+
+void TreeView::changeEvent(QEvent* event) {
+    QAbstractScrollArea::changeEvent(event);
+    switch (event->type()) {
+    case QEvent::PaletteChange:
+    case QEvent::FontChange:
+    case QEvent::StyleChange:
+        return lookChanged();
+    case QEvent::ActivationChange:
+        return repaintSelection();
+    default:
+        return;
+    }
+}
+
+void TreeView::focusInEvent(QFocusEvent* event) {
+    QAbstractScrollArea::focusInEvent(event);
+    repaintSelection();
+}
+
+void TreeView::focusOutEvent(QFocusEvent* event) {
+    QAbstractScrollArea::focusOutEvent(event);
+    repaintSelection();
+}
+
+void TreeView::outlineChanged() {
+    cache_.clear();
+    deepestSeen_ = 0;
+    updateExtents();
+    viewport()->update();
+}
+
+void TreeView::selectionChanged() {
+    const auto selection = editor_.selection();
+    if (const auto row = selection && hasRows() ? editor_.outline().index(*selection) : std::nullopt)
+        scrollToRow(*row);
+    viewport()->update();
+}
+
+void TreeView::lookChanged() {
+    style_ = TreeRowStyle(palette());
+    cache_.clear();
+    updateExtents();
+    viewport()->update();
+}
+
+void TreeView::updateExtents() {
+    const std::int64_t rows = hasRows() ? editor_.outline().rowCount() : 0;
+    vertical_.setExtent(rows * style_.rowHeight + 2 * style_.verticalMargin, viewport()->height(), style_.rowHeight);
+    includeVisibleDepths();
+}
+
+void TreeView::includeVisibleDepths() {
+    const RowRange visible = visibleRows();
+    for (std::int64_t row = visible.first; row < visible.end; ++row)
+        deepestSeen_ = std::max(deepestSeen_, editor_.outline().rowDepth(row));
+    const std::int64_t width = style_.contentInset + deepestSeen_ * style_.indentation + style_.leastContentWidth;
+    horizontal_.setExtent(width, viewport()->width(), 4 * style_.indentation);
+}
+
+void TreeView::repaintRow(std::int64_t row) {
+    if (const auto area = rowArea(row))
+        viewport()->update(*area);
+}
+
+void TreeView::scrollToRow(std::int64_t row) {
+    // The margins belong to the first and last row.
+    const bool isFirst = row == 0;
+    const bool isLast = row + 1 == editor_.outline().rowCount();
+    const std::int64_t start = isFirst ? 0 : contentTop(row);
+    vertical_.reveal(start, contentTop(row) + style_.rowHeight + (isLast ? style_.verticalMargin : 0) - start);
+}
+
+} // namespace quelm

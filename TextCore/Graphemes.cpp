@@ -1,0 +1,271 @@
+#include "TextCore/Graphemes.h"
+
+#include "TextCore/Check.h"
+#include "TextCore/UTF8.h"
+#include "TextCore/UTF8Scan.h"
+
+#include <unicode/ubrk.h>
+#include <unicode/uchar.h>
+#include <unicode/utext.h>
+#include <unicode/utf8.h>
+
+#include <algorithm>
+#include <bitset>
+#include <cstddef>
+#include <limits>
+
+// Most boundaries need no rules. A character is called plain here when its Grapheme_Cluster_Break property
+// says that nothing joins it to another plain one: no mark, joiner, prefix, regional indicator or conjoining
+// jamo. Between two plain characters other than CR LF there is a boundary, whatever surrounds them, in every
+// version of the annex; all of ASCII, and most of any text, is plain. Only the stretches around other
+// characters go through ICU.
+
+namespace quelm::graphemes {
+
+namespace {
+
+/// ASCII is looked at in blocks that stay in the processor's cache.
+constexpr std::size_t asciiBlock = 64 * 1024;
+
+/// A stretch for ICU ends where this many sure boundaries follow each other: setting ICU up costs about as
+/// much as its work on that many characters.
+constexpr int sureBoundariesToStop = 16;
+
+/// Bytes given to ICU at once: at first, and at most, when a single cluster turns out to be as long as that.
+/// ICU counts in 32 bits.
+constexpr std::size_t firstPiece = 1024;
+constexpr std::size_t longestPiece = std::size_t{1} << 30;
+
+/// Which characters are plain. Those of the Basic Multilingual Plane are looked up in 8 KB that the first use
+/// fills, in half a millisecond: a third of the cost of asking ICU for each character.
+class PlainCharacters {
+public:
+    static const PlainCharacters& table() {
+        static const PlainCharacters characters;
+        return characters;
+    }
+
+    /// Negative for ill-formed bytes, which are plain as U+FFFD is.
+    bool contains(UChar32 scalar) const {
+        return scalar < 0 ||
+               (scalar < planeSize ? plane_[static_cast<std::size_t>(scalar)] : isPlain(scalar));
+    }
+
+private:
+    static constexpr UChar32 planeSize = 0x10000;
+
+    PlainCharacters() {
+        for (UChar32 scalar = 0; scalar < planeSize; ++scalar)
+            plane_[static_cast<std::size_t>(scalar)] = isPlain(scalar);
+    }
+
+    static bool isPlain(UChar32 scalar) {
+        switch (u_getIntPropertyValue(scalar, UCHAR_GRAPHEME_CLUSTER_BREAK)) {
+        case U_GCB_OTHER:
+        case U_GCB_CONTROL:
+        case U_GCB_CR:
+        case U_GCB_LF:
+        case U_GCB_LV:
+        case U_GCB_LVT:
+            return true;
+        default:
+            return false;
+        }
+    }
+
+    std::bitset<planeSize> plane_;
+};
+
+/// ICU's rules over one piece of text at a time. One a thread, because making an iterator costs more than
+/// using it.
+class ICUBoundaries {
+public:
+    static ICUBoundaries& ofThisThread() {
+        static thread_local ICUBoundaries boundaries;
+        return boundaries;
+    }
+
+    ICUBoundaries(const ICUBoundaries&) = delete;
+    ICUBoundaries& operator=(const ICUBoundaries&) = delete;
+
+    /// Starts over on `piece`, which must outlive the calls of `next`.
+    void setPiece(std::string_view piece) {
+        UErrorCode status = U_ZERO_ERROR;
+        utext_openUTF8(&text_, piece.data(), static_cast<std::int64_t>(piece.size()), &status);
+        ubrk_setUText(iterator_, &text_, &status);
+        require(U_SUCCESS(status), "ICU takes a piece of text");
+    }
+
+    /// The end of the next cluster as an offset in the piece, or UBRK_DONE.
+    std::int32_t next() { return ubrk_next(iterator_); }
+
+private:
+    ICUBoundaries() {
+        UErrorCode status = U_ZERO_ERROR;
+        iterator_ = ubrk_open(UBRK_CHARACTER, "", nullptr, 0, &status);
+        require(U_SUCCESS(status), "ICU has its data of grapheme clusters");
+    }
+    ~ICUBoundaries() {
+        ubrk_close(iterator_);
+        utext_close(&text_);
+    }
+
+    UBreakIterator* iterator_ = nullptr;
+    UText text_ = UTEXT_INITIALIZER;
+};
+
+/// A walk over the clusters of a text from its start. Between two steps it stands at a boundary.
+class ClusterWalk {
+public:
+    explicit ClusterWalk(std::string_view text) : text_(text) {}
+
+    std::size_t position() const { return position_; }
+    std::int64_t clusters() const { return clusters_; }
+
+    /// Goes on until it has passed `limit` clusters or the text ends.
+    void advance(std::int64_t limit) {
+        limit_ = limit;
+        while (!isDone()) {
+            if (!isASCIIPairAt(position_)) {
+                if (!passPlainCharacters())
+                    passOtherCharacters();
+            } else if (text_.substr(position_, 2) == "\r\n") {
+                passCluster(position_ + 2);
+            } else {
+                passASCII();
+            }
+        }
+    }
+
+private:
+    struct Character {
+        std::size_t end;
+        bool isASCII;
+        bool isPlain;
+    };
+
+    bool isDone() const { return position_ == text_.size() || clusters_ == limit_; }
+
+    void passCluster(std::size_t end) {
+        position_ = end;
+        ++clusters_;
+    }
+
+    bool isASCIIPairAt(std::size_t position) const {
+        return text_.size() - position >= 2 && U8_IS_SINGLE(text_[position]) &&
+               U8_IS_SINGLE(text_[position + 1]);
+    }
+
+    Character characterAt(std::size_t position) const {
+        UChar32 scalar;
+        U8_NEXT(text_.data(), position, text_.size(), scalar);
+        return {position, scalar >= 0 && scalar < 0x80, plain_.contains(scalar)};
+    }
+
+    /// Passes all clusters but the last of the ASCII characters here, of which there are two or more that are
+    /// no CR LF: what follows may belong to the last one.
+    void passASCII() {
+        const auto clustersLeft = static_cast<std::uint64_t>(limit_ - clusters_);
+        const std::size_t block = std::min<std::uint64_t>(asciiBlock, clustersLeft + 1);
+        const std::size_t size = utf8::asciiPrefixLength(text_.substr(position_, block));
+        const bool endsInCRLF = text_.substr(position_, size).ends_with("\r\n");
+        const std::string_view passed = text_.substr(position_, size - (endsInCRLF ? 2 : 1));
+        position_ += passed.size();
+        clusters_ += static_cast<std::int64_t>(passed.size() - utf8::countCRLF(passed));
+    }
+
+    /// Passes plain characters that plain ones follow, up to a pair of ASCII characters. False when there are
+    /// none.
+    bool passPlainCharacters() {
+        const std::size_t start = position_;
+        Character character = characterAt(start);
+        while (character.isPlain && !isDone()) {
+            if (character.end != text_.size()) {
+                const Character following = characterAt(character.end);
+                if (!following.isPlain || (character.isASCII && following.isASCII))
+                    break;
+                passCluster(character.end);
+                character = following;
+            } else {
+                passCluster(character.end);
+            }
+        }
+        return position_ != start;
+    }
+
+    /// Passes at least one cluster by ICU's rules.
+    void passOtherCharacters() {
+        std::size_t size = firstPiece;
+        while (!passPiece(pieceHere(size), size == longestPiece))
+            size *= 2;
+    }
+
+    struct Piece {
+        std::string_view text;
+        bool endsAtBoundary;
+    };
+
+    /// What to give to ICU: the text from here to where no more of the rules is needed, cut off at about
+    /// `size` bytes.
+    Piece pieceHere(std::size_t size) const {
+        const auto upTo = [this](std::size_t end) { return text_.substr(position_, end - position_); };
+        Character character = characterAt(position_);
+        std::size_t firstSureBoundary = 0;
+        int sureBoundaries = 0;
+        while (character.end != text_.size()) {
+            const Character following = characterAt(character.end);
+            if (!character.isPlain || !following.isPlain || text_.substr(character.end - 1, 2) == "\r\n") {
+                sureBoundaries = 0;
+            } else if (sureBoundaries++ == 0) {
+                firstSureBoundary = character.end;
+            }
+            if (sureBoundaries == sureBoundariesToStop)
+                return {upTo(firstSureBoundary), true};
+            if (character.end - position_ >= size)
+                return {upTo(character.end), sureBoundaries > 0};
+            character = following;
+        }
+        return {upTo(text_.size()), true};
+    }
+
+    /// Passes the clusters that end in the piece: at its own end only when that is a boundary, or
+    /// `isLongest`. False when there are none.
+    bool passPiece(Piece piece, bool isLongest) {
+        const std::size_t start = position_;
+        const auto size = static_cast<std::int32_t>(piece.text.size());
+        ICUBoundaries& boundaries = ICUBoundaries::ofThisThread();
+        boundaries.setPiece(piece.text);
+        while (!isDone()) {
+            const std::int32_t end = boundaries.next();
+            if (end == UBRK_DONE || (end == size && !piece.endsAtBoundary))
+                break;
+            passCluster(start + static_cast<std::size_t>(end));
+        }
+        if (position_ == start && isLongest)
+            passCluster(start + piece.text.size());
+        return position_ != start;
+    }
+
+    const PlainCharacters& plain_ = PlainCharacters::table();
+    std::string_view text_;
+    std::size_t position_ = 0;
+    std::int64_t clusters_ = 0;
+    std::int64_t limit_ = 0;
+};
+
+} // namespace
+
+std::int64_t count(std::string_view text) {
+    ClusterWalk walk(text);
+    walk.advance(std::numeric_limits<std::int64_t>::max());
+    return walk.clusters();
+}
+
+std::string_view prefix(std::string_view text, std::int64_t clusters) {
+    require(clusters >= 0, "a number of clusters is not negative");
+    ClusterWalk walk(text);
+    walk.advance(clusters);
+    return text.substr(0, walk.position());
+}
+
+} // namespace quelm::graphemes

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+
+/// What the files of this folder share beneath the public functions of UTF8.h.
+namespace quelm::utf8 {
+
+/// The number of CR LF pairs. Nothing beyond the end is read. Many bytes at a time.
+std::size_t countCRLF(std::string_view bytes);
+
+/// What some bytes begin with.
+struct LeadingSequence {
+    /// 1 to 4 when well formed, otherwise 1 to 3: a maximal subpart as the Unicode Standard defines it
+    /// (chapter 3), the longest start of a well-formed sequence, or else one byte.
+    std::size_t size;
+    bool isWellFormed;
+};
+
+/// `bytes` must not be empty. Decides one sequence, a byte at a time (table 3-7 of the Unicode Standard).
+inline LeadingSequence leadingSequence(const std::uint8_t* bytes, std::size_t count) {
+    const std::uint8_t lead = bytes[0];
+    if (lead < 0x80)
+        return {1, true};
+    if (lead < 0xC2 || lead > 0xF4)
+        return {1, false};
+
+    // Only the second byte's range depends on the lead byte's value.
+    std::uint8_t lowest = lead == 0xE0 ? 0xA0 : lead == 0xF0 ? 0x90 : 0x80;
+    std::uint8_t highest = lead == 0xED ? 0x9F : lead == 0xF4 ? 0x8F : 0xBF;
+    const std::size_t size = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    for (std::size_t index = 1; index < size; ++index) {
+        if (index == count || bytes[index] < lowest || bytes[index] > highest)
+            return {index, false};
+        lowest = 0x80;
+        highest = 0xBF;
+    }
+    return {size, true};
+}
+
+} // namespace quelm::utf8
