@@ -217,18 +217,18 @@ private:
         }
     }
 
-    /// The first byte that cannot stand in a string literal as it is.
-    HWY_INLINE const char* plainEnd(const char* place) const {
+    /// The first byte that cannot stand in a string literal as it is: the least of three differences is 0 exactly there.
+    /// One comparison instead of three keeps the way from one token to the next short.
+    static HWY_INLINE const char* plainEnd(const char* place) {
         const hn::CappedTag<std::uint8_t, 32> d;
-        const auto lastControl = hn::Set(d, 0x1F);
-        const auto quote = hn::Set(d, '"');
-        const auto backslash = hn::Set(d, '\\');
         for (;; place += hn::Lanes(d)) {
             const auto bytes = load(d, place);
-            const auto isControl = hn::Eq(hn::Min(bytes, lastControl), bytes);
-            const auto ends = hn::Or(isControl, hn::Or(hn::Eq(bytes, quote), hn::Eq(bytes, backslash)));
-            const std::intptr_t first = hn::FindFirstTrue(d, ends);
-            if (first >= 0)
+            const auto fromQuote = hn::Xor(bytes, hn::Set(d, '"'));
+            const auto fromBackslash = hn::Xor(bytes, hn::Set(d, '\\'));
+            const auto aboveControls = hn::SaturatedSub(bytes, hn::Set(d, 0x1F));
+            const auto least = hn::Min(hn::Min(fromQuote, fromBackslash), aboveControls);
+            const std::intptr_t first = hn::FindFirstTrue(d, hn::Eq(least, hn::Zero(d)));
+            if (first >= 0) [[likely]]
                 return place + first;
         }
     }

@@ -28,12 +28,9 @@ JSONTree DocumentBuilder::finish() {
     const NodeID top = values_.finish();
     storage_->nodes.endExpected();
     storage_->lists.endExpected();
-    const auto topID = static_cast<std::uint32_t>(top.raw);
-    NodeRecord& holder = storage_->editRecord(JSONTree::holder);
-    storage_->editRecord(top).parent = static_cast<std::uint32_t>(JSONTree::holder.raw);
-    storage_->setChildren(holder, &topID, 1);
-    holder.second = 1 + storage_->record(top).subtreeSize();
-    return JSONTree(std::move(storage_));
+    JSONTree tree(std::move(storage_));
+    tree.attach(top, JSONTree::holder, 0);
+    return tree;
 }
 
 } // namespace quelm

@@ -34,6 +34,8 @@ struct NodeRecord {
     std::uint32_t parent;
     NodeKind kind;
     std::uint8_t flags;
+    /// Written, so that a record is stored in whole words.
+    std::uint16_t unused;
 
     TextRef key() const { return {keyOffset, keyLength, (flags & keyInArena) != 0}; }
     void setKey(TextRef text) {
@@ -55,10 +57,10 @@ struct NodeRecord {
 
     static NodeRecord scalarNode(NodeKind kind, TextRef key, TextRef text, std::uint32_t parent) {
         const auto flags = static_cast<std::uint8_t>((key.isInArena ? keyInArena : 0) | (text.isInArena ? scalarInArena : 0));
-        return {key.offset, key.length, text.offset, text.length, parent, kind, flags};
+        return {key.offset, key.length, text.offset, text.length, parent, kind, flags, 0};
     }
     static NodeRecord emptyContainer(NodeKind kind, TextRef key, std::uint32_t parent) {
-        return {key.offset, key.length, 0, 1, parent, kind, static_cast<std::uint8_t>(key.isInArena ? keyInArena : 0)};
+        return {key.offset, key.length, 0, 1, parent, kind, static_cast<std::uint8_t>(key.isInArena ? keyInArena : 0), 0};
     }
 
 private:

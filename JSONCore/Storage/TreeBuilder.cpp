@@ -5,7 +5,7 @@
 namespace quelm {
 
 void TreeBuilder::nextBlock() {
-    commitBlock();
+    commit();
     constexpr std::size_t mostListWords = 0xF000'0000; // as many as 32 bits address, less what blocks leave unused
     if (nextID_ >= TreeStorage::maximumNodeCount - storage_.nodes.itemsPerBlock || storage_.lists.size() > mostListWords)
         throw std::length_error("a tree stores fewer than 2^31 nodes");
@@ -14,13 +14,29 @@ void TreeBuilder::nextBlock() {
     blockEnd_ = blockBegin_ + room.size();
 }
 
-void TreeBuilder::commitBlock() {
+void TreeBuilder::commit() {
     storage_.nodes.commit(static_cast<std::size_t>(next_ - blockBegin_));
     blockBegin_ = next_;
+    commitLists();
+}
+
+void TreeBuilder::nextListBlock(std::size_t minimum) {
+    commitLists();
+    const std::span<std::uint32_t> room = storage_.lists.room(minimum);
+    listBegin_ = listNext_ = room.data();
+    listEnd_ = listBegin_ + room.size();
+    listOffset_ = static_cast<std::uint32_t>(storage_.lists.size());
+}
+
+void TreeBuilder::commitLists() {
+    const auto written = static_cast<std::size_t>(listNext_ - listBegin_);
+    storage_.lists.commit(written);
+    listOffset_ += static_cast<std::uint32_t>(written);
+    listBegin_ = listNext_;
 }
 
 void TreeBuilder::abandon() {
-    commitBlock();
+    commit();
     for (std::size_t id = firstID_; id < storage_.nodes.size(); ++id)
         storage_.nodes.edit(id) = NodeRecord::scalarNode(NodeKind::null, {}, {}, NodeRecord::noParent);
 }

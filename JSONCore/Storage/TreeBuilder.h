@@ -48,7 +48,7 @@ public:
     void close() {
         const Open container = open_[--openCount_];
         if (const std::size_t count = pendingCount_ - container.firstPending) {
-            storage_.setChildren(*container.record, pending_.data() + container.firstPending, count);
+            setChildren(*container.record, pending_.data() + container.firstPending, count);
             container.record->second = nextID_ - container.id;
             pendingCount_ = container.firstPending;
         }
@@ -58,7 +58,7 @@ public:
     /// The id of the top value. All containers must be closed; nothing may be added afterwards.
     NodeID finish() {
         require(openCount_ == 0 && pendingCount_ == 1, "one whole value has been added");
-        commitBlock();
+        commit();
         isFinished_ = true;
         return NodeID{static_cast<std::int32_t>(firstID_)};
     }
@@ -81,14 +81,35 @@ private:
         return next_++;
     }
 
+    /// As `TreeStorage::setChildren`, into list words taken a block at a time.
+    void setChildren(NodeRecord& container, const std::uint32_t* ids, std::size_t count) {
+        if (count > TreeStorage::longestShortList) [[unlikely]] {
+            storage_.setLargeList(container, ids, count);
+            return;
+        }
+        if (static_cast<std::size_t>(listEnd_ - listNext_) < count + 1) [[unlikely]]
+            nextListBlock(count + 1);
+        container.first = listOffset_ + static_cast<std::uint32_t>(listNext_ - listBegin_);
+        *listNext_++ = TreeStorage::listHead(count, count);
+        for (std::size_t i = 0; i < count; ++i)
+            *listNext_++ = ids[i];
+    }
+
     void nextBlock();
-    void commitBlock();
+    void nextListBlock(std::size_t minimum);
+    void commit();
+    void commitLists();
     void abandon();
 
     TreeStorage& storage_;
     NodeRecord* blockBegin_ = nullptr;
     NodeRecord* next_ = nullptr;
     NodeRecord* blockEnd_ = nullptr;
+    std::uint32_t* listBegin_ = nullptr;
+    std::uint32_t* listNext_ = nullptr;
+    std::uint32_t* listEnd_ = nullptr;
+    /// What `listBegin_` is in `storage_.lists`.
+    std::uint32_t listOffset_ = 0;
     std::uint32_t firstID_;
     std::uint32_t nextID_;
     std::uint32_t parent_ = NodeRecord::noParent;

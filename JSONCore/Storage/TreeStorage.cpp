@@ -15,10 +15,6 @@ namespace {
 /// so that the room left behind stays small beside the edits that were made.
 constexpr std::size_t longestMovedList = 64;
 
-constexpr std::uint32_t listHead(std::size_t count, std::size_t room) {
-    return static_cast<std::uint32_t>(count | room << 16);
-}
-
 } // namespace
 
 TreeStorage TreeStorage::withHolder() {

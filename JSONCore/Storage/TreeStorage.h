@@ -64,25 +64,18 @@ struct TreeStorage {
     /// Takes the child at `index` out likewise.
     void removeChild(NodeID container, std::size_t index);
 
-    /// Stores a list of ids and makes it the list of a container that has none yet.
-    void setChildren(NodeRecord& container, const std::uint32_t* ids, std::size_t count) {
-        if (count > longestShortList) [[unlikely]] {
-            setLargeList(container, ids, count);
-            return;
-        }
-        std::uint32_t* list = lists.room(count + 1).data();
-        container.first = static_cast<std::uint32_t>(lists.size());
-        *list = static_cast<std::uint32_t>(count | count << 16);
-        for (std::size_t i = 0; i < count; ++i)
-            list[i + 1] = ids[i];
-        lists.commit(count + 1);
+    /// The first word of a short list.
+    static constexpr std::uint32_t listHead(std::size_t count, std::size_t room) {
+        return static_cast<std::uint32_t>(count | room << 16);
     }
+
+    /// Stores many ids and makes them the list of a container that has none yet.
+    void setLargeList(NodeRecord& container, const std::uint32_t* ids, std::size_t count);
 
     /// A storage of the empty holder and the words that every storage begins with.
     static TreeStorage withHolder();
 
 private:
-    void setLargeList(NodeRecord& container, const std::uint32_t* ids, std::size_t count);
     void growShortList(NodeID container, std::size_t index, NodeID child);
 };
 

@@ -9,6 +9,8 @@ namespace quelm {
 enum class EditorMode : std::uint8_t { tree, text };
 
 /// "tree" or "text": what is stored.
-constexpr std::string_view rawValue(EditorMode mode) { return mode == EditorMode::tree ? "tree" : "text"; }
+constexpr std::string_view rawValue(EditorMode mode) {
+    return mode == EditorMode::tree ? "tree" : "text";
+}
 
 } // namespace quelm

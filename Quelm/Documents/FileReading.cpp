@@ -36,7 +36,8 @@ std::expected<SharedText, FileError> readToEnd(QFile& file, const std::stop_toke
         const std::size_t count = std::clamp(bytes.available(), roomForTheEnd, blockSize);
         const qint64 read = file.read(bytes.room(count), static_cast<qint64>(count));
         if (read < 0)
-            return std::unexpected(FileError{FileReading::tr("La lectura del archivo falló: %1.").arg(file.errorString())});
+            return std::unexpected(
+                FileError{FileReading::tr("La lectura del archivo falló: %1.").arg(file.errorString())});
         if (read == 0)
             break;
         bytes.advance(static_cast<std::size_t>(read));

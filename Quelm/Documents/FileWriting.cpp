@@ -22,7 +22,8 @@ FileError openError(const QSaveFile& file) {
     if (info.exists() && !info.isWritable())
         return {FileWriting::tr("No tienes permiso para escribir en el archivo.")};
     if (!folder.isWritable())
-        return {FileWriting::tr("No tienes permiso para escribir en la carpeta «%1».").arg(folder.filePath())};
+        return {
+            FileWriting::tr("No tienes permiso para escribir en la carpeta «%1».").arg(folder.filePath())};
     return {FileWriting::tr("No se pudo crear el archivo: %1.").arg(file.errorString())};
 }
 
@@ -43,7 +44,8 @@ std::expected<void, FileError> writeFile(const QString& path, const SharedText& 
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return std::unexpected(openError(file));
     if (!writeAll(file, bytes.view()))
-        return std::unexpected(FileError{FileWriting::tr("La escritura del archivo falló: %1.").arg(file.errorString())});
+        return std::unexpected(
+            FileError{FileWriting::tr("La escritura del archivo falló: %1.").arg(file.errorString())});
     return {};
 }
 

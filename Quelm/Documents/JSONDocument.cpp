@@ -26,7 +26,9 @@ const QStringList& JSONDocument::readableContentTypes() {
     return types;
 }
 
-const QStringList& JSONDocument::writableContentTypes() { return readableContentTypes(); }
+const QStringList& JSONDocument::writableContentTypes() {
+    return readableContentTypes();
+}
 
 const QString& JSONDocument::fileNamePattern() {
     static const QString pattern = QStringLiteral("*.json");
@@ -50,7 +52,9 @@ void JSONDocument::apply(JSONContent snapshot) {
     advanceRevision();
 }
 
-JSONContent JSONDocument::snapshot() { return content_; }
+JSONContent JSONDocument::snapshot() {
+    return content_;
+}
 
 SharedText JSONDocument::fileContents(const JSONContent& snapshot) {
     if (snapshot.text)

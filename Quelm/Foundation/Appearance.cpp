@@ -13,7 +13,9 @@ Appearance appearanceOf(const QPalette& palette) {
     return text.lightnessF() > background.lightnessF() ? Appearance::dark : Appearance::light;
 }
 
-Appearance currentAppearance() { return appearanceOf(QGuiApplication::palette()); }
+Appearance currentAppearance() {
+    return appearanceOf(QGuiApplication::palette());
+}
 
 QPalette ownPalette(Appearance appearance) {
     const auto role = [appearance](ColorRole name) { return semanticColor(name, appearance); };

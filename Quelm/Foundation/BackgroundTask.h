@@ -11,8 +11,8 @@
 
 namespace quelm {
 
-/// The handle of work that runs on another thread. Destroying or replacing it cancels: the stop token of the work is
-/// requested and its result, should there still be one, is dropped. For the thread that started it.
+/// The handle of work that runs on another thread. Destroying or replacing it cancels: the stop token of the
+/// work is requested and its result, should there still be one, is dropped. For the thread that started it.
 class [[nodiscard]] BackgroundTask {
 public:
     /// A handle of nothing.
@@ -21,7 +21,7 @@ public:
     BackgroundTask& operator=(BackgroundTask&& other) noexcept {
         if (this != &other) {
             cancel();
-            state_ = std::move(other.state_);
+            state_ = std::exchange(other.state_, nullptr);
         }
         return *this;
     }
@@ -34,12 +34,16 @@ public:
         }
     }
 
+    /// Gives up the handle without cancelling: the work goes on and its result is delivered.
+    void detach() { state_ = nullptr; }
+
     /// Whether a result is still to come.
     bool isRunning() const { return state_ && state_->isAwaited; }
 
 private:
     template <typename Work, typename Finished>
-    friend BackgroundTask startInBackground(QObject* context, Work work, Finished finished);
+    friend BackgroundTask startInBackground(QThreadPool& pool, QObject* context, Work work,
+                                            Finished finished);
 
     struct State {
         std::stop_source source;
@@ -50,16 +54,17 @@ private:
     std::shared_ptr<State> state_;
 };
 
-/// Runs `work(std::stop_token)` on a thread of the common pool, then `finished(result)` on the thread that called, from its
-/// event loop, unless the task was cancelled or `context` is gone by then. `work` must neither throw nor touch objects of
-/// the calling thread. The application waits for unfinished work before it ends.
+/// Runs `work(std::stop_token)` on a thread of the pool, then `finished(result)` on the thread that called,
+/// from its event loop, unless the task was cancelled or `context` is gone by then. `work` must neither throw
+/// nor touch objects of the calling thread. Work that has begun is waited for before the pool is gone.
 template <typename Work, typename Finished>
-BackgroundTask startInBackground(QObject* context, Work work, Finished finished) {
+BackgroundTask startInBackground(QThreadPool& pool, QObject* context, Work work, Finished finished) {
     using Result = std::invoke_result_t<Work&, std::stop_token>;
     auto state = std::make_shared<BackgroundTask::State>();
     auto promise = std::make_shared<QPromise<Result>>();
 
-    // A watcher dies with the context, which a plain call from the other thread could not notice without a race.
+    // A watcher dies with the context, which a plain call from the other thread could not notice without a
+    // race.
     auto* watcher = new QFutureWatcher<Result>(context);
     QObject::connect(watcher, &QFutureWatcherBase::finished, watcher,
                      [watcher, state, finished = std::move(finished)]() mutable {
@@ -69,13 +74,18 @@ BackgroundTask startInBackground(QObject* context, Work work, Finished finished)
                      });
     watcher->setFuture(promise->future());
 
-    QThreadPool::globalInstance()->start(
-        [promise, work = std::move(work), token = state->source.get_token()]() mutable {
-            promise->start();
-            promise->addResult(work(token));
-            promise->finish();
-        });
+    pool.start([promise, work = std::move(work), token = state->source.get_token()]() mutable {
+        promise->start();
+        promise->addResult(work(token));
+        promise->finish();
+    });
     return BackgroundTask(std::move(state));
+}
+
+/// The same in the application's common pool.
+template <typename Work, typename Finished>
+BackgroundTask startInBackground(QObject* context, Work work, Finished finished) {
+    return startInBackground(*QThreadPool::globalInstance(), context, std::move(work), std::move(finished));
 }
 
 } // namespace quelm

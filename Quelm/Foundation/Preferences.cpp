@@ -20,7 +20,9 @@ QString& overridePath() {
     return path;
 }
 
-std::string storedText(QLatin1String key) { return openStore()->value(key).toString().toStdString(); }
+std::string storedText(QLatin1String key) {
+    return openStore()->value(key).toString().toStdString();
+}
 
 void store(QLatin1String key, std::string_view text) {
     openStore()->setValue(key, QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
@@ -31,7 +33,8 @@ void store(QLatin1String key, std::string_view text) {
 std::unique_ptr<QSettings> openStore() {
     if (!overridePath().isEmpty())
         return std::make_unique<QSettings>(overridePath(), QSettings::IniFormat);
-    return std::make_unique<QSettings>(QSettings::UserScope, QStringLiteral("Quelm"), QStringLiteral("Quelm"));
+    return std::make_unique<QSettings>(QSettings::UserScope, QStringLiteral("Quelm"),
+                                       QStringLiteral("Quelm"));
 }
 
 std::string_view rawValue(InitialMode mode) {
@@ -43,24 +46,33 @@ JSONStyle::Indent indent() {
     return JSONStyle::indentFromRawValue(storedText(indentKey)).value_or(JSONStyle::Indent::twoSpaces);
 }
 
-void setIndent(JSONStyle::Indent indent) { store(indentKey, JSONStyle::rawValue(indent)); }
+void setIndent(JSONStyle::Indent indent) {
+    store(indentKey, JSONStyle::rawValue(indent));
+}
 
 bool sortsKeys() {
     // A store of text gives "true", a native one a Boolean; any other text is not a yes.
     return openStore()->value(sortKeysKey).toString() == QLatin1String("true");
 }
 
-void setSortsKeys(bool sortsKeys) { openStore()->setValue(sortKeysKey, sortsKeys); }
+void setSortsKeys(bool sortsKeys) {
+    openStore()->setValue(sortKeysKey, sortsKeys);
+}
 
 InitialMode initialMode() {
     const std::string text = storedText(initialModeKey);
-    const auto* found = std::ranges::find(allInitialModes, text, [](InitialMode mode) { return rawValue(mode); });
+    const auto* found =
+        std::ranges::find(allInitialModes, text, [](InitialMode mode) { return rawValue(mode); });
     return found == allInitialModes.end() ? InitialMode::automatic : *found;
 }
 
-void setInitialMode(InitialMode mode) { store(initialModeKey, rawValue(mode)); }
+void setInitialMode(InitialMode mode) {
+    store(initialModeKey, rawValue(mode));
+}
 
-JSONStyle preferredStyle() { return JSONStyle::pretty(indent(), sortsKeys()); }
+JSONStyle preferredStyle() {
+    return JSONStyle::pretty(indent(), sortsKeys());
+}
 
 FileOverride::FileOverride(const QString& path) {
     require(overridePath().isEmpty(), "one override of the preferences at a time");
@@ -68,6 +80,8 @@ FileOverride::FileOverride(const QString& path) {
     overridePath() = path;
 }
 
-FileOverride::~FileOverride() { overridePath().clear(); }
+FileOverride::~FileOverride() {
+    overridePath().clear();
+}
 
 } // namespace quelm::Preferences

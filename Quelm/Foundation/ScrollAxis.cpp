@@ -10,7 +10,8 @@ namespace quelm {
 
 namespace {
 
-/// Up to here a value of the bar is a pixel. Far enough from the largest integer for a style to add page and value.
+/// Up to here a value of the bar is a pixel. Far enough from the largest integer for a style to add page and
+/// value.
 constexpr std::int64_t longestBar = 1 << 30;
 
 } // namespace
@@ -73,9 +74,11 @@ void ScrollAxis::barActed(int action) {
 void ScrollAxis::updateBar() {
     const QScopedValueRollback updating(isUpdatingBar_, true);
     const std::int64_t barMaximum = std::min(maximum_, longestBar);
-    const double valuesAPixel = maximum_ > 0 ? static_cast<double>(barMaximum) / static_cast<double>(maximum_) : 1;
+    const double valuesAPixel =
+        maximum_ > 0 ? static_cast<double>(barMaximum) / static_cast<double>(maximum_) : 1;
     const auto inBar = [valuesAPixel](std::int64_t pixels) {
-        return static_cast<int>(std::max<std::int64_t>(1, std::llround(static_cast<double>(pixels) * valuesAPixel)));
+        return static_cast<int>(
+            std::max<std::int64_t>(1, std::llround(static_cast<double>(pixels) * valuesAPixel)));
     };
     bar_.setRange(0, static_cast<int>(barMaximum));
     bar_.setPageStep(inBar(std::min(visibleLength_, longestBar)));

@@ -48,6 +48,8 @@ QColor semanticColor(ColorRole role, Appearance appearance) {
     return QColor::fromRgba(appearance == Appearance::dark ? colors.dark : colors.light);
 }
 
-QColor semanticColor(ColorRole role) { return semanticColor(role, currentAppearance()); }
+QColor semanticColor(ColorRole role) {
+    return semanticColor(role, currentAppearance());
+}
 
 } // namespace quelm

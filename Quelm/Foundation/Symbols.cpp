@@ -11,7 +11,9 @@
 #include <memory>
 
 // The macro declares a function of the global namespace.
-static void initialiseSymbols() { Q_INIT_RESOURCE(symbols); }
+static void initialiseSymbols() {
+    Q_INIT_RESOURCE(symbols);
+}
 
 namespace quelm {
 
@@ -40,7 +42,8 @@ QImage renderSymbol(const QString& name, QSize devicePixels, const QColor& color
     return image;
 }
 
-/// The symbol for a device, from the cache that all windows share. Half-way turns last for one frame and stay out of it.
+/// The symbol for a device, from the cache that all windows share. Half-way turns last for one frame and stay
+/// out of it.
 QPixmap symbolPixmap(const QString& name, QSize devicePixels, const QColor& color, double degrees) {
     const auto key = QStringLiteral("quelm.%1.%2x%3.%4.%5")
                          .arg(name)
@@ -82,7 +85,9 @@ private:
 
 } // namespace
 
-QIcon symbolIcon(const QString& name, ColorRole role) { return QIcon(new SymbolIconEngine(name, role)); }
+QIcon symbolIcon(const QString& name, ColorRole role) {
+    return QIcon(new SymbolIconEngine(name, role));
+}
 
 void paintSymbol(QPainter& painter, const QString& name, const QRectF& area, const QColor& color,
                  double clockwiseDegrees) {

@@ -32,8 +32,7 @@ QStringList brokenLines(const QString& text) {
 
 QString toolTipText(std::string_view utf8) {
     const QStringList lines = brokenLines(visibleText(utf8, mostCharacters).text);
-    return QStringLiteral("<div style=\"white-space:pre\">%1</div>")
-        .arg(lines.join(u'\n').toHtmlEscaped());
+    return QStringLiteral("<div style=\"white-space:pre\">%1</div>").arg(lines.join(u'\n').toHtmlEscaped());
 }
 
 } // namespace quelm

@@ -6,7 +6,9 @@ namespace {
 
 constexpr double expandedDegrees = 90;
 
-double restingDegrees(bool isExpanded) { return isExpanded ? expandedDegrees : 0; }
+double restingDegrees(bool isExpanded) {
+    return isExpanded ? expandedDegrees : 0;
+}
 
 } // namespace
 

@@ -23,13 +23,19 @@ constexpr std::array<Presentation, allNodeKinds.size()> presentations{{
     {ColorRole::gray, "∅", QT_TRANSLATE_NOOP("quelm::NodeKind", "Nulo")},
 }};
 
-const Presentation& presentation(NodeKind kind) { return presentations[static_cast<std::size_t>(kind)]; }
+const Presentation& presentation(NodeKind kind) {
+    return presentations[static_cast<std::size_t>(kind)];
+}
 
 } // namespace
 
-ColorRole kindColor(NodeKind kind) { return presentation(kind).color; }
+ColorRole kindColor(NodeKind kind) {
+    return presentation(kind).color;
+}
 
-QString kindBadge(NodeKind kind) { return QString::fromUtf8(presentation(kind).badge); }
+QString kindBadge(NodeKind kind) {
+    return QString::fromUtf8(presentation(kind).badge);
+}
 
 QString kindName(NodeKind kind) {
     return QCoreApplication::translate("quelm::NodeKind", presentation(kind).name);

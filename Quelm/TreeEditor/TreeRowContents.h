@@ -9,11 +9,13 @@
 
 namespace quelm {
 
-/// What a row shows, as texts of one line that are short enough to be measured and painted at any time, with their widths.
+/// What a row shows, as texts of one line that are short enough to be measured and painted at any time, with
+/// their widths.
 struct TreeRowContents {
     enum class LabelKind : std::uint8_t { key, index, root };
 
-    /// Makes all of it once. O(the key) for the row's copy is the caller's; what is looked at here is bounded.
+    /// Makes all of it once. O(the key) for the row's copy is the caller's; what is looked at here is
+    /// bounded.
     TreeRowContents(const TreeRow& row, const TreeRowStyle& style);
 
     /// The face in which the label is set.

@@ -52,7 +52,8 @@ bool TreeView::moveSelection(QKeyEvent* event) {
     const std::optional<NodeID> selection = editor_.selection();
     const auto selectedRow = selection ? editor_.outline().index(*selection) : std::nullopt;
     const std::int64_t near = rowNearSelection().value_or(0);
-    // With the selection out of sight in a collapsed container, the first arrow comes back to what can be seen.
+    // With the selection out of sight in a collapsed container, the first arrow comes back to what can be
+    // seen.
     const std::int64_t step = selectedRow ? 1 : 0;
 
     std::int64_t row = near;
@@ -137,7 +138,9 @@ void TreeView::startTurn(NodeID id) {
     chevron_.turn(id, editor_.outline().expanded().contains(id), isAnimated ? turnMilliseconds : 0);
 }
 
-void TreeView::mousePressEvent(QMouseEvent* event) { press(event); }
+void TreeView::mousePressEvent(QMouseEvent* event) {
+    press(event);
+}
 
 void TreeView::mouseDoubleClickEvent(QMouseEvent* event) {
     // The second of two quick clicks is a click like any other.
@@ -191,7 +194,8 @@ bool TreeView::viewportEvent(QEvent* event) {
     }
     const auto row = rowAt(help->pos());
     const TreeRowView view = rowView(*row);
-    QToolTip::showText(help->globalPos(), text, viewport(), view.rect(*view.partAt(help->pos())).toAlignedRect());
+    QToolTip::showText(help->globalPos(), text, viewport(),
+                       view.rect(*view.partAt(help->pos())).toAlignedRect());
     return true;
 }
 

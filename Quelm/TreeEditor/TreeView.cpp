@@ -33,7 +33,9 @@ TreeView::TreeView(TreeEditor& editor, QWidget* parent)
     });
 }
 
-QSize TreeView::sizeHint() const { return {scaledPixels(480), scaledPixels(320)}; }
+QSize TreeView::sizeHint() const {
+    return {scaledPixels(480), scaledPixels(320)};
+}
 
 bool TreeView::hasRows() const {
     // Between a change of the content and the reload that follows it, the outline speaks of another tree.
@@ -50,7 +52,9 @@ TreeView::RowRange TreeView::visibleRows() const {
             std::clamp<std::int64_t>((bottom + style_.rowHeight - 1) / style_.rowHeight, 0, count)};
 }
 
-std::int64_t TreeView::contentTop(std::int64_t row) const { return style_.verticalMargin + row * style_.rowHeight; }
+std::int64_t TreeView::contentTop(std::int64_t row) const {
+    return style_.verticalMargin + row * style_.rowHeight;
+}
 
 std::optional<std::int64_t> TreeView::rowAt(const QPoint& place) const {
     const std::int64_t y = vertical_.position() + place.y() - style_.verticalMargin;
@@ -102,7 +106,8 @@ void TreeView::paintEvent(QPaintEvent* event) {
         if (!event->rect().intersects(QRect(0, top, viewport()->width(), style_.rowHeight)))
             continue;
         const TreeRowContents& contents = cache_.contents(row, editor_, style_);
-        rowView(row).paint(painter, emphasis(row, selectedRow), chevron_.degrees(contents.id, contents.isExpanded));
+        rowView(row).paint(painter, emphasis(row, selectedRow),
+                           chevron_.degrees(contents.id, contents.isExpanded));
     }
 }
 
@@ -168,7 +173,8 @@ void TreeView::lookChanged() {
 
 void TreeView::updateExtents() {
     const std::int64_t rows = hasRows() ? editor_.outline().rowCount() : 0;
-    vertical_.setExtent(rows * style_.rowHeight + 2 * style_.verticalMargin, viewport()->height(), style_.rowHeight);
+    vertical_.setExtent(rows * style_.rowHeight + 2 * style_.verticalMargin, viewport()->height(),
+                        style_.rowHeight);
     includeVisibleDepths();
 }
 
@@ -176,7 +182,8 @@ void TreeView::includeVisibleDepths() {
     const RowRange visible = visibleRows();
     for (std::int64_t row = visible.first; row < visible.end; ++row)
         deepestSeen_ = std::max(deepestSeen_, editor_.outline().rowDepth(row));
-    const std::int64_t width = style_.contentInset + deepestSeen_ * style_.indentation + style_.leastContentWidth;
+    const std::int64_t width =
+        style_.contentInset + deepestSeen_ * style_.indentation + style_.leastContentWidth;
     horizontal_.setExtent(width, viewport()->width(), 4 * style_.indentation);
 }
 
@@ -190,7 +197,8 @@ void TreeView::scrollToRow(std::int64_t row) {
     const bool isFirst = row == 0;
     const bool isLast = row + 1 == editor_.outline().rowCount();
     const std::int64_t start = isFirst ? 0 : contentTop(row);
-    vertical_.reveal(start, contentTop(row) + style_.rowHeight + (isLast ? style_.verticalMargin : 0) - start);
+    vertical_.reveal(start,
+                     contentTop(row) + style_.rowHeight + (isLast ? style_.verticalMargin : 0) - start);
 }
 
 } // namespace quelm

@@ -1,5 +1,4 @@
 #include "JSONCore/ChildList.h"
-
 #include "JSONCore/JSONTree.h"
 #include "Tests/JSONCore/Support/JSONText.h"
 #include "Tests/JSONCore/Support/Printing.h"

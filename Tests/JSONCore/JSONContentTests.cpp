@@ -1,10 +1,8 @@
 #include "JSONCore/JSONContent.h"
-
 #include "Tests/JSONCore/Support/JSONText.h"
 #include "Tests/JSONCore/Support/Printing.h"
 
 #include <gtest/gtest.h>
-
 #include <string>
 #include <thread>
 
@@ -73,9 +71,13 @@ TEST(JSONContent, OfAFileThatDoesNotParseIsStillAContent) {
 
 TEST(JSONContent, OfAFileThatIsNotUTF8IsAnError) {
     const std::string_view foreign[] = {
-        "\xFF\xFE{\0}",          "\"caf\xE9\"",           "\"\xC3\"",         "\"\xC0\xAF\"",     "\"\xE0\x80\xAF\"",
-        "\"\xED\xA0\x80\"",      "\"\xED\xBF\xBF\"",      "\"\xF4\x90\x80\x80\"", "\"\x80\"",     "\"\xF8\x88\x80\x80\x80\"",
-        "\"\xE2\x82\"",          "{} \xE2\x82",           "\xF0\x9F\x98",     "{}\xFE",
+        "\xFF\xFE{\0}",     "\"caf\xE9\"",
+        "\"\xC3\"",         "\"\xC0\xAF\"",
+        "\"\xE0\x80\xAF\"", "\"\xED\xA0\x80\"",
+        "\"\xED\xBF\xBF\"", "\"\xF4\x90\x80\x80\"",
+        "\"\x80\"",         "\"\xF8\x88\x80\x80\x80\"",
+        "\"\xE2\x82\"",     "{} \xE2\x82",
+        "\xF0\x9F\x98",     "{}\xFE",
     };
     for (const std::string_view bytes : foreign) {
         const auto content = JSONContent::fromData(SharedText(bytes));

@@ -1,5 +1,4 @@
 #include "JSONCore/JSONParseError.h"
-
 #include "Tests/JSONCore/Support/Printing.h"
 
 #include <gtest/gtest.h>
@@ -97,7 +96,8 @@ TEST(JSONParseError, CountsCharactersThatTheUserPerceives) {
         {"\uFEFF{x", 4, 1, 3},
         // The line before does not count.
         {"ééé\né|", 9, 2, 2},
-        // A carriage return and a line feed on one line do not meet: the line ends between them and what follows.
+        // A carriage return and a line feed on one line do not meet: the line ends between them and what
+        // follows.
         {"a\r\n|", 3, 2, 1},
     };
     for (const Place& place : places) {

@@ -1,5 +1,4 @@
 #include "JSONCore/JSONParser.h"
-
 #include "Tests/JSONCore/Support/JSONText.h"
 #include "Tests/JSONCore/Support/Printing.h"
 
@@ -20,9 +19,13 @@ auto parseCancelled(const std::string& text) {
 }
 
 /// An array of a string and a 1, the comma's end at that offset.
-std::string arrayWithValueAfter(std::size_t offset) { return "[\"" + std::string(offset - 4, 'x') + "\",1]"; }
+std::string arrayWithValueAfter(std::size_t offset) {
+    return "[\"" + std::string(offset - 4, 'x') + "\",1]";
+}
 
-TEST(JSONParserCancellation, LooksOnceEveryMebibyte) { EXPECT_EQ(JSONParser::cancellationInterval, 1'048'576); }
+TEST(JSONParserCancellation, LooksOnceEveryMebibyte) {
+    EXPECT_EQ(JSONParser::cancellationInterval, 1'048'576);
+}
 
 TEST(JSONParserCancellation, AShortTextIsParsedAllTheSame) {
     EXPECT_TRUE(parseCancelled("{}"));
@@ -76,7 +79,8 @@ TEST(JSONParserCancellation, AnEarlierErrorComesFirstAndALaterOneIsNotReached) {
 
 TEST(JSONParserCancellation, WithoutARequestLongTextsAreParsedWhole) {
     std::stop_source source;
-    const auto tree = JSONParser::parse(test::rope("[" + repeated("1,", 2 * interval) + "1]"), source.get_token());
+    const auto tree =
+        JSONParser::parse(test::rope("[" + repeated("1,", 2 * interval) + "1]"), source.get_token());
     ASSERT_TRUE(tree);
     EXPECT_EQ(tree->nodeCount(), 2'097'154);
 }

@@ -1,5 +1,4 @@
 #include "JSONCore/JSONParser.h"
-
 #include "Tests/JSONCore/Support/JSONText.h"
 #include "Tests/JSONCore/Support/Printing.h"
 
@@ -75,24 +74,34 @@ TEST(JSONParserErrors, AByteThatBeginsNoValueIsReportedWhereItStands) {
 
 TEST(JSONParserErrors, ALiteralThatDoesNotMatchIsReportedAtItsStart) {
     expectRejected("Valor inesperado", {
-                                           {"t", 0, 1, 1},       {"tr", 0, 1, 1},      {"tru", 0, 1, 1},
-                                           {"trua", 0, 1, 1},    {"f", 0, 1, 1},       {"fals", 0, 1, 1},
-                                           {"falsa", 0, 1, 1},   {"n", 0, 1, 1},       {"nul", 0, 1, 1},
-                                           {"nulo", 0, 1, 1},    {"[tRUE]", 1, 1, 2},  {"[true,fa]", 6, 1, 7},
-                                           {"[ nul]", 2, 1, 3},  {"[tru\n]", 1, 1, 2},
+                                           {"t", 0, 1, 1},
+                                           {"tr", 0, 1, 1},
+                                           {"tru", 0, 1, 1},
+                                           {"trua", 0, 1, 1},
+                                           {"f", 0, 1, 1},
+                                           {"fals", 0, 1, 1},
+                                           {"falsa", 0, 1, 1},
+                                           {"n", 0, 1, 1},
+                                           {"nul", 0, 1, 1},
+                                           {"nulo", 0, 1, 1},
+                                           {"[tRUE]", 1, 1, 2},
+                                           {"[true,fa]", 6, 1, 7},
+                                           {"[ nul]", 2, 1, 3},
+                                           {"[tru\n]", 1, 1, 2},
                                        });
 }
 
 TEST(JSONParserErrors, ABrokenNumberIsReportedAtItsStart) {
-    expectRejected("Número inválido",
-                   {
-                       {"-", 0, 1, 1},     {"1.", 0, 1, 1},     {"1e", 0, 1, 1},      {"1e+", 0, 1, 1},
-                       {"1e-", 0, 1, 1},   {"1E", 0, 1, 1},     {"-x", 0, 1, 1},      {"--1", 0, 1, 1},
-                       {"-.5", 0, 1, 1},   {"1.e5", 0, 1, 1},   {"1.x", 0, 1, 1},     {"1.5e", 0, 1, 1},
-                       {"1ex", 0, 1, 1},   {"0e++1", 0, 1, 1},  {"-Infinity", 0, 1, 1}, {"0.", 0, 1, 1},
-                       {"[1, -]", 4, 1, 5}, {"[12.]", 1, 1, 2}, {"[0.5e]", 1, 1, 2},  {"{\"a\":-}", 5, 1, 6},
-                       {"-\n1", 0, 1, 1},  {"[1,\n12345.]", 4, 2, 1},
-                   });
+    expectRejected(
+        "Número inválido",
+        {
+            {"-", 0, 1, 1},      {"1.", 0, 1, 1},           {"1e", 0, 1, 1},        {"1e+", 0, 1, 1},
+            {"1e-", 0, 1, 1},    {"1E", 0, 1, 1},           {"-x", 0, 1, 1},        {"--1", 0, 1, 1},
+            {"-.5", 0, 1, 1},    {"1.e5", 0, 1, 1},         {"1.x", 0, 1, 1},       {"1.5e", 0, 1, 1},
+            {"1ex", 0, 1, 1},    {"0e++1", 0, 1, 1},        {"-Infinity", 0, 1, 1}, {"0.", 0, 1, 1},
+            {"[1, -]", 4, 1, 5}, {"[12.]", 1, 1, 2},        {"[0.5e]", 1, 1, 2},    {"{\"a\":-}", 5, 1, 6},
+            {"-\n1", 0, 1, 1},   {"[1,\n12345.]", 4, 2, 1},
+        });
 }
 
 TEST(JSONParserErrors, WhatFollowsALiteralOrANumberIsTheEnclosingRulesAffair) {

@@ -1,8 +1,7 @@
 #include "JSONCore/JSONParser.h"
-
-#include "TextCore/UTF8.h"
 #include "Tests/JSONCore/Support/JSONText.h"
 #include "Tests/JSONCore/Support/Printing.h"
+#include "TextCore/UTF8.h"
 
 #include <gtest/gtest.h>
 

@@ -1,11 +1,9 @@
 #include "JSONCore/JSONParser.h"
-
 #include "Tests/JSONCore/Support/JSONText.h"
 #include "Tests/JSONCore/Support/Printing.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <memory>
 #include <sys/mman.h>
 #include <thread>
@@ -25,9 +23,10 @@ TEST(JSONParser, AcceptsAnyValueAtTheTopLevel) {
         NodeKind kind;
         std::string_view scalar;
     } cases[] = {
-        {"{}", NodeKind::object, ""},   {"[]", NodeKind::array, ""},        {"\"a\"", NodeKind::string, "a"},
-        {"\"\"", NodeKind::string, ""}, {"7", NodeKind::number, "7"},       {"true", NodeKind::bool_, "true"},
-        {"null", NodeKind::null, ""},   {"false", NodeKind::bool_, "false"},
+        {"{}", NodeKind::object, ""},     {"[]", NodeKind::array, ""},
+        {"\"a\"", NodeKind::string, "a"}, {"\"\"", NodeKind::string, ""},
+        {"7", NodeKind::number, "7"},     {"true", NodeKind::bool_, "true"},
+        {"null", NodeKind::null, ""},     {"false", NodeKind::bool_, "false"},
     };
     for (const auto& [text, kind, scalar] : cases) {
         SCOPED_TRACE(text);
@@ -50,9 +49,9 @@ TEST(JSONParser, StoresNodesInDocumentOrder) {
         std::string_view scalar;
         std::int32_t parent;
     } expected[] = {
-        {NodeKind::object, "", "", 0},     {NodeKind::number, "a", "1", 1}, {NodeKind::array, "b", "", 1},
-        {NodeKind::bool_, "", "true", 3},  {NodeKind::null, "", "", 3},     {NodeKind::string, "", "x", 3},
-        {NodeKind::object, "c", "", 1},    {NodeKind::object, "d", "", 7},
+        {NodeKind::object, "", "", 0},    {NodeKind::number, "a", "1", 1}, {NodeKind::array, "b", "", 1},
+        {NodeKind::bool_, "", "true", 3}, {NodeKind::null, "", "", 3},     {NodeKind::string, "", "x", 3},
+        {NodeKind::object, "c", "", 1},   {NodeKind::object, "d", "", 7},
     };
     ASSERT_EQ(tree.storedNodeCount(), 9);
     EXPECT_EQ(tree.nodeCount(), 8);
@@ -84,8 +83,8 @@ TEST(JSONParser, KeepsDuplicateKeysInOrder) {
 TEST(JSONParser, SkipsTheFourWhiteSpaceBytesEverywhereBetweenTokens) {
     const std::string white = " \t\n\r";
     std::string text;
-    for (const std::string_view token : {"{", "\"a\"", ":", "[", "1", ",", "true", ",", "{", "}", ",", "[", "]", "]",
-                                         ",", "\"b\"", ":", "null", "}"}) {
+    for (const std::string_view token : {"{", "\"a\"", ":", "[", "1", ",", "true", ",", "{", "}", ",", "[",
+                                         "]", "]", ",", "\"b\"", ":", "null", "}"}) {
         text += white;
         text += token;
     }
@@ -104,15 +103,18 @@ TEST(JSONParser, SkipsRunsOfWhiteSpaceOfEveryLength) {
 }
 
 TEST(JSONParser, TakesNothingElseForWhiteSpace) {
-    const std::string_view others[] = {"\v", "\f", "\u00A0", "\u0085", "\u2028", "\u2029", "\u3000", "\uFEFF", "\x7F"};
+    const std::string_view others[] = {"\v",     "\f",     "\u00A0", "\u0085", "\u2028",
+                                       "\u2029", "\u3000", "\uFEFF", "\x7F"};
     for (const std::string_view other : others) {
         SCOPED_TRACE(testing::PrintToString(other));
         EXPECT_EQ(test::parseError(" " + std::string(other) + "1").message, "Valor inesperado");
-        EXPECT_EQ(test::parseError("1" + std::string(other)).message, "Contenido inesperado después del valor raíz");
+        EXPECT_EQ(test::parseError("1" + std::string(other)).message,
+                  "Contenido inesperado después del valor raíz");
         EXPECT_EQ(test::parseError("[1" + std::string(other) + "]").message, "Se esperaba ',' o ']'");
     }
     EXPECT_EQ(test::parseError(std::string_view("\0", 1)).message, "Valor inesperado");
-    EXPECT_EQ(test::parseError(std::string_view("1\0", 2)).message, "Contenido inesperado después del valor raíz");
+    EXPECT_EQ(test::parseError(std::string_view("1\0", 2)).message,
+              "Contenido inesperado después del valor raíz");
 }
 
 TEST(JSONParser, SkipsAByteOrderMarkAtTheStart) {
@@ -123,9 +125,30 @@ TEST(JSONParser, SkipsAByteOrderMarkAtTheStart) {
 
 TEST(JSONParser, KeepsNumbersAsTheyAreWritten) {
     const std::string_view numbers[] = {
-        "0",      "-0",      "1",    "-1",   "10",     "1234567890", "0.0",   "0.5",       "-0.5",    "1.50",    "0.5e-3",
-        "1E+2",   "1e2",     "1E2",  "1e+2", "1e-2",   "0e0",        "0E-00", "-0.0e+000", "1e00007", "123.456E7",
-        "1e999999", "123456789012345678901234567890", "0.1000000000000000055511151231257827021181583404541015625",
+        "0",
+        "-0",
+        "1",
+        "-1",
+        "10",
+        "1234567890",
+        "0.0",
+        "0.5",
+        "-0.5",
+        "1.50",
+        "0.5e-3",
+        "1E+2",
+        "1e2",
+        "1E2",
+        "1e+2",
+        "1e-2",
+        "0e0",
+        "0E-00",
+        "-0.0e+000",
+        "1e00007",
+        "123.456E7",
+        "1e999999",
+        "123456789012345678901234567890",
+        "0.1000000000000000055511151231257827021181583404541015625",
     };
     for (const std::string_view number : numbers) {
         SCOPED_TRACE(number);
@@ -133,7 +156,8 @@ TEST(JSONParser, KeepsNumbersAsTheyAreWritten) {
         EXPECT_EQ(tree.kind(tree.root()), NodeKind::number);
         EXPECT_EQ(tree.scalar(tree.root()), number);
         EXPECT_EQ(written(parsed("[" + std::string(number) + "]")), "[" + std::string(number) + "]");
-        EXPECT_EQ(written(parsed("{\"n\":" + std::string(number) + "\n}")), "{\"n\":" + std::string(number) + "}");
+        EXPECT_EQ(written(parsed("{\"n\":" + std::string(number) + "\n}")),
+                  "{\"n\":" + std::string(number) + "}");
     }
 }
 
@@ -177,7 +201,8 @@ TEST(JSONParser, SharesTheMemoryOfTheText) {
 }
 
 TEST(JSONParser, GivesATreeThatOutlivesTheText) {
-    auto text = std::make_unique<TextRope>(rope(R"({"clave":"un texto que no cabe en ningún sitio","\u0041":[1]})"));
+    auto text =
+        std::make_unique<TextRope>(rope(R"({"clave":"un texto que no cabe en ningún sitio","\u0041":[1]})"));
     const auto tree = JSONParser::parse(*text);
     text.reset();
     ASSERT_TRUE(tree);

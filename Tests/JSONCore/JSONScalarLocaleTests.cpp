@@ -1,12 +1,11 @@
-#include "JSONCore/JSONScalar.h"
 #include "JSONCore/JSONParseError.h"
 #include "JSONCore/JSONParser.h"
+#include "JSONCore/JSONScalar.h"
 #include "Tests/JSONCore/Support/JSONText.h"
-
-#include <gtest/gtest.h>
 
 #include <clocale>
 #include <cstdlib>
+#include <gtest/gtest.h>
 #include <locale>
 #include <string>
 
@@ -27,7 +26,8 @@ protected:
     void SetUp() override {
         formerC_ = std::setlocale(LC_ALL, nullptr);
         former_ = std::locale::global(std::locale(std::locale::classic(), new CommaNumbers));
-        for (const char* name : {"es_ES.UTF-8", "es_ES.utf8", "de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "ca_ES.UTF-8"}) {
+        for (const char* name :
+             {"es_ES.UTF-8", "es_ES.utf8", "de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "ca_ES.UTF-8"}) {
             if (std::setlocale(LC_ALL, name))
                 break;
         }
@@ -74,7 +74,8 @@ TEST_F(JSONScalarLocale, NumbersAreValidAsInAnyOther) {
 }
 
 TEST_F(JSONScalarLocale, PlacesAndPathsAreWrittenWithoutSeparators) {
-    EXPECT_EQ((JSONParseError{"x", 0, 1'234'567, 12'345}.errorDescription()), "Línea 1234567, columna 12345: x");
+    EXPECT_EQ((JSONParseError{"x", 0, 1'234'567, 12'345}.errorDescription()),
+              "Línea 1234567, columna 12345: x");
     const JSONTree tree = test::parsed("[" + test::repeated("0,", 12'345) + "0]");
     EXPECT_EQ(tree.path(test::nodeAt(tree, {12'345})), "$[12345]");
 }

@@ -1,9 +1,7 @@
 #include "JSONCore/JSONScalar.h"
-
 #include "Tests/JSONCore/Support/Printing.h"
 
 #include <gtest/gtest.h>
-
 #include <string>
 
 namespace quelm {
@@ -14,13 +12,14 @@ using JSONScalar::isValid;
 
 TEST(JSONScalar, NumbersAreOneLiteralAndNothingElse) {
     for (const std::string_view text :
-         {"0", "-0", "1", "-1", "42", "1234567890123456789012345678901234567890", "0.5", "-0.5", "1.50", "0.0", "1e2", "1E2",
-          "1e+2", "1e-2", "0e5", "0e005", "-12.5E+07", "0.5e-3", "1e999999999"})
+         {"0", "-0", "1", "-1", "42", "1234567890123456789012345678901234567890", "0.5", "-0.5", "1.50",
+          "0.0", "1e2", "1E2", "1e+2", "1e-2", "0e5", "0e005", "-12.5E+07", "0.5e-3", "1e999999999"})
         EXPECT_TRUE(isValid(text, NodeKind::number)) << text;
     for (const std::string_view text :
-         {"",      " ",    " 1",  "1 ",   "\t1",      "1\n",  "+1",      "-",     "--1",     ".5",     "-.5",  "5.",
-          "1.e5",  "01",   "-01", "00",   "0x1F",     "1e",   "1e+",     "1E-",   "1e5.5",   "1.2.3",  "NaN",  "nan",
-          "inf",   "Infinity", "-Infinity", "1,5", "1_000", "1a", "a", "true", "\u0661", "１", "−1", "1\u00A0"})
+         {"",    " ",     " 1",    "1 ",    "\t1",  "1\n",    "+1",  "-",        "--1",
+          ".5",  "-.5",   "5.",    "1.e5",  "01",   "-01",    "00",  "0x1F",     "1e",
+          "1e+", "1E-",   "1e5.5", "1.2.3", "NaN",  "nan",    "inf", "Infinity", "-Infinity",
+          "1,5", "1_000", "1a",    "a",     "true", "\u0661", "１",  "−1",       "1\u00A0"})
         EXPECT_FALSE(isValid(text, NodeKind::number)) << text;
     EXPECT_FALSE(isValid(std::string_view("1\0", 2), NodeKind::number));
     EXPECT_FALSE(isValid(std::string_view("\0", 1), NodeKind::number));
@@ -45,7 +44,8 @@ TEST(JSONScalar, StringsAreAnyText) {
 TEST(JSONScalar, BooleansAreTwoWords) {
     EXPECT_TRUE(isValid("true", NodeKind::bool_));
     EXPECT_TRUE(isValid("false", NodeKind::bool_));
-    for (const std::string_view text : {"", "True", "TRUE", "False", " true", "true ", "false\n", "1", "0", "yes", "tru"})
+    for (const std::string_view text :
+         {"", "True", "TRUE", "False", " true", "true ", "false\n", "1", "0", "yes", "tru"})
         EXPECT_FALSE(isValid(text, NodeKind::bool_)) << text;
 }
 
@@ -169,23 +169,38 @@ TEST(JSONScalar, NumbersBecomeBooleansByTheirValue) {
 
 TEST(JSONScalar, NumbersThatOnlyTheLenientConversionReadsBecomeBooleansToo) {
     expectConversions(NodeKind::bool_, {
-                                           {"0x1F", NodeKind::number, "true"},    {"0x0", NodeKind::number, "false"},
-                                           {"0X1p-3", NodeKind::number, "true"},  {"0x0p9", NodeKind::number, "false"},
-                                           {"0x.8", NodeKind::number, "true"},    {"inf", NodeKind::number, "true"},
-                                           {"-Infinity", NodeKind::number, "true"}, {"INFINITY", NodeKind::number, "true"},
-                                           {"nan", NodeKind::number, "true"},     {"NAN(1)", NodeKind::number, "true"},
-                                           {"-nan", NodeKind::number, "true"},    {"+1", NodeKind::number, "true"},
-                                           {"+0", NodeKind::number, "false"},     {".5", NodeKind::number, "true"},
-                                           {"5.", NodeKind::number, "true"},      {"01", NodeKind::number, "true"},
-                                           {"  3  ", NodeKind::number, "true"},   {"\u00A03", NodeKind::number, "true"},
+                                           {"0x1F", NodeKind::number, "true"},
+                                           {"0x0", NodeKind::number, "false"},
+                                           {"0X1p-3", NodeKind::number, "true"},
+                                           {"0x0p9", NodeKind::number, "false"},
+                                           {"0x.8", NodeKind::number, "true"},
+                                           {"inf", NodeKind::number, "true"},
+                                           {"-Infinity", NodeKind::number, "true"},
+                                           {"INFINITY", NodeKind::number, "true"},
+                                           {"nan", NodeKind::number, "true"},
+                                           {"NAN(1)", NodeKind::number, "true"},
+                                           {"-nan", NodeKind::number, "true"},
+                                           {"+1", NodeKind::number, "true"},
+                                           {"+0", NodeKind::number, "false"},
+                                           {".5", NodeKind::number, "true"},
+                                           {"5.", NodeKind::number, "true"},
+                                           {"01", NodeKind::number, "true"},
+                                           {"  3  ", NodeKind::number, "true"},
+                                           {"\u00A03", NodeKind::number, "true"},
                                        });
     expectConversions(NodeKind::bool_, {
-                                           {"", NodeKind::number, "false"},      {"1x", NodeKind::number, "false"},
-                                           {"1 2", NodeKind::number, "false"},   {"1e", NodeKind::number, "false"},
-                                           {"0x", NodeKind::number, "false"},    {"infinit", NodeKind::number, "false"},
-                                           {"1,5", NodeKind::number, "false"},   {".", NodeKind::number, "false"},
-                                           {"--1", NodeKind::number, "false"},   {"nan(", NodeKind::number, "false"},
-                                           {"- 1", NodeKind::number, "false"},   {"１", NodeKind::number, "false"},
+                                           {"", NodeKind::number, "false"},
+                                           {"1x", NodeKind::number, "false"},
+                                           {"1 2", NodeKind::number, "false"},
+                                           {"1e", NodeKind::number, "false"},
+                                           {"0x", NodeKind::number, "false"},
+                                           {"infinit", NodeKind::number, "false"},
+                                           {"1,5", NodeKind::number, "false"},
+                                           {".", NodeKind::number, "false"},
+                                           {"--1", NodeKind::number, "false"},
+                                           {"nan(", NodeKind::number, "false"},
+                                           {"- 1", NodeKind::number, "false"},
+                                           {"１", NodeKind::number, "false"},
                                        });
     EXPECT_EQ(convert(std::string_view("\0001", 2), NodeKind::number, NodeKind::bool_), "false");
     EXPECT_EQ(convert(std::string_view("1\0", 2), NodeKind::number, NodeKind::bool_), "false");
@@ -229,7 +244,8 @@ TEST(JSONScalar, ConvertsToTheSameKindByTheSameRules) {
 }
 
 TEST(JSONScalar, ConversionAlwaysGivesAValidTextOfAScalar) {
-    const std::string_view texts[] = {"", " ", "a", "true", " TRUE", "false", "0", "12.5", " 7 ", "0x1F", "nan", "1e", "é\n"};
+    const std::string_view texts[] = {"",     " ",   "a",    "true", " TRUE", "false", "0",
+                                      "12.5", " 7 ", "0x1F", "nan",  "1e",    "é\n"};
     for (const std::string_view text : texts) {
         for (const NodeKind from : allNodeKinds) {
             for (const NodeKind to : {NodeKind::string, NodeKind::number, NodeKind::bool_, NodeKind::null})

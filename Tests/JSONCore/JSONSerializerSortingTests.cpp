@@ -1,11 +1,9 @@
 #include "JSONCore/JSONSerializer.h"
-
 #include "Tests/JSONCore/Support/JSONText.h"
 #include "Tests/JSONCore/Support/Random.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <gtest/gtest.h>
 #include <vector>
 
 namespace quelm {
@@ -18,7 +16,9 @@ using test::written;
 constexpr JSONStyle sorted = JSONStyle::pretty(Indent::twoSpaces, true);
 
 /// The text written with sorted keys, then compacted.
-std::string inOrder(std::string_view text) { return written(parsed(written(parsed(text), sorted))); }
+std::string inOrder(std::string_view text) {
+    return written(parsed(written(parsed(text), sorted)));
+}
 
 TEST(JSONSerializerSorting, OrdersASCIIKeysByTheirBytes) {
     EXPECT_EQ(inOrder(R"({"b":1,"a":2,"B":3})"), R"({"B":3,"a":2,"b":1})");
@@ -27,7 +27,8 @@ TEST(JSONSerializerSorting, OrdersASCIIKeysByTheirBytes) {
 }
 
 TEST(JSONSerializerSorting, PutsAKeyBeforeItsContinuations) {
-    EXPECT_EQ(inOrder(R"({"abc":1,"ab":2,"":3,"a":4,"ab\u0000":5})"), R"({"":3,"a":4,"ab":2,"ab\u0000":5,"abc":1})");
+    EXPECT_EQ(inOrder(R"({"abc":1,"ab":2,"":3,"a":4,"ab\u0000":5})"),
+              R"({"":3,"a":4,"ab":2,"ab\u0000":5,"abc":1})");
 }
 
 TEST(JSONSerializerSorting, OrdersByUnicodeScalarsNotByLocale) {
@@ -38,9 +39,11 @@ TEST(JSONSerializerSorting, OrdersByUnicodeScalarsNotByLocale) {
 
 TEST(JSONSerializerSorting, ComparesKeysInCanonicalComposition) {
     // A decomposed é stands where the composed one does, after z, not after e.
-    EXPECT_EQ(inOrder("{\"e\u0301\":1,\"f\":2,\"z\":3,\"\u00E8\":4}"), "{\"f\":2,\"z\":3,\"\u00E8\":4,\"e\u0301\":1}");
+    EXPECT_EQ(inOrder("{\"e\u0301\":1,\"f\":2,\"z\":3,\"\u00E8\":4}"),
+              "{\"f\":2,\"z\":3,\"\u00E8\":4,\"e\u0301\":1}");
     // The Angstrom sign is the letter Å.
-    EXPECT_EQ(inOrder("{\"\u212B\":1,\"\u00C6\":2,\"\u00C4\":3}"), "{\"\u00C4\":3,\"\u212B\":1,\"\u00C6\":2}");
+    EXPECT_EQ(inOrder("{\"\u212B\":1,\"\u00C6\":2,\"\u00C4\":3}"),
+              "{\"\u00C4\":3,\"\u212B\":1,\"\u00C6\":2}");
     EXPECT_EQ(inOrder("{\"\uAC01\":1,\"\u1100\u1161\":2}"), "{\"\u1100\u1161\":2,\"\uAC01\":1}");
 }
 
@@ -87,10 +90,10 @@ TEST(JSONSerializerSorting, SortsTensOfThousandsOfMembersStably) {
 
 TEST(JSONSerializerSorting, SortsKeysWithLongCommonBeginnings) {
     const std::string stem(1'000, 'p');
-    EXPECT_EQ(inOrder("{\"" + stem + "2\":0,\"" + stem + "\":0,\"" + stem + "1\":0,\"q\":0,\"é" + stem + "\":0,\"" + stem +
-                      "é\":0}"),
-              "{\"" + stem + "\":0,\"" + stem + "1\":0,\"" + stem + "2\":0,\"" + stem + "é\":0,\"q\":0,\"é" + stem +
-                  "\":0}");
+    EXPECT_EQ(inOrder("{\"" + stem + "2\":0,\"" + stem + "\":0,\"" + stem + "1\":0,\"q\":0,\"é" + stem +
+                      "\":0,\"" + stem + "é\":0}"),
+              "{\"" + stem + "\":0,\"" + stem + "1\":0,\"" + stem + "2\":0,\"" + stem + "é\":0,\"q\":0,\"é" +
+                  stem + "\":0}");
 }
 
 } // namespace

@@ -1,5 +1,4 @@
 #include "JSONCore/JSONSerializer.h"
-
 #include "Tests/JSONCore/Support/JSONText.h"
 #include "Tests/JSONCore/Support/Printing.h"
 
@@ -18,10 +17,14 @@ constexpr JSONStyle twoSpaces = JSONStyle::pretty(Indent::twoSpaces, false);
 constexpr JSONStyle fourSpaces = JSONStyle::pretty(Indent::fourSpaces, false);
 constexpr JSONStyle tab = JSONStyle::pretty(Indent::tab, false);
 
-std::string inStyle(std::string_view text, const JSONStyle& style) { return written(parsed(text), style); }
+std::string inStyle(std::string_view text, const JSONStyle& style) {
+    return written(parsed(text), style);
+}
 
 /// A tree of one string.
-JSONTree stringTree(std::string_view text) { return JSONTree(NodeKind::string, text); }
+JSONTree stringTree(std::string_view text) {
+    return JSONTree(NodeKind::string, text);
+}
 
 TEST(JSONSerializer, WritesCompactWithoutAnyWhiteSpace) {
     EXPECT_EQ(inStyle(" { \"a\" : 1 , \"b\" : [ true , null ] , \"c\" : { } } \n", compact),
@@ -70,7 +73,8 @@ TEST(JSONSerializer, EndsPrettyOutputWithOneLineFeed) {
     const struct {
         std::string_view text;
         std::string_view pretty;
-    } cases[] = {{"42", "42\n"}, {"\"a\"", "\"a\"\n"}, {"true", "true\n"}, {"null", "null\n"}, {"[1]", "[\n  1\n]\n"}};
+    } cases[] = {
+        {"42", "42\n"}, {"\"a\"", "\"a\"\n"}, {"true", "true\n"}, {"null", "null\n"}, {"[1]", "[\n  1\n]\n"}};
     for (const auto& [text, pretty] : cases) {
         EXPECT_EQ(inStyle(text, twoSpaces), pretty);
         EXPECT_EQ(inStyle(text, compact), text);
@@ -78,7 +82,8 @@ TEST(JSONSerializer, EndsPrettyOutputWithOneLineFeed) {
 }
 
 TEST(JSONSerializer, WritesNumbersAndBooleansAsTheTreeHoldsThem) {
-    EXPECT_EQ(inStyle("[1.50,1e3,-0,1E+2,12345678901234567890]", compact), "[1.50,1e3,-0,1E+2,12345678901234567890]");
+    EXPECT_EQ(inStyle("[1.50,1e3,-0,1E+2,12345678901234567890]", compact),
+              "[1.50,1e3,-0,1E+2,12345678901234567890]");
     EXPECT_EQ(written(JSONTree(NodeKind::number, "not a number")), "not a number");
     EXPECT_EQ(written(JSONTree(NodeKind::bool_, "TRUE")), "TRUE");
     EXPECT_EQ(written(JSONTree(NodeKind::number, "")), "");
@@ -97,7 +102,8 @@ TEST(JSONSerializer, EscapesWhatMustBeEscapedAndNothingElse) {
         const auto character = static_cast<char>(byte);
         SCOPED_TRACE(byte);
         std::string expected(1, character);
-        if (const auto which = std::string_view("\b\t\n\f\r\"\\").find(character); which != std::string_view::npos)
+        if (const auto which = std::string_view("\b\t\n\f\r\"\\").find(character);
+            which != std::string_view::npos)
             expected = std::string("\\") + "btnfr\"\\"[which];
         else if (byte < 0x20)
             expected = std::string("\\u00") + (byte < 0x10 ? "0" : "1") + "0123456789abcdef"[byte % 16];
@@ -107,11 +113,13 @@ TEST(JSONSerializer, EscapesWhatMustBeEscapedAndNothingElse) {
 }
 
 TEST(JSONSerializer, WritesControlCharactersWithLowercaseDigits) {
-    EXPECT_EQ(written(stringTree(std::string_view("\0\x1F\x7F\x1B\x01", 5))), "\"\\u0000\\u001f\x7F\\u001b\\u0001\"");
+    EXPECT_EQ(written(stringTree(std::string_view("\0\x1F\x7F\x1B\x01", 5))),
+              "\"\\u0000\\u001f\x7F\\u001b\\u0001\"");
 }
 
 TEST(JSONSerializer, LeavesOtherTextAsItIs) {
-    for (const std::string_view text : {"", "a/b", "é", "日本語", "😀", "\u2028\u2029", "\uFEFF", "\u0080\u009F", "\U0010FFFF"})
+    for (const std::string_view text :
+         {"", "a/b", "é", "日本語", "😀", "\u2028\u2029", "\uFEFF", "\u0080\u009F", "\U0010FFFF"})
         EXPECT_EQ(written(stringTree(text)), "\"" + std::string(text) + "\"");
 }
 
@@ -121,7 +129,8 @@ TEST(JSONSerializer, WritesStringsOfEveryLengthWithEscapesAnywhere) {
         ASSERT_EQ(written(stringTree(plain)), "\"" + plain + "\"");
         ASSERT_EQ(written(stringTree(plain + "\n")), "\"" + plain + "\\n\"");
         ASSERT_EQ(written(stringTree("\x01" + plain + "\"")), "\"\\u0001" + plain + "\\\"\"");
-        ASSERT_EQ(written(stringTree(std::string(length, '\x1F'))), "\"" + test::repeated("\\u001f", length) + "\"");
+        ASSERT_EQ(written(stringTree(std::string(length, '\x1F'))),
+                  "\"" + test::repeated("\\u001f", length) + "\"");
     }
 }
 

@@ -1,5 +1,4 @@
 #include "JSONCore/JSONStyle.h"
-
 #include "Tests/JSONCore/Models/NaiveWriter.h"
 #include "Tests/JSONCore/Support/JSONText.h"
 #include "Tests/JSONCore/Support/Printing.h"
@@ -60,7 +59,9 @@ TEST(JSONStyleDetection, TheFirstIndentedLineDecides) {
 
 TEST(JSONStyleDetection, ExactlyFourSpacesAreFourAnyOtherNumberIsTwo) {
     for (std::size_t spaces = 1; spaces <= 20; ++spaces)
-        EXPECT_EQ(JSONStyle::detect("[\n" + std::string(spaces, ' ') + "1]"), spaces == 4 ? fourSpaces : twoSpaces) << spaces;
+        EXPECT_EQ(JSONStyle::detect("[\n" + std::string(spaces, ' ') + "1]"),
+                  spaces == 4 ? fourSpaces : twoSpaces)
+            << spaces;
 }
 
 TEST(JSONStyleDetection, ATabAnywhereInTheIndentationIsATab) {
@@ -159,7 +160,8 @@ TEST(JSONStyleDetection, AgreesWithACheckLineByLineAroundTheLastByteThatDecides)
         std::string text(prefixSize - 10, 'x');
         for (int k = 0; k < 20; ++k)
             text += random.oneOf(std::string_view("  \t\r\n\nxx{"));
-        ASSERT_EQ(JSONStyle::detect(text), test::naiveStyle(text)) << testing::PrintToString(text.substr(prefixSize - 10));
+        ASSERT_EQ(JSONStyle::detect(text), test::naiveStyle(text))
+            << testing::PrintToString(text.substr(prefixSize - 10));
     });
 }
 

@@ -1,10 +1,8 @@
 #include "JSONCore/JSONStyle.h"
-
 #include "Tests/JSONCore/Support/Printing.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <unordered_set>
 #include <vector>
 
@@ -23,7 +21,8 @@ std::vector<JSONStyle> allStyles() {
 }
 
 TEST(JSONStyle, OffersItsIndentsInOrder) {
-    EXPECT_THAT(JSONStyle::allIndents, testing::ElementsAre(Indent::twoSpaces, Indent::fourSpaces, Indent::tab));
+    EXPECT_THAT(JSONStyle::allIndents,
+                testing::ElementsAre(Indent::twoSpaces, Indent::fourSpaces, Indent::tab));
 }
 
 TEST(JSONStyle, StoresIndentsByTheirNames) {
@@ -35,8 +34,8 @@ TEST(JSONStyle, StoresIndentsByTheirNames) {
 }
 
 TEST(JSONStyle, KnowsNoOtherNamesOfIndents) {
-    for (const std::string_view name : {"", "TwoSpaces", "two", "twospaces", "twoSpaces ", " tab", "Tab", "TAB", "0", "tabs",
-                                        "fourSpacesX", "compact"})
+    for (const std::string_view name : {"", "TwoSpaces", "two", "twospaces", "twoSpaces ", " tab", "Tab",
+                                        "TAB", "0", "tabs", "fourSpacesX", "compact"})
         EXPECT_EQ(JSONStyle::indentFromRawValue(name), std::nullopt) << name;
     EXPECT_EQ(JSONStyle::indentFromRawValue(std::string_view("tab\0", 4)), std::nullopt);
 }

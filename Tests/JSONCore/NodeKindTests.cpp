@@ -1,11 +1,9 @@
-#include "JSONCore/NodeKind.h"
-
 #include "JSONCore/NodeID.h"
+#include "JSONCore/NodeKind.h"
 #include "Tests/JSONCore/Support/Printing.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <set>
 #include <unordered_set>
 

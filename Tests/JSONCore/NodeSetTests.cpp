@@ -1,9 +1,7 @@
 #include "JSONCore/NodeSet.h"
-
 #include "Tests/JSONCore/Support/Random.h"
 
 #include <gtest/gtest.h>
-
 #include <set>
 
 namespace quelm {

@@ -1,9 +1,7 @@
 #include "JSONCore/TreeEdit.h"
-
 #include "Tests/JSONCore/Support/Printing.h"
 
 #include <gtest/gtest.h>
-
 #include <vector>
 
 namespace quelm {

@@ -3,20 +3,19 @@
 #include "TextCore/UTF8.h"
 #include "TextCore/UTF8Scan.h"
 
-#include <gtest/gtest.h>
 #include <hwy/highway.h>
 #include <hwy/targets.h>
-
 #include <unicode/ustring.h>
 
 #include <algorithm>
 #include <cctype>
+#include <gtest/gtest.h>
 #include <random>
 #include <string>
 #include <vector>
 
-// The scans that look at many bytes at a time, checked for each instruction set that they are compiled for and that this
-// processor has.
+// The scans that look at many bytes at a time, checked for each instruction set that they are compiled for
+// and that this processor has.
 
 namespace quelm {
 namespace {
@@ -106,8 +105,9 @@ void damage(std::mt19937& random, std::string& bytes) {
 
 TEST_P(UTF8ScanTest, ValidationDecidesEverySequenceAsTheDefinitionDoes) {
     // Every value at which what is allowed changes, in each place of four bytes.
-    constexpr unsigned char values[] = {0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0, 0xC1, 0xC2, 0xDF,
-                                        0xE0, 0xE1, 0xEC, 0xED, 0xEE, 0xEF, 0xF0, 0xF1, 0xF3, 0xF4, 0xF5, 0xFF};
+    constexpr unsigned char values[] = {0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF,
+                                        0xC0, 0xC1, 0xC2, 0xDF, 0xE0, 0xE1, 0xEC, 0xED,
+                                        0xEE, 0xEF, 0xF0, 0xF1, 0xF3, 0xF4, 0xF5, 0xFF};
     // The sequence stands across the edges of vectors and of blocks of vectors, among ASCII and other text.
     constexpr std::size_t places[] = {0, 14, 29, 62, 63, 64, 126, 189, 254, 317, 318, 319, 320, 380, 396};
     std::string texts[] = {std::string(400, 'x'), repeated("\u00E9", 200), repeated("\u20AC", 134)};
@@ -170,7 +170,8 @@ TEST_P(UTF8ScanTest, ValidationFindsASequenceCutShortWhereverTheTextEnds) {
             for (std::size_t size = 1; size < whole.size(); ++size) {
                 const std::string cut = text + std::string(whole.substr(0, size));
                 ASSERT_FALSE(utf8::isValid(cut)) << before << " bytes before " << size;
-                ASSERT_FALSE(utf8::isValid(cut + std::string(700, 'x'))) << before << " bytes before " << size;
+                ASSERT_FALSE(utf8::isValid(cut + std::string(700, 'x')))
+                    << before << " bytes before " << size;
             }
         }
     }

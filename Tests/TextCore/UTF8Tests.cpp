@@ -1,12 +1,10 @@
-#include "TextCore/UTF8.h"
-
 #include "Tests/TextCore/Support/RandomText.h"
-
-#include <gtest/gtest.h>
+#include "TextCore/UTF8.h"
 
 #include <unicode/utf8.h>
 
 #include <cstdint>
+#include <gtest/gtest.h>
 #include <random>
 #include <string>
 
@@ -40,8 +38,8 @@ struct Repair {
     std::string_view repaired;
 };
 
-// The examples of chapter 3 of the Unicode Standard: non-shortest forms, surrogates, other ill-formed sequences, truncated
-// sequences, and the one that explains maximal subparts.
+// The examples of chapter 3 of the Unicode Standard: non-shortest forms, surrogates, other ill-formed
+// sequences, truncated sequences, and the one that explains maximal subparts.
 TEST(UTF8, EveryMaximalIllFormedSubpartBecomesOneReplacementCharacter) {
     constexpr Repair repairs[] = {
         {"\xC0\xAF\xE0\x80\xBF\xF0\x81\x82\x41", "\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFD\uFFFDA"},
@@ -73,7 +71,8 @@ std::string repairedByICU(std::string_view bytes) {
 
 TEST(UTF8, RepairsRandomBytesAsICUDoes) {
     std::mt19937 random(1);
-    constexpr std::string_view pieces[] = {"plain ", "\u00E9", "\u20AC", "\U0001F600", "\xE2\x82", "\xF0\x9F\x98"};
+    constexpr std::string_view pieces[] = {"plain ",     "\u00E9",   "\u20AC",
+                                           "\U0001F600", "\xE2\x82", "\xF0\x9F\x98"};
     for (int turn = 0; turn < 20'000; ++turn) {
         std::string bytes;
         for (std::size_t left = randomBelow(random, 40); left > 0; --left) {

@@ -1,9 +1,7 @@
+#include "Tests/TextCore/Support/RandomText.h"
 #include "TextCore/WhiteSpace.h"
 
-#include "Tests/TextCore/Support/RandomText.h"
-
 #include <gtest/gtest.h>
-
 #include <string>
 
 namespace quelm {
@@ -12,9 +10,9 @@ namespace {
 using namespace std::string_view_literals;
 
 /// The characters with the property White_Space, as the Unicode Character Database lists them.
-constexpr std::u32string_view whiteSpace =
-    U"\u0009\u000A\u000B\u000C\u000D\u0020\u0085\u00A0\u1680\u2000\u2001\u2002\u2003\u2004\u2005\u2006\u2007\u2008"
-    U"\u2009\u200A\u2028\u2029\u202F\u205F\u3000";
+constexpr std::u32string_view whiteSpace = U"\u0009\u000A\u000B\u000C\u000D\u0020\u0085\u00A0\u1680\u2000"
+                                           U"\u2001\u2002\u2003\u2004\u2005\u2006\u2007\u2008"
+                                           U"\u2009\u200A\u2028\u2029\u202F\u205F\u3000";
 
 TEST(WhiteSpace, TrimsBothEndsAndNothingBetween) {
     EXPECT_EQ(trimmedWhiteSpace("  a b\t\n"), "a b");
@@ -37,7 +35,8 @@ TEST(WhiteSpace, TheResultIsAPartOfTheText) {
 }
 
 TEST(WhiteSpace, CharactersThatOnlyLookEmptyStay) {
-    for (const std::string_view invisible : {"\0"sv, "\u200B"sv, "\u180E"sv, "\uFEFF"sv, "\u2060"sv, "\x1F"sv, "\u2800"sv})
+    for (const std::string_view invisible :
+         {"\0"sv, "\u200B"sv, "\u180E"sv, "\uFEFF"sv, "\u2060"sv, "\x1F"sv, "\u2800"sv})
         EXPECT_EQ(trimmedWhiteSpace(invisible), invisible);
 }
 

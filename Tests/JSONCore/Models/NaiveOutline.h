@@ -16,15 +16,16 @@ class TreeOutline;
 
 namespace quelm::test {
 
-/// What a `TreeOutline` must show, kept as a plain list of finished rows that are replaced a stretch at a time.
+/// What a `TreeOutline` must show, kept as a plain list of finished rows that are replaced a stretch at a
+/// time.
 class NaiveOutline {
 public:
     const std::vector<TreeRow>& rows() const { return rows_; }
     bool isInExpanded(NodeID id) const { return expanded_.contains(id); }
     std::optional<std::int64_t> index(NodeID id) const;
 
-    std::vector<TreeRow> buildRows(NodeID id, std::int64_t depth, const TreeRow::Label& label, bool isDuplicateKey,
-                                   const NaiveTree& tree) const;
+    std::vector<TreeRow> buildRows(NodeID id, std::int64_t depth, const TreeRow::Label& label,
+                                   bool isDuplicateKey, const NaiveTree& tree) const;
     void rebuild(const NaiveTree& tree);
     void refresh(NodeID id, const NaiveTree& tree);
     void setExpanded(NodeID id, bool isExpanded, bool recursive, const NaiveTree& tree);
@@ -39,8 +40,8 @@ private:
     std::set<NodeID> expanded_;
 };
 
-/// Fails the test, naming the first difference, unless both have the same rows, field by field and byte by byte, find
-/// every row again by its id, and agree which nodes of the store are expanded.
+/// Fails the test, naming the first difference, unless both have the same rows, field by field and byte by
+/// byte, find every row again by its id, and agree which nodes of the store are expanded.
 void expectSameRows(const TreeOutline& outline, const JSONTree& tree, const NaiveOutline& model);
 
 } // namespace quelm::test

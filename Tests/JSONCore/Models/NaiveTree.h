@@ -22,8 +22,9 @@ struct NaiveNode {
     std::optional<NodeID> parent;
 };
 
-/// What a `JSONTree` must do, done in the plainest way: a vector of nodes with strings and child lists of their own,
-/// every count taken anew. Ids are the same as those of the tree it models when both see the same calls.
+/// What a `JSONTree` must do, done in the plainest way: a vector of nodes with strings and child lists of
+/// their own, every count taken anew. Ids are the same as those of the tree it models when both see the same
+/// calls.
 class NaiveTree {
 public:
     /// The holder alone, as a parser starts.
@@ -69,8 +70,8 @@ private:
     std::vector<NaiveNode> nodes_;
 };
 
-/// Fails the test, naming the first difference, unless both hold the same nodes under the same ids, byte for byte,
-/// detached ones included.
+/// Fails the test, naming the first difference, unless both hold the same nodes under the same ids, byte for
+/// byte, detached ones included.
 void expectSameNodes(const JSONTree& tree, const NaiveTree& model);
 
 } // namespace quelm::test

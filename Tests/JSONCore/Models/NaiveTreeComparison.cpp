@@ -2,7 +2,6 @@
 #include "Tests/JSONCore/Support/Printing.h"
 
 #include <gtest/gtest.h>
-
 #include <ostream>
 #include <sstream>
 

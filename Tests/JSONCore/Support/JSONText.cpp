@@ -4,14 +4,15 @@
 #include "JSONCore/JSONSerializer.h"
 #include "Tests/JSONCore/Support/Printing.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdio>
 #include <cstdlib>
+#include <gtest/gtest.h>
 
 namespace quelm::test {
 
-TextRope rope(std::string_view text) { return TextRope(SharedText(text)); }
+TextRope rope(std::string_view text) {
+    return TextRope(SharedText(text));
+}
 
 JSONTree parsed(std::string_view text) {
     auto tree = JSONParser::parse(rope(text));

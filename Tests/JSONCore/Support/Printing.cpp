@@ -6,9 +6,13 @@
 
 namespace quelm {
 
-void PrintTo(NodeKind kind, std::ostream* out) { *out << test::nameOf(kind); }
+void PrintTo(NodeKind kind, std::ostream* out) {
+    *out << test::nameOf(kind);
+}
 
-void PrintTo(NodeID id, std::ostream* out) { *out << '#' << id.raw; }
+void PrintTo(NodeID id, std::ostream* out) {
+    *out << '#' << id.raw;
+}
 
 void PrintTo(const JSONParseError& error, std::ostream* out) {
     *out << '"' << error.message << "\" at offset " << error.offset << ", line " << error.line << ", column "
@@ -19,7 +23,8 @@ void PrintTo(const JSONStyle& style, std::ostream* out) {
     if (style.isCompact())
         *out << "compact";
     else
-        *out << "pretty(" << JSONStyle::rawValue(*style.prettyIndent()) << (style.sortsKeys() ? ", sorted)" : ")");
+        *out << "pretty(" << JSONStyle::rawValue(*style.prettyIndent())
+             << (style.sortsKeys() ? ", sorted)" : ")");
 }
 
 void PrintTo(const TreeEdit& edit, std::ostream* out) {
@@ -56,12 +61,15 @@ void PrintTo(const TreeRow::Label& label, std::ostream* out) {
         *out << '[' << *label.asIndex() << ']';
 }
 
-void PrintTo(const TreeRow& row, std::ostream* out) { *out << '#' << row.id.raw << ' ' << test::describe(row); }
+void PrintTo(const TreeRow& row, std::ostream* out) {
+    *out << '#' << row.id.raw << ' ' << test::describe(row);
+}
 
 namespace test {
 
 std::string_view nameOf(NodeKind kind) {
-    static constexpr std::array<std::string_view, 6> names{"object", "array", "string", "number", "bool", "null"};
+    static constexpr std::array<std::string_view, 6> names{"object", "array", "string",
+                                                           "number", "bool",  "null"};
     return names[static_cast<std::size_t>(kind)];
 }
 

@@ -1,8 +1,7 @@
 #include "Tests/JSONCore/Support/Random.h"
 
-#include <gtest/gtest.h>
-
 #include <cstdlib>
+#include <gtest/gtest.h>
 #include <optional>
 #include <string>
 

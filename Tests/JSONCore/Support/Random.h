@@ -29,9 +29,9 @@ private:
     std::uint64_t state_;
 };
 
-/// Runs a property as many times, each with a generator of another seed, and stops at the first round that fails. The
-/// seed stands in the failure's trace. The environment may ask for more: QUELM_TEST_ROUNDS multiplies the number of
-/// rounds, QUELM_TEST_SEED runs one round with that seed.
+/// Runs a property as many times, each with a generator of another seed, and stops at the first round that
+/// fails. The seed stands in the failure's trace. The environment may ask for more: QUELM_TEST_ROUNDS
+/// multiplies the number of rounds, QUELM_TEST_SEED runs one round with that seed.
 void forEachRound(int rounds, const std::function<void(Random&)>& property);
 
 } // namespace quelm::test

@@ -10,7 +10,9 @@
 
 namespace quelm::test {
 
-inline std::size_t randomBelow(std::mt19937& random, std::size_t limit) { return random() % limit; }
+inline std::size_t randomBelow(std::mt19937& random, std::size_t limit) {
+    return random() % limit;
+}
 
 /// The UTF-8 form of some scalar values.
 inline std::string utf8Of(std::u32string_view scalars) {

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+class QMessageBox;
+class QWidget;
+
+namespace quelm {
+
+/// Shows a warning with one button and returns at once; the box deletes itself when it is dismissed. With a
+/// parent it belongs to that window and blocks no other.
+QMessageBox* showAlert(QWidget* parent, const QString& message, const QString& details);
+
+} // namespace quelm

@@ -1,0 +1,53 @@
+#include "Quelm/Application/Capture.h"
+
+#include "Quelm/Application/DocumentController.h"
+#include "Quelm/Application/FileMenu.h"
+#include "Quelm/Documents/DocumentLoading.h"
+
+#include <QApplication>
+#include <QFileInfo>
+#include <QImage>
+#include <QImageWriter>
+
+#include <cstdio>
+
+namespace quelm {
+
+namespace {
+
+constexpr int failure = 2;
+
+int fail(const QString& file, const QString& message) {
+    std::fprintf(stderr, "%s: %s\n", qUtf8Printable(file), qUtf8Printable(message));
+    return failure;
+}
+
+} // namespace
+
+int captureWindow(DocumentController& controller, const QString& file, const QString& imageFile,
+                  double scale) {
+    std::expected<JSONContent, FileError> content = loadDocument(file);
+    if (!content)
+        return fail(file, content.error().message);
+
+    const QString location = QFileInfo(file).absoluteFilePath();
+    EditorView window(std::make_shared<JSONDocument>(std::make_shared<DocumentConfiguration>(location)));
+    addFileMenu(window, controller);
+    window.document().apply(*std::move(content));
+    window.showDocument();
+    window.setAttribute(Qt::WA_DontShowOnScreen);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    QApplication::processEvents();
+
+    QImage image(window.size() * scale, QImage::Format_RGB32);
+    image.setDevicePixelRatio(scale);
+    window.render(&image);
+    QImageWriter writer(imageFile, "png");
+    if (!writer.write(image))
+        return fail(imageFile,
+                    QCoreApplication::translate("quelm::Capture", "No se pudo escribir la imagen."));
+    return 0;
+}
+
+} // namespace quelm

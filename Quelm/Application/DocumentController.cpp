@@ -1,0 +1,180 @@
+#include "Quelm/Application/DocumentController.h"
+
+#include "Quelm/Application/Alert.h"
+#include "Quelm/Documents/DocumentLoading.h"
+#include "Quelm/Documents/DocumentSaving.h"
+
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
+
+namespace quelm {
+
+namespace {
+
+/// How long a window waits for its document before it shows itself without.
+constexpr std::chrono::milliseconds patience{200};
+
+QString nameFilters() {
+    return DocumentController::tr("Archivos JSON (%1)").arg(JSONDocument::fileNamePattern()) +
+           QStringLiteral(";;") + DocumentController::tr("Todos los archivos (*)");
+}
+
+/// A dialog for one window that deletes itself when it is done.
+QFileDialog* makeDialog(QWidget* parent, const QString& title) {
+    auto* dialog = new QFileDialog(parent, title);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->setNameFilter(nameFilters());
+    return dialog;
+}
+
+void bringForward(QWidget& window) {
+    window.show();
+    window.raise();
+    window.activateWindow();
+}
+
+} // namespace
+
+DocumentController::DocumentController(std::function<void(EditorView&)> prepareWindow, QObject* parent)
+    : QObject(parent), prepareWindow_(std::move(prepareWindow)) {
+    savingThread_.setMaxThreadCount(1);
+}
+
+DocumentController::~DocumentController() {
+    const std::vector<EditorView*> windows = std::exchange(windows_, {});
+    for (EditorView* window : windows) {
+        window->disconnect(this);
+        delete window;
+    }
+}
+
+void DocumentController::newDocument() {
+    EditorView* window = addWindow(std::make_shared<JSONDocument>());
+    hasOpened_ = true;
+    window->showDocument();
+    window->show();
+}
+
+void DocumentController::open(const QString& path) {
+    const QFileInfo file(path);
+    const auto shown = std::ranges::find_if(windows_, [&](const EditorView* window) {
+        const auto& location = window->document().configuration().fileLocation();
+        return location && QFileInfo(*location) == file;
+    });
+    if (shown != windows_.end()) {
+        bringForward(**shown);
+        return;
+    }
+
+    // The window is made while the file is read, and read before it is shown as a rule.
+    const QString location = file.absoluteFilePath();
+    EditorView* window =
+        addWindow(std::make_shared<JSONDocument>(std::make_shared<DocumentConfiguration>(location)));
+    openings_[window] = startInBackground(
+        window, [location](std::stop_token stop) { return loadDocument(location, std::move(stop)); },
+        [this, window](std::expected<JSONContent, FileError> content) {
+            finishOpening(window, std::move(content));
+        });
+    QTimer::singleShot(patience, window, [window] { window->show(); });
+}
+
+void DocumentController::finishOpening(EditorView* window, std::expected<JSONContent, FileError> content) {
+    openings_.erase(window);
+    if (!content) {
+        hasFailed_ = true;
+        const QString name = window->document().configuration().displayName();
+        alert(nullptr, tr("No se pudo abrir «%1».").arg(name), content.error().message);
+        delete window;
+        return;
+    }
+    hasOpened_ = true;
+    window->document().apply(*std::move(content));
+    window->showDocument();
+    window->show();
+}
+
+void DocumentController::showOpenDialog(QWidget* parent) {
+    QFileDialog* dialog = makeDialog(parent, tr("Abrir"));
+    dialog->setFileMode(QFileDialog::ExistingFiles);
+    connect(dialog, &QFileDialog::filesSelected, this, [this](const QStringList& paths) {
+        for (const QString& path : paths)
+            open(path);
+    });
+    dialog->open();
+}
+
+void DocumentController::save(EditorView& window) {
+    if (window.isOpening())
+        return;
+    if (const auto& location = window.document().configuration().fileLocation())
+        write(window, *location);
+    else
+        saveAs(window);
+}
+
+void DocumentController::saveAs(EditorView& window) {
+    if (window.isOpening())
+        return;
+    QFileDialog* dialog = makeDialog(&window, tr("Guardar como"));
+    dialog->setAcceptMode(QFileDialog::AcceptSave);
+    dialog->setDefaultSuffix(QStringLiteral("json"));
+    const auto& location = window.document().configuration().fileLocation();
+    dialog->selectFile(location.value_or(window.document().baseName() + QStringLiteral(".json")));
+    connect(dialog, &QFileDialog::fileSelected, &window,
+            [this, &window](const QString& path) { write(window, path); });
+    dialog->open();
+}
+
+void DocumentController::write(EditorView& window, const QString& path) {
+    ++saveCount_;
+    const auto document = window.sharedDocument();
+    const QPointer<EditorView> owner(&window);
+    startInBackground(
+        savingThread_, this,
+        [path, snapshot = document->snapshot()](std::stop_token) { return saveDocument(path, snapshot); },
+        [this, path, document, owner](const std::expected<void, FileError>& result) {
+            --saveCount_;
+            if (result)
+                document->configuration().setFileLocation(path);
+            else
+                alert(owner, tr("No se pudo guardar «%1».").arg(QFileInfo(path).fileName()),
+                      result.error().message);
+            announceIdle();
+        })
+        .detach();
+}
+
+EditorView* DocumentController::addWindow(std::shared_ptr<JSONDocument> document) {
+    auto* window = new EditorView(std::move(document));
+    window->setAttribute(Qt::WA_DeleteOnClose);
+    prepareWindow_(*window);
+    windows_.push_back(window);
+    connect(window, &QObject::destroyed, this, [this, window] { removeWindow(window); });
+    return window;
+}
+
+void DocumentController::removeWindow(EditorView* window) {
+    openings_.erase(window);
+    std::erase(windows_, window);
+    announceIdle();
+}
+
+void DocumentController::alert(QWidget* parent, const QString& message, const QString& details) {
+    ++alertCount_;
+    connect(showAlert(parent, message, details), &QObject::destroyed, this, [this] {
+        --alertCount_;
+        announceIdle();
+    });
+}
+
+void DocumentController::announceIdle() {
+    if (isIdle())
+        Q_EMIT becameIdle();
+}
+
+} // namespace quelm

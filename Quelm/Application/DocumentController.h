@@ -1,0 +1,74 @@
+#pragma once
+
+#include "Quelm/Documents/FileError.h"
+#include "Quelm/EditorWindow/EditorView.h"
+#include "Quelm/Foundation/BackgroundTask.h"
+
+#include <QObject>
+#include <QString>
+#include <QThreadPool>
+
+#include <expected>
+#include <functional>
+#include <unordered_map>
+#include <vector>
+
+namespace quelm {
+
+/// Opens documents in windows and saves them. Files are read and written off the main thread; what fails is
+/// told in an alert. It lives longer than all of its windows.
+class DocumentController : public QObject {
+    Q_OBJECT
+
+public:
+    /// `prepareWindow` gives every new window its menus before it is shown.
+    explicit DocumentController(std::function<void(EditorView&)> prepareWindow, QObject* parent = nullptr);
+    ~DocumentController() override;
+
+    /// A window with an empty object.
+    void newDocument();
+
+    /// A window with the file, or the window that has it already. It appears when the file has been read, or
+    /// after a moment to say that this takes longer.
+    void open(const QString& path);
+
+    /// Asks which files to open.
+    void showOpenDialog(QWidget* parent);
+
+    /// Writes the window's document to its file, or asks for one.
+    void save(EditorView& window);
+
+    /// Asks for a file, which becomes the document's when it has been written.
+    void saveAs(EditorView& window);
+
+    const std::vector<EditorView*>& windows() const { return windows_; }
+
+    /// Whether there is neither a window nor an alert, and nothing being opened or saved.
+    bool isIdle() const { return windows_.empty() && alertCount_ == 0 && saveCount_ == 0; }
+
+    /// Whether files were to be opened and none could.
+    bool hasOnlyFailed() const { return hasFailed_ && !hasOpened_; }
+
+Q_SIGNALS:
+    void becameIdle();
+
+private:
+    EditorView* addWindow(std::shared_ptr<JSONDocument> document);
+    void removeWindow(EditorView* window);
+    void finishOpening(EditorView* window, std::expected<JSONContent, FileError> content);
+    void write(EditorView& window, const QString& path);
+    void alert(QWidget* parent, const QString& message, const QString& details);
+    void announceIdle();
+
+    std::function<void(EditorView&)> prepareWindow_;
+    std::vector<EditorView*> windows_;
+    std::unordered_map<EditorView*, BackgroundTask> openings_;
+    /// One thread: what is saved later is written later.
+    QThreadPool savingThread_;
+    int alertCount_ = 0;
+    int saveCount_ = 0;
+    bool hasOpened_ = false;
+    bool hasFailed_ = false;
+};
+
+} // namespace quelm

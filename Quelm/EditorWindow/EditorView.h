@@ -1,0 +1,42 @@
+#pragma once
+
+#include "Quelm/Documents/JSONDocument.h"
+#include "Quelm/TreeEditor/TreeEditor.h"
+
+#include <QMainWindow>
+
+#include <memory>
+
+namespace quelm {
+
+/// One document window: the tree or the text of its document, by the document's mode. Until `showDocument` it
+/// says that the document is being opened.
+class EditorView : public QMainWindow {
+    Q_OBJECT
+
+public:
+    explicit EditorView(std::shared_ptr<JSONDocument> document, QWidget* parent = nullptr);
+    ~EditorView() override;
+
+    JSONDocument& document() const { return *document_; }
+    std::shared_ptr<JSONDocument> sharedDocument() const { return document_; }
+    TreeEditor& treeEditor() { return treeEditor_; }
+
+    /// Whether the document's content has still to come; what the document holds until then is not the
+    /// file's.
+    bool isOpening() const { return isOpening_; }
+
+    /// The document has its content: from now on the window shows it.
+    void showDocument();
+
+private:
+    void updateTitle();
+    void rebuildEditorArea();
+    void replaceEditorArea(QWidget* area);
+
+    const std::shared_ptr<JSONDocument> document_;
+    TreeEditor treeEditor_;
+    bool isOpening_ = true;
+};
+
+} // namespace quelm

@@ -1,0 +1,186 @@
+#include "Tests/TextCore/Support/RandomText.h"
+#include "TextCore/CanonicalText.h"
+
+#include <unicode/normalizer2.h>
+#include <unicode/unistr.h>
+
+#include <algorithm>
+#include <compare>
+#include <gtest/gtest.h>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace quelm {
+namespace {
+
+using test::randomBelow;
+using test::repeated;
+
+icu::UnicodeString nfc(std::string_view text) {
+    UErrorCode status = U_ZERO_ERROR;
+    const auto size = static_cast<std::int32_t>(text.size());
+    return icu::Normalizer2::getNFCInstance(status)->normalize(
+        icu::UnicodeString::fromUTF8({text.data(), size}), status);
+}
+
+/// By the scalar values of whole normalised texts, all through UTF-16.
+std::weak_ordering compareByICU(std::string_view left, std::string_view right) {
+    return nfc(left).compareCodePointOrder(nfc(right)) <=> 0;
+}
+
+std::string nameOf(std::weak_ordering order) {
+    return order < 0 ? "before" : order > 0 ? "after" : "equivalent";
+}
+
+void expectOrderOfICU(std::string_view left, std::string_view right) {
+    const std::weak_ordering expected = compareByICU(left, right);
+    ASSERT_EQ(nameOf(canonical::compare(left, right)), nameOf(expected))
+        << testing::PrintToString(left) << " and " << testing::PrintToString(right);
+    ASSERT_EQ(canonical::equal(left, right), expected == 0);
+    if (expected == 0) {
+        ASSERT_EQ(canonical::hash(left), canonical::hash(right));
+    }
+}
+
+struct Pair {
+    std::string_view left;
+    std::string_view right;
+};
+
+constexpr Pair equivalents[] = {
+    {"ma\u00F1ana", "man\u0303ana"},    // composed and decomposed
+    {"\u212B", "A\u030A"},              // ANGSTROM SIGN
+    {"\u212A", "K"},                    // KELVIN SIGN
+    {"\u037E", ";"},                    // GREEK QUESTION MARK
+    {"\u1FEF", "`"},                    // GREEK VARIA
+    {"clave \u212Ab", "clave Kb"},      //
+    {"\uAC00", "\u1100\u1161"},         // a Hangul syllable
+    {"q\u0307\u0323", "q\u0323\u0307"}, // marks in another order
+    {"\u0958", "\u0915\u093C"},         // excluded from composition
+    {"\uF900", "\u8C48"},               // a compatibility ideograph
+    {"\u1E69", "s\u0307\u0323"},        // two marks, out of order
+    {"\u0344", "\u0308\u0301"},         // a mark that decomposes
+    {"\U0002F800", "\u4E3D"},           // the same, above the first plane
+    {"", ""},
+};
+
+TEST(CanonicalText, CanonicallyEquivalentTextsAreEqualAndHashAlike) {
+    for (const auto& [left, right] : equivalents) {
+        EXPECT_TRUE(canonical::equal(left, right)) << left;
+        EXPECT_TRUE(canonical::equal(right, left)) << left;
+        EXPECT_TRUE(canonical::compare(left, right) == 0) << left;
+        EXPECT_EQ(canonical::hash(left), canonical::hash(right)) << left;
+    }
+}
+
+TEST(CanonicalText, OtherwiseSimilarTextsDiffer) {
+    constexpr Pair different[] = {
+        {"a", "A"},           {"n", "\u00F1"},        {"\uFB01", "fi"},
+        {"a", "\uFF41"},      {"\u00E9", "e"},        {"a", ""},
+        {"\u2126", "\u2127"}, {"a\u0301", "a\u0300"}, {"q\u0301\u0307", "q\u0307\u0301"},
+        {"\u00A0", " "},      {"k", "\u212A"},
+    };
+    for (const auto& [left, right] : different) {
+        EXPECT_FALSE(canonical::equal(left, right)) << left << ' ' << right;
+        EXPECT_FALSE(canonical::equal(right, left)) << left << ' ' << right;
+    }
+}
+
+TEST(CanonicalText, OrderIsThatOfScalarValuesNotOfAnyLanguage) {
+    using namespace std::string_view_literals;
+    constexpr std::string_view ascending[] = {
+        ""sv,       "\0"sv,     "\0\0"sv,       "10"sv,         "9"sv,          "A"sv,
+        "Z"sv,      "a"sv,      "a\0"sv,        "ab"sv,         "b"sv,          "o"sv,
+        "z"sv,      "\u00E1"sv, "\u00F1"sv,     "\u0436"sv,     "\u4E2D"sv,     "\uE000"sv,
+        "\uFF61"sv, "\uFFFF"sv, "\U00010000"sv, "\U0001F600"sv, "\U0010FFFF"sv,
+    };
+    for (std::size_t left = 0; left < std::size(ascending); ++left)
+        for (std::size_t right = 0; right < std::size(ascending); ++right)
+            EXPECT_TRUE(canonical::compare(ascending[left], ascending[right]) == (left <=> right))
+                << left << ' ' << right;
+}
+
+TEST(CanonicalText, AMarkAfterTheFirstDifferenceDecides) {
+    // By bytes "az" would come after "a\u0301", whose form is the single character U+00E1.
+    EXPECT_TRUE(canonical::compare("az", "a\u0301") < 0);
+    EXPECT_TRUE(canonical::compare("ab", "aa\u0301") < 0);
+    EXPECT_TRUE(canonical::compare("a\u0301", "b") > 0);
+    EXPECT_TRUE(canonical::compare("a", "a\u0301") < 0);
+    EXPECT_TRUE(canonical::compare("e\u0301\u0323", "e\u0323") > 0);
+}
+
+TEST(CanonicalText, ComparesRandomTextsAsICUDoes) {
+    constexpr std::u32string_view alphabet = U"aeKk;`"
+                                             U"\u00E5\u00E9\u00F1\u0300\u0301\u030A\u0303\u0307\u0323\u0327"
+                                             U"\u212A\u212B\u037E\u1FEF\u1100\u1161\u11A8"
+                                             U"\uAC00\uAC01\u0958\u0915\u093C\uFB1D\u0344\u2126\uF900\u8C48"
+                                             U"\uFF61\U0002F800\U0001D15E\U0001D157\U0001D165"
+                                             U"\U0001F600\U000110BA\U00011099";
+    std::mt19937 random(1);
+    for (int turn = 0; turn < 60'000; ++turn) {
+        const std::string start = test::randomText(random, alphabet, randomBelow(random, 12));
+        const std::string left = start + test::randomText(random, alphabet, randomBelow(random, 4));
+        std::string right = start + test::randomText(random, alphabet, randomBelow(random, 4));
+        if (turn % 3 == 0) {
+            UErrorCode status = U_ZERO_ERROR;
+            icu::UnicodeString decomposed = icu::Normalizer2::getNFDInstance(status)->normalize(
+                icu::UnicodeString::fromUTF8(left), status);
+            right.clear();
+            decomposed.toUTF8String(right);
+        }
+        expectOrderOfICU(left, right);
+        expectOrderOfICU(right, left);
+    }
+}
+
+TEST(CanonicalText, AShortDifferenceBehindALongCommonStartIsFound) {
+    for (std::size_t size = 0; size < 40; ++size) {
+        for (const std::string_view unit : {"x", "\u00F1", "\u4E2D"}) {
+            const std::string start = repeated(unit, size);
+            expectOrderOfICU(start + "a", start + "b");
+            expectOrderOfICU(start + "a", start);
+            expectOrderOfICU(start + "a\u0301", start + "\u00E1");
+            expectOrderOfICU(start + "\u212A", start + "K");
+            expectOrderOfICU(start + "\u0301", start + "z");
+        }
+    }
+}
+
+TEST(CanonicalText, AFormIsTheTextItselfWhereItIsInThatFormAlready) {
+    std::string storage = "left alone";
+    for (const std::string_view text :
+         {"", "ascii", "ma\u00F1ana", "\u4E2D\u6587", "\U0001F600", "q\u0323\u0307"}) {
+        const std::string_view form = canonical::form(text, storage);
+        EXPECT_EQ(form.data(), text.data());
+        EXPECT_EQ(form.size(), text.size());
+    }
+    EXPECT_EQ(storage, "left alone");
+}
+
+TEST(CanonicalText, AnyOtherFormIsAViewOfTheStorage) {
+    std::string storage = "replaced";
+    const std::string_view form = canonical::form("man\u0303ana", storage);
+    EXPECT_EQ(form, "ma\u00F1ana");
+    EXPECT_EQ(form.data(), storage.data());
+    EXPECT_EQ(storage, "ma\u00F1ana");
+    EXPECT_EQ(canonical::form("s\u0307\u0323", storage), "\u1E69");
+}
+
+TEST(CanonicalText, FormsOrderedByTheirBytesAreOrderedByScalarValue) {
+    std::vector<std::string> keys{"\U0001F600", "\uFF61", "man\u0303ana", "ma\u00F1ana a", "manana", "\u212A",
+                                  "L",          "J"};
+    std::ranges::sort(
+        keys, [](const auto& left, const auto& right) { return canonical::compare(left, right) < 0; });
+    std::vector<std::string> forms;
+    for (const std::string& key : keys) {
+        std::string storage;
+        forms.emplace_back(canonical::form(key, storage));
+    }
+    EXPECT_TRUE(std::ranges::is_sorted(forms));
+    EXPECT_EQ(forms, (std::vector<std::string>{"J", "K", "L", "manana", "ma\u00F1ana", "ma\u00F1ana a",
+                                               "\uFF61", "\U0001F600"}));
+}
+
+} // namespace
+} // namespace quelm
