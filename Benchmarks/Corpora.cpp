@@ -74,7 +74,8 @@ Corpus::Corpus(const fs::path& file) : file_(file) {
 }
 
 Corpus::Corpus(DocumentKind kind, std::uint32_t megabytes, Layout layout, const fs::path& folder)
-    : name_(bench::name(kind)), request_(DocumentRequest{kind, megabytes * std::uint64_t{1'000'000}, layout}) {
+    : name_(bench::name(kind)),
+      request_(DocumentRequest{kind, megabytes * std::uint64_t{1'000'000}, layout}) {
     if (layout == Layout::indented)
         name_ += "-indented";
     name_ += "-" + std::to_string(megabytes) + "MB";
@@ -99,6 +100,7 @@ std::expected<SharedText, std::string> Corpus::load() const {
 
 std::vector<Corpus> corpora(const Options& options) {
     std::vector<Corpus> all;
+    all.reserve(usualDocuments.size() + options.recordSizes.size() + options.corpora.size());
     for (const Usual& usual : usualDocuments)
         all.emplace_back(usual.kind, usual.megabytes, usual.layout, options.cacheFolder);
     for (const std::uint32_t megabytes : options.recordSizes)

@@ -25,9 +25,8 @@ constexpr char usage[] =
 } // namespace
 
 int main(int count, char** arguments) {
-    std::vector<std::string_view> names;
-    for (const Group& group : groups)
-        names.push_back(group.name);
+    std::array<std::string_view, groups.size()> names;
+    std::ranges::transform(groups, names.begin(), &Group::name);
     const auto options =
         Options::parse(std::vector<std::string_view>(arguments + 1, arguments + count), names);
     if (!options) {

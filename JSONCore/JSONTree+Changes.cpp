@@ -71,10 +71,12 @@ std::optional<TreeChange> JSONTree::place(NodeID node, std::string_view keyStem,
 }
 
 std::optional<TreeChange> JSONTree::insertChange(NodeID target, bool inside) {
+    requireStored(target);
     return place(addNode(NodeKind::string, {}, {}), insertedKeyStem, target, inside);
 }
 
 std::optional<TreeChange> JSONTree::pasteChange(const JSONTree& pasted, NodeID target, bool inside) {
+    requireStored(target);
     return place(appendDetached(pasted), pastedKeyStem, target, inside);
 }
 

@@ -3,7 +3,6 @@
 #include "JSONCore/JSONTree.h"
 #include "JSONCore/Storage/TreeBuilder.h"
 #include "JSONCore/Storage/TreeStorage.h"
-#include "TextCore/Check.h"
 
 #include <vector>
 
@@ -66,7 +65,7 @@ NodeID appendCopy(const TreeStorage& from, NodeID top, TreeStorage& to) {
 } // namespace
 
 JSONTree JSONTree::subtree(NodeID id) const {
-    require(id.raw >= 0 && id.raw < storedNodeCount(), "a node id is stored in the tree");
+    requireStored(id);
     auto storage = std::make_shared<TreeStorage>(TreeStorage::withHolder());
     storage->source = storage_->source;
     storage->arena = storage_->arena;

@@ -13,6 +13,11 @@ namespace quelm {
 
 namespace {
 
+const NodeRecord& checkedRecord(const TreeStorage& storage, NodeID id) {
+    require(id.raw >= 0 && static_cast<std::size_t>(id.raw) < storage.nodes.size(), "a node id is stored in the tree");
+    return storage.record(id);
+}
+
 /// From this many members on, an object has an index of its keys once its keys are asked for.
 constexpr std::int64_t indexedObjectSize = 48;
 
@@ -77,14 +82,7 @@ TreeStorage& JSONTree::changeableStorage() {
     return *storage_;
 }
 
-namespace {
-
-const NodeRecord& checkedRecord(const TreeStorage& storage, NodeID id) {
-    require(id.raw >= 0 && static_cast<std::size_t>(id.raw) < storage.nodes.size(), "a node id is stored in the tree");
-    return storage.record(id);
-}
-
-} // namespace
+void JSONTree::requireStored(NodeID id) const { checkedRecord(*storage_, id); }
 
 NodeID JSONTree::root() const {
     const ChildList top = storage_->children(storage_->record(holder));
@@ -161,7 +159,7 @@ std::int64_t JSONTree::keyOccurrences(NodeID parent, std::string_view key) const
 }
 
 void JSONTree::prepareKeyIndex(NodeID parent) const {
-    checkedRecord(*storage_, parent);
+    requireStored(parent);
     const std::scoped_lock lock(keyIndexes_.mutex());
     keyIndexOf(*storage_, parent, keyIndexes_);
 }

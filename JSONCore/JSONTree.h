@@ -165,6 +165,7 @@ private:
 
     explicit JSONTree(std::shared_ptr<TreeStorage> storage);
 
+    void requireStored(NodeID id) const;
     TreeStorage& changeableStorage();
     std::optional<TreeChange> place(NodeID node, std::string_view keyStem, NodeID target, bool inside);
     std::optional<Position> positionBelowRoot(NodeID id) const;

@@ -11,10 +11,12 @@ namespace {
 constexpr std::size_t chunk = 16;
 
 /// Copies in whole chunks: up to `chunk` - 1 bytes more than asked for are read and written. Most texts of JSON are short,
-/// and one copy of fixed size costs less than a call.
-inline void copyInChunks(char* to, const char* from, std::size_t count) {
-    for (std::size_t at = 0; at < count; at += chunk)
+/// and a copy of fixed size costs less than a call.
+[[gnu::always_inline]] inline char* copyInChunks(char* to, const char* from, std::size_t count) {
+    std::memcpy(to, from, chunk);
+    for (std::size_t at = chunk; at < count; at += chunk) [[unlikely]]
         std::memcpy(to + at, from + at, chunk);
+    return to + count;
 }
 
 /// The one-letter escape of a byte, or 0.
@@ -38,15 +40,18 @@ constexpr char escapeLetter(unsigned char byte) {
     }
 }
 
-void writeEscape(TextBuilder& output, unsigned char byte) {
+constexpr std::size_t longestEscape = 6;
+
+char* writeEscape(char* at, unsigned char byte) {
+    *at++ = '\\';
     if (const char letter = escapeLetter(byte)) {
-        const char escape[] = {'\\', letter};
-        output.append({escape, sizeof escape});
-        return;
+        *at++ = letter;
+        return at;
     }
     constexpr char digits[] = "0123456789abcdef";
-    const char escape[] = {'\\', 'u', '0', '0', digits[byte >> 4], digits[byte & 15]};
-    output.append({escape, sizeof escape});
+    for (char c : {'u', '0', '0', digits[byte >> 4], digits[byte & 15]})
+        *at++ = c;
+    return at;
 }
 
 } // namespace
@@ -62,141 +67,162 @@ JSONWriter::JSONWriter(const TreeStorage& storage, std::string_view indentUnit, 
     }
 }
 
-SharedText JSONWriter::write(NodeID start) {
-    // Room that is not used costs nothing, and growing copies.
-    const std::size_t bytesPerNode = isPretty() ? 24 : 16;
-    const std::size_t nodeCount = storage_.record(start).subtreeSize();
-    output_ = TextBuilder(nodeCount * bytesPerNode + (nodeCount > 1000 ? storage_.source.size() : 0));
+void JSONWriter::reserve(const NodeRecord& start) {
+    const std::size_t nodeCount = start.subtreeSize();
+    // Room that is not used costs nothing, and growing copies: much of a large tree has about the length of its source beside
+    // its structure.
+    constexpr std::size_t manyNodes = 1000;
+    output_ = TextBuilder(nodeCount * (isPretty() ? 24 : 16) + (nodeCount > manyNodes ? storage_.source.size() : 0));
+}
 
-    writeValue(storage_.record(start));
+SharedText JSONWriter::write(NodeID start) {
+    reserve(storage_.record(start));
+    char* at = output_.room(0);
+    limit_ = at + output_.available();
+
+    at = writeValue(at, storage_.record(start));
+    bool isFirst = true;
     while (!open_.empty()) {
         Frame& frame = open_.back();
-        if (!hasNext(frame)) {
-            closeContainer();
+        if (!frame.hasNext()) {
+            at = closeContainer(at);
+            isFirst = false;
             continue;
         }
-        const NodeRecord& child = storage_.record(takeNext(frame));
-        if (!frame.isFirst) {
-            *output_.room(1) = ',';
-            output_.advance(1);
-        }
-        frame.isFirst = false;
+        at = needRoom(at, 1);
+        *at = ',';
+        at += !isFirst;
         if (isPretty())
-            writeLineBreak(open_.size());
-        if (frame.isObject) {
-            writeString(child.key());
-            output_.append(isPretty() ? ": " : ":");
-        }
-        writeValue(child);
+            at = writeLineBreak(at, open_.size());
+        const NodeID child = frame.nextSorted != frame.endSorted ? sorted_[frame.nextSorted++] : *frame.next++;
+        const std::size_t depth = open_.size();
+        at = writeMemberOrElement(at, child, frame.isObject);
+        isFirst = open_.size() > depth;
     }
-    if (isPretty())
-        output_.append("\n");
+    if (isPretty()) {
+        at = needRoom(at, 1);
+        *at++ = '\n';
+    }
+    output_.advance(static_cast<std::size_t>(at - output_.room(0)));
     return output_.finish();
 }
 
-bool JSONWriter::hasNext(const Frame& frame) const {
-    return frame.nextSorted != frame.endSorted || !(frame.next == frame.end);
+[[gnu::always_inline]] inline char* JSONWriter::needRoom(char* at, std::size_t count) {
+    if (static_cast<std::size_t>(limit_ - at) < count) [[unlikely]] {
+        output_.advance(static_cast<std::size_t>(at - output_.room(0)));
+        at = output_.room(count);
+        limit_ = at + output_.available();
+    }
+    return at;
 }
 
-NodeID JSONWriter::takeNext(Frame& frame) const {
-    return frame.nextSorted != frame.endSorted ? sorted_[frame.nextSorted++] : *frame.next++;
+[[gnu::always_inline]] inline char* JSONWriter::writeMemberOrElement(char* at, NodeID id, bool hasKey) {
+    const NodeRecord& record = storage_.record(id);
+    if (hasKey) {
+        at = writeString(at, record.key());
+        at = needRoom(at, 2);
+        *at++ = ':';
+        *at = ' ';
+        at += isPretty();
+    }
+    return writeValue(at, record);
 }
 
-void JSONWriter::writeValue(const NodeRecord& record) {
+[[gnu::always_inline]] inline char* JSONWriter::writeValue(char* at, const NodeRecord& record) {
     switch (record.kind) {
-    case NodeKind::object:
-    case NodeKind::array:
-        openContainer(record);
-        break;
     case NodeKind::string:
-        writeString(record.scalar());
-        break;
+        return writeString(at, record.scalar());
     case NodeKind::number:
-    case NodeKind::bool_:
-        writePlain(record.scalar(), 0);
-        break;
+    case NodeKind::bool_: {
+        const std::string_view text = storage_.text(record.scalar());
+        at = needRoom(at, text.size() + chunk);
+        if (!record.scalar().isInArena && !text.empty()) // the source is padded
+            return copyInChunks(at, text.data(), text.size());
+        std::memcpy(at, text.data(), text.size());
+        return at + text.size();
+    }
     case NodeKind::null:
-        output_.append("null");
-        break;
+        at = needRoom(at, 4);
+        std::memcpy(at, "null", 4);
+        return at + 4;
+    default:
+        return openContainer(at, record);
     }
 }
 
-void JSONWriter::openContainer(const NodeRecord& record) {
+char* JSONWriter::openContainer(char* at, const NodeRecord& record) {
+    at = needRoom(at, 2);
     const bool isObject = record.kind == NodeKind::object;
     const ChildList children = storage_.children(record);
+    *at++ = isObject ? '{' : '[';
     if (children.empty()) {
-        output_.append(isObject ? "{}" : "[]");
-        return;
+        *at++ = isObject ? '}' : ']';
+        return at;
     }
-    *output_.room(1) = isObject ? '{' : '[';
-    output_.advance(1);
     const std::size_t sortedSoFar = sorted_.size();
-    Frame frame{children.begin(), children.end(), sortedSoFar, sortedSoFar, sortedSoFar, isObject, true};
+    Frame frame{children.begin(), children.end(), sortedSoFar, sortedSoFar, sortedSoFar, isObject};
     if (isObject && sortKeys_) {
         sorter_.appendSorted(storage_, children, sorted_);
         frame.endSorted = sorted_.size();
         frame.next = frame.end;
     }
     open_.push_back(frame);
+    return at;
 }
 
-void JSONWriter::closeContainer() {
-    const Frame frame = open_.back();
+char* JSONWriter::closeContainer(char* at) {
+    const bool isObject = open_.back().isObject;
+    sorted_.resize(open_.back().firstSorted);
     open_.pop_back();
-    sorted_.resize(frame.firstSorted);
     if (isPretty())
-        writeLineBreak(open_.size());
-    *output_.room(1) = frame.isObject ? '}' : ']';
-    output_.advance(1);
+        at = writeLineBreak(at, open_.size());
+    at = needRoom(at, 1);
+    *at++ = isObject ? '}' : ']';
+    return at;
 }
 
-void JSONWriter::writePlain(TextRef text, std::size_t quotes) {
-    char* out = output_.room(text.length + 2 + chunk);
-    *out = '"';
-    const std::string_view bytes = storage_.text(text);
-    if (text.isInArena)
-        std::memcpy(out + quotes, bytes.data(), bytes.size());
-    else // the source is padded
-        copyInChunks(out + quotes, bytes.data(), bytes.size());
-    out[quotes + bytes.size()] = '"';
-    output_.advance(bytes.size() + 2 * quotes);
-}
-
-void JSONWriter::writeString(TextRef text) {
+[[gnu::always_inline]] inline char* JSONWriter::writeString(char* at, TextRef text) {
+    if (text.isInArena) [[unlikely]]
+        return writeEscaped(at, storage_.text(text));
     // What stands in the source as it is meant needs no escape.
-    if (text.isInArena)
-        writeEscaped(storage_.text(text));
-    else
-        writePlain(text, 1);
+    at = needRoom(at, text.length + 2 + chunk);
+    *at++ = '"';
+    if (text.length != 0)
+        at = copyInChunks(at, storage_.source.data() + text.offset, text.length);
+    *at++ = '"';
+    return at;
 }
 
-void JSONWriter::writeEscaped(std::string_view text) {
-    output_.append("\"");
+char* JSONWriter::writeEscaped(char* at, std::string_view text) {
+    at = needRoom(at, 1);
+    *at++ = '"';
     while (!text.empty()) {
         const std::size_t plain = json::plainPrefixLength(text);
-        output_.append(text.substr(0, plain));
+        at = needRoom(at, plain);
+        std::memcpy(at, text.data(), plain);
+        at += plain;
         text.remove_prefix(plain);
         // Escapes often stand in a row.
         while (!text.empty() && json::needsEscape(static_cast<unsigned char>(text.front()))) {
-            writeEscape(output_, static_cast<unsigned char>(text.front()));
+            at = needRoom(at, longestEscape);
+            at = writeEscape(at, static_cast<unsigned char>(text.front()));
             text.remove_prefix(1);
         }
     }
-    output_.append("\"");
+    at = needRoom(at, 1);
+    *at++ = '"';
+    return at;
 }
 
-void JSONWriter::writeLineBreak(std::size_t depth) {
+[[gnu::always_inline]] inline char* JSONWriter::writeLineBreak(char* at, std::size_t depth) {
     const std::size_t indent = depth * indentUnit_.size();
     const std::size_t ready = lineBreak_.size() - chunk - 1;
-    if (indent <= ready) {
-        copyInChunks(output_.room(1 + indent + chunk), lineBreak_.data(), 1 + indent);
-        output_.advance(1 + indent);
-        return;
-    }
-    char* out = output_.room(1 + indent);
-    *out = '\n';
-    std::memset(out + 1, indentUnit_.front(), indent); // a unit is one byte, repeated
-    output_.advance(1 + indent);
+    at = needRoom(at, 1 + indent + chunk);
+    if (indent <= ready) [[likely]]
+        return copyInChunks(at, lineBreak_.data(), 1 + indent);
+    *at = '\n';
+    std::memset(at + 1, indentUnit_.front(), indent); // a unit is one byte, repeated
+    return at + 1 + indent;
 }
 
 } // namespace quelm

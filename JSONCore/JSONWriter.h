@@ -28,26 +28,30 @@ private:
         std::size_t nextSorted;
         std::size_t endSorted;
         bool isObject;
-        bool isFirst;
+
+        bool hasNext() const { return nextSorted != endSorted || !(next == end); }
     };
 
     bool isPretty() const { return !indentUnit_.empty(); }
-    bool hasNext(const Frame& frame) const;
-    NodeID takeNext(Frame& frame) const;
+    void reserve(const NodeRecord& start);
 
-    void writeValue(const NodeRecord& record);
-    void openContainer(const NodeRecord& record);
-    void closeContainer();
-    void writeString(TextRef text);
-    void writeEscaped(std::string_view text);
-    void writeLineBreak(std::size_t depth);
-    /// Between as many quotation marks at each end, 0 or 1.
-    void writePlain(TextRef text, std::size_t quotes);
+    // Each writes at `at`, growing the output if need be, and returns where the next byte goes.
+
+    char* needRoom(char* at, std::size_t count);
+    char* writeMemberOrElement(char* at, NodeID id, bool hasKey);
+    char* writeValue(char* at, const NodeRecord& record);
+    char* openContainer(char* at, const NodeRecord& record);
+    char* closeContainer(char* at);
+    char* writeString(char* at, TextRef text);
+    char* writeEscaped(char* at, std::string_view text);
+    char* writeLineBreak(char* at, std::size_t depth);
 
     const TreeStorage& storage_;
     std::string_view indentUnit_;
     bool sortKeys_;
     TextBuilder output_;
+    /// Where the room in `output_` ends.
+    char* limit_ = nullptr;
     std::vector<Frame> open_;
     std::vector<NodeID> sorted_;
     MemberSorter sorter_;

@@ -2,6 +2,7 @@
 
 #include "TextCore/Check.h"
 #include "TextCore/UTF8.h"
+#include "TextCore/UTF8Scan.h"
 
 #include <unicode/bytestream.h>
 #include <unicode/normalizer2.h>
@@ -40,12 +41,10 @@ std::string_view leadingPart(std::string_view text) {
     while (end < text.size() && U8_IS_TRAIL(text[end]))
         ++end;
     while (end < std::min(text.size(), most)) {
-        std::size_t next = end;
-        UChar32 scalar;
-        U8_NEXT(text.data(), next, text.size(), scalar);
-        if (nfc().hasBoundaryBefore(scalar))
+        const auto [scalar, size] = utf8::leadingScalar(text.substr(end));
+        if (nfc().hasBoundaryBefore(static_cast<UChar32>(scalar)))
             break;
-        end = next;
+        end += size;
     }
     return text.substr(0, end);
 }

@@ -5,9 +5,10 @@
 #include <string>
 #include <string_view>
 
-/// Texts compared by canonical equivalence (Unicode Standard Annex #15): equal when their NFC forms are equal,
-/// ordered by the Unicode scalar values of those forms. Never by locale, never folding case. All functions take
-/// well-formed UTF-8 and may be called from any thread. Equal bytes and ASCII are settled without normalising.
+/// Texts compared by canonical equivalence (Unicode Standard Annex #15): equal when their NFC forms are
+/// equal, ordered by the Unicode scalar values of those forms. Never by locale, never folding case. All
+/// functions take well-formed UTF-8 and may be called from any thread. Equal bytes and ASCII are settled
+/// without normalising.
 namespace quelm::canonical {
 
 bool equal(std::string_view left, std::string_view right);
@@ -17,8 +18,8 @@ std::weak_ordering compare(std::string_view left, std::string_view right);
 /// Equal for canonically equivalent texts.
 std::uint64_t hash(std::string_view text);
 
-/// The NFC form: `text` itself when it is in that form already, else a view of `storage`, which is overwritten.
-/// Byte order of NFC forms is their scalar order, so they may be compared and hashed as bytes.
+/// The NFC form: `text` itself when it is in that form already, else a view of `storage`, which is
+/// overwritten. Byte order of NFC forms is their scalar order, so they may be compared and hashed as bytes.
 std::string_view form(std::string_view text, std::string& storage);
 
 } // namespace quelm::canonical

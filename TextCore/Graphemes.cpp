@@ -25,7 +25,7 @@ namespace quelm::graphemes {
 namespace {
 
 /// ASCII is looked at in blocks that stay in the processor's cache.
-constexpr std::size_t asciiBlock = 64 * 1024;
+constexpr std::size_t asciiBlock = std::size_t{64} << 10;
 
 /// A stretch for ICU ends where this many sure boundaries follow each other: setting ICU up costs about as
 /// much as its work on that many characters.
@@ -45,22 +45,18 @@ public:
         return characters;
     }
 
-    /// Negative for ill-formed bytes, which are plain as U+FFFD is.
-    bool contains(UChar32 scalar) const {
-        return scalar < 0 ||
-               (scalar < planeSize ? plane_[static_cast<std::size_t>(scalar)] : isPlain(scalar));
-    }
+    bool contains(char32_t scalar) const { return scalar < planeSize ? plane_[scalar] : isPlain(scalar); }
 
 private:
-    static constexpr UChar32 planeSize = 0x10000;
+    static constexpr char32_t planeSize = 0x10000;
 
     PlainCharacters() {
-        for (UChar32 scalar = 0; scalar < planeSize; ++scalar)
-            plane_[static_cast<std::size_t>(scalar)] = isPlain(scalar);
+        for (char32_t scalar = 0; scalar < planeSize; ++scalar)
+            plane_[scalar] = isPlain(scalar);
     }
 
-    static bool isPlain(UChar32 scalar) {
-        switch (u_getIntPropertyValue(scalar, UCHAR_GRAPHEME_CLUSTER_BREAK)) {
+    static bool isPlain(char32_t scalar) {
+        switch (u_getIntPropertyValue(static_cast<UChar32>(scalar), UCHAR_GRAPHEME_CLUSTER_BREAK)) {
         case U_GCB_OTHER:
         case U_GCB_CONTROL:
         case U_GCB_CR:
@@ -157,9 +153,8 @@ private:
     }
 
     Character characterAt(std::size_t position) const {
-        UChar32 scalar;
-        U8_NEXT(text_.data(), position, text_.size(), scalar);
-        return {position, scalar >= 0 && scalar < 0x80, plain_.contains(scalar)};
+        const auto [scalar, size] = utf8::leadingScalar(text_.substr(position));
+        return {position + size, scalar < 0x80, plain_.contains(scalar)};
     }
 
     /// Passes all clusters but the last of the ASCII characters here, of which there are two or more that are

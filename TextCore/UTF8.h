@@ -23,10 +23,12 @@ std::size_t asciiPrefixLength(std::string_view bytes);
 std::size_t countLineFeeds(std::string_view bytes);
 
 /// The bytes with every maximal ill-formed subsequence replaced by one U+FFFD, as the Unicode Standard
-/// (chapter 3, "U+FFFD Substitution of Maximal Subparts") recommends; absent when the bytes are valid as they are.
+/// (chapter 3, "U+FFFD Substitution of Maximal Subparts") recommends; absent when the bytes are valid as they
+/// are.
 std::optional<std::string> repaired(std::string_view bytes);
 
-/// Appends the UTF-8 form of a scalar value (0 to 0x10FFFF without surrogates, otherwise a programming error).
+/// Appends the UTF-8 form of a scalar value (0 to 0x10FFFF without surrogates, otherwise a programming
+/// error).
 void append(std::string& text, char32_t scalar);
 
 } // namespace quelm::utf8

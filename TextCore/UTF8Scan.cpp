@@ -69,8 +69,8 @@ constexpr PairFault faults[8] = {
     {nibbles(0xE, 0xE), nibbles(0x0, 0x0), nibbles(0x8, 0x9)}, // three bytes for less than U+0800
     {nibbles(0xE, 0xE), nibbles(0xD, 0xD), nibbles(0xA, 0xB)}, // a surrogate
     {nibbles(0xF, 0xF), nibbles(0x4, 0xF), nibbles(0x9, 0xB)}, // above U+10FFFF
-    {nibbles(0xF, 0xF), nibbles(0x0, 0x0) | nibbles(0x5, 0xF),
-     nibbles(0x8, 0x8)}, // less than U+10000, or F5 and more
+    // less than U+10000, or a lead byte from 0xF5
+    {nibbles(0xF, 0xF), nibbles(0x0, 0x0) | nibbles(0x5, 0xF), nibbles(0x8, 0x8)},
     {continuations, anyNibble, continuations},
 };
 
@@ -95,6 +95,7 @@ constexpr NibbleTable bySecondHigh(&PairFault::secondHigh);
 
 HWY_BEFORE_NAMESPACE();
 namespace quelm::utf8::HWY_NAMESPACE {
+namespace {
 
 #if HWY_TARGET == HWY_SCALAR || HWY_TARGET == HWY_EMU128
 
@@ -271,6 +272,7 @@ std::size_t scanCRLF(const std::uint8_t* bytes, std::size_t size) {
 
 #endif
 
+} // namespace
 } // namespace quelm::utf8::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();
 
@@ -291,7 +293,7 @@ const std::uint8_t* unsignedBytes(std::string_view bytes) {
 } // namespace
 
 bool isValid(std::string_view bytes) {
-    return HWY_DYNAMIC_DISPATCH(scanValid)(unsignedBytes(bytes), bytes.size());
+    return bytes.empty() || HWY_DYNAMIC_DISPATCH(scanValid)(unsignedBytes(bytes), bytes.size());
 }
 
 bool isASCII(std::string_view bytes) {

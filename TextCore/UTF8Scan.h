@@ -1,5 +1,7 @@
 #pragma once
 
+#include <unicode/utf8.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -37,6 +39,22 @@ inline LeadingSequence leadingSequence(const std::uint8_t* bytes, std::size_t co
         highest = 0xBF;
     }
     return {size, true};
+}
+
+/// The character that a text begins with.
+struct LeadingScalar {
+    /// U+FFFD for an ill-formed sequence.
+    char32_t scalar;
+    std::size_t size;
+};
+
+/// `text` must not be empty.
+inline LeadingScalar leadingScalar(std::string_view text) {
+    std::size_t size = 0;
+    UChar32 scalar = 0;
+    // NOLINTNEXTLINE(bugprone-inc-dec-in-conditions): inside the macro
+    U8_NEXT_OR_FFFD(text.data(), size, text.size(), scalar);
+    return {static_cast<char32_t>(scalar), size};
 }
 
 } // namespace quelm::utf8

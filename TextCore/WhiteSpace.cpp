@@ -1,5 +1,7 @@
 #include "TextCore/WhiteSpace.h"
 
+#include "TextCore/UTF8Scan.h"
+
 #include <unicode/uchar.h>
 #include <unicode/utf8.h>
 
@@ -21,10 +23,8 @@ std::size_t whiteSpaceAtFront(std::string_view text) {
         return 0;
     if (U8_IS_SINGLE(text.front()))
         return isASCIIWhiteSpace(text.front()) ? 1 : 0;
-    std::size_t size = 0;
-    UChar32 scalar;
-    U8_NEXT(text.data(), size, text.size(), scalar);
-    return scalar >= 0 && u_isUWhiteSpace(scalar) ? size : 0;
+    const auto [scalar, size] = utf8::leadingScalar(text);
+    return u_isUWhiteSpace(static_cast<UChar32>(scalar)) ? size : 0;
 }
 
 /// The size of the white-space character at the back, 0 when there is none.

@@ -25,9 +25,9 @@ std::string_view name(DocumentKind kind) {
     return names[static_cast<std::size_t>(kind)];
 }
 
-std::optional<DocumentKind> documentKindFromName(std::string_view wanted) {
+std::optional<DocumentKind> documentKindFromName(std::string_view text) {
     for (const DocumentKind kind : allDocumentKinds)
-        if (name(kind) == wanted)
+        if (name(kind) == text)
             return kind;
     return std::nullopt;
 }

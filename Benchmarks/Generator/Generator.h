@@ -18,7 +18,7 @@ inline constexpr std::array allDocumentKinds{
 
 /// The name of a kind on the command line and in results.
 std::string_view name(DocumentKind kind);
-std::optional<DocumentKind> documentKindFromName(std::string_view name);
+std::optional<DocumentKind> documentKindFromName(std::string_view text);
 
 struct DocumentRequest {
     DocumentKind kind = DocumentKind::records;

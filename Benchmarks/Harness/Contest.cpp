@@ -3,6 +3,8 @@
 #include "Benchmarks/Harness/ProcessMemory.h"
 #include "Benchmarks/Harness/Timing.h"
 
+#include <ranges>
+
 namespace quelm::bench {
 
 namespace {
@@ -32,12 +34,13 @@ private:
 };
 
 void runRound(std::vector<Standing>& standings, int round) {
-    if (round % 2 == 0)
-        for (auto standing = standings.begin(); standing != standings.end(); ++standing)
-            standing->runOnce(round);
-    else
-        for (auto standing = standings.rbegin(); standing != standings.rend(); ++standing)
-            standing->runOnce(round);
+    if (round % 2 == 0) {
+        for (Standing& standing : standings)
+            standing.runOnce(round);
+    } else {
+        for (Standing& standing : std::views::reverse(standings))
+            standing.runOnce(round);
+    }
 }
 
 } // namespace
@@ -51,6 +54,7 @@ std::vector<ContestResult> hold(const std::vector<Contestant>& contestants, cons
         spent += secondsOf([&] { runRound(standings, round); });
     }
     std::vector<ContestResult> results;
+    results.reserve(standings.size());
     for (const Standing& standing : standings)
         results.push_back(standing.result());
     return results;

@@ -23,6 +23,14 @@ std::optional<double> parseOnce(JSONLibrary& library, std::string_view text, Sam
     return seconds;
 }
 
+void printParsing(const Subject& subject, const ContestResult& ours, const ContestResult& peer) {
+    if (peer.seconds.empty())
+        report::skipped(subject.label("parse"), peer.name, "it refused the text");
+    else
+        report::ratio(subject.label("parse"), peer.name, {subject.bytes(), ours.seconds.median()},
+                      {subject.bytes(), peer.seconds.median()});
+}
+
 } // namespace
 
 void measureParsing(Subject& subject) {
@@ -38,20 +46,12 @@ void measureParsing(Subject& subject) {
     for (const auto& peer : subject.peers)
         enter(*peer);
 
-    const std::vector<ContestResult> results = hold(contestants, {});
-    const ContestResult& ours = results.front();
-    for (auto peer = results.begin() + 1; peer != results.end(); ++peer) {
-        if (peer->seconds.empty()) {
-            report::skipped(subject.label("parse"), peer->name, "it refused the text");
-            continue;
-        }
-        report::ratio(subject.label("parse"), peer->name, {subject.bytes(), ours.seconds.median()},
-                      {subject.bytes(), peer->seconds.median()});
-    }
+    const std::vector<ContestResult> results = hold(contestants, subject.contestLength());
     for (auto peer = results.begin() + 1; peer != results.end(); ++peer)
-        if (!peer->seconds.empty())
-            report::ratio(subject.label("free"), peer->name, {subject.bytes(), freeing[ours.name].median()},
-                          {subject.bytes(), freeing[peer->name].median()});
+        printParsing(subject, results.front(), *peer);
+    for (const ContestResult& result : results)
+        if (!result.seconds.empty())
+            report::latency("json/free-" + result.name + "/" + subject.name, freeing[result.name]);
 }
 
 } // namespace quelm::bench

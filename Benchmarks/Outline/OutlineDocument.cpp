@@ -8,6 +8,7 @@
 #include "TextCore/Check.h"
 #include "TextCore/SharedText.h"
 
+#include <cstdlib>
 #include <string>
 
 namespace quelm::bench {
@@ -86,6 +87,9 @@ SharedText documentText() {
 OutlineDocument makeOutlineDocument() {
     auto tree = JSONParser::parse(TextRope(documentText()));
     require(tree.has_value(), "the generated document is JSON");
+    constexpr std::int64_t tolerance = OutlineDocument::nodes / 50;
+    require(std::abs(tree->nodeCount() - OutlineDocument::nodes) < tolerance,
+            "the document has about five million nodes");
     const ChildList members = tree->children(tree->root());
     const NodeID largeArray = members[1];
     const NodeID largeObject = members[2];

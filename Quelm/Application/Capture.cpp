@@ -35,6 +35,7 @@ int captureWindow(DocumentController& controller, const QString& file, const QSt
     addFileMenu(window, controller);
     window.document().apply(*std::move(content));
     window.showDocument();
+    window.resize(EditorView::defaultSize());
     window.setAttribute(Qt::WA_DontShowOnScreen);
     window.show();
     QApplication::setActiveWindow(&window);

@@ -11,7 +11,7 @@ namespace quelm {
 
 EditorView::EditorView(std::shared_ptr<JSONDocument> document, QWidget* parent)
     : QMainWindow(parent), document_(std::move(document)), treeEditor_(document_) {
-    resize(QSize(scaledPixels(860), scaledPixels(760)).boundedTo(screen()->availableSize()));
+    resize(defaultSize().boundedTo(screen()->availableSize()));
     updateTitle();
     connect(&document_->configuration(), &DocumentConfiguration::fileLocationChanged, this,
             &EditorView::updateTitle);
@@ -22,6 +22,10 @@ EditorView::EditorView(std::shared_ptr<JSONDocument> document, QWidget* parent)
             rebuildEditorArea();
     });
     replaceEditorArea(new OpeningPage);
+}
+
+QSize EditorView::defaultSize() {
+    return {scaledPixels(860), scaledPixels(760)};
 }
 
 EditorView::~EditorView() {

@@ -18,6 +18,9 @@ public:
     explicit EditorView(std::shared_ptr<JSONDocument> document, QWidget* parent = nullptr);
     ~EditorView() override;
 
+    /// The size of a new window, as far as the screen has room for it.
+    static QSize defaultSize();
+
     JSONDocument& document() const { return *document_; }
     std::shared_ptr<JSONDocument> sharedDocument() const { return document_; }
     TreeEditor& treeEditor() { return treeEditor_; }

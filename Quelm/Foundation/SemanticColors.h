@@ -22,6 +22,8 @@ enum class ColorRole : std::uint8_t {
     red,
     secondaryText,
     text,
+    /// For symbols only, which a lower contrast suffices.
+    warning,
     disabledText,
     windowBackground,
     contentBackground,

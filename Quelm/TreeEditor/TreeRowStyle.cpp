@@ -25,10 +25,11 @@ TreeRowStyle::TreeRowStyle(const QPalette& palette)
       text(palette.color(QPalette::Text)), indentation(scaledPixels(16)), backgroundInset(scaledPixels(6)),
       backgroundRadius(scaledPixels(5)), contentInset(scaledPixels(14)), chevronWidth(scaledPixels(12)),
       chevronHeight(scaledPixels(16)), badgeWidth(scaledPixels(30)), badgeRadius(scaledPixels(4)),
-      markSize(scaledPixels(13)), spacing(scaledPixels(7)), leastContentWidth(scaledPixels(360)) {
+      markSize(scaledPixels(13)), spacing(scaledPixels(7)), valueSpacing(scaledPixels(11)),
+      leastContentWidth(scaledPixels(360)) {
     const Appearance appearance = appearanceOf(palette);
     secondaryText = semanticColor(ColorRole::secondaryText, appearance);
-    warning = semanticColor(ColorRole::orange, appearance);
+    warning = semanticColor(ColorRole::warning, appearance);
     alternateRow = semanticColor(ColorRole::alternateRow, appearance);
     selection = semanticColor(ColorRole::selection, appearance);
     inactiveSelection = semanticColor(ColorRole::inactiveSelection, appearance);

@@ -57,6 +57,8 @@ struct TreeRowStyle {
     int badgeRadius;
     int markSize;
     int spacing;
+    /// Between what names a row and its value.
+    int valueSpacing;
     /// The least room that a row should find to the right of its indentation; deeper rows are scrolled to.
     int leastContentWidth;
 };

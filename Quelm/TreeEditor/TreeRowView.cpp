@@ -25,6 +25,11 @@ QString elided(const QString& text, const TreeRowStyle::Face& face, double textW
     return textWidth <= room + tolerance ? text : face.metrics.elidedText(text, Qt::ElideRight, room);
 }
 
+/// The baseline that puts capitals in the middle of an area: where badges and symbols have theirs too.
+double middleBaseline(const QRectF& area, const TreeRowStyle::Face& face) {
+    return area.top() + std::round((area.height() + face.metrics.capHeight()) / 2);
+}
+
 } // namespace
 
 TreeRowView::TreeRowView(const TreeRowStyle& style, const TreeRowContents& contents, const QRect& area,
@@ -44,16 +49,14 @@ void TreeRowView::layOut(double x) {
     const double right = area_.right() + 1 - style_.contentInset;
     const double left = badge_.right() + style_.spacing + 1;
     const double markWidth = contents_.isDuplicateKey ? style_.markSize + style_.spacing : 0;
-    const double room = std::max(0.0, right - left - markWidth - style_.spacing);
+    const double room = std::max(0.0, right - left - markWidth - style_.valueSpacing);
     // A long key takes what the value leaves, or half the room.
     const double labelWidth = std::min(contents_.labelWidth, std::max(room - contents_.valueWidth, room / 2));
     label_ = QRectF(left, area_.top(), labelWidth, area_.height());
 
-    double end = label_.right() + style_.spacing;
-    if (contents_.isDuplicateKey) {
-        duplicateMark_ = centred(end, style_.markSize, style_.markSize);
-        end = duplicateMark_.right() + style_.spacing;
-    }
+    if (contents_.isDuplicateKey)
+        duplicateMark_ = centred(label_.right() + style_.spacing, style_.markSize, style_.markSize);
+    const double end = label_.right() + markWidth + style_.valueSpacing;
     value_ = QRectF(end, area_.top(), std::clamp(right - end, 0.0, contents_.valueWidth), area_.height());
 }
 
@@ -99,7 +102,9 @@ void TreeRowView::paintBadge(QPainter& painter) const {
     painter.drawRoundedRect(badge_, style_.badgeRadius, style_.badgeRadius);
     painter.setPen(color);
     painter.setFont(style_.badge.font);
-    painter.drawText(badge_, Qt::AlignCenter, kindBadge(contents_.kind));
+    const QString text = kindBadge(contents_.kind);
+    const double width = style_.badge.metrics.horizontalAdvance(text);
+    painter.drawText(QPointF(badge_.center().x() - width / 2, middleBaseline(badge_, style_.badge)), text);
 }
 
 void TreeRowView::paintLabel(QPainter& painter) const {
@@ -107,14 +112,14 @@ void TreeRowView::paintLabel(QPainter& painter) const {
     painter.setFont(face.font);
     painter.setPen(contents_.labelKind == TreeRowContents::LabelKind::key ? style_.text
                                                                           : style_.secondaryText);
-    painter.drawText(QPointF(label_.left(), baseline()),
+    painter.drawText(QPointF(label_.left(), middleBaseline(area_, style_.key)),
                      elided(contents_.label, face, contents_.labelWidth, label_.width()));
 }
 
 void TreeRowView::paintValue(QPainter& painter) const {
     if (value_.isEmpty())
         return;
-    const QPointF origin(value_.left(), baseline());
+    const QPointF origin(value_.left(), middleBaseline(area_, style_.key));
     if (isContainer(contents_.kind)) {
         painter.setFont(style_.count.font);
         painter.setPen(style_.secondaryText);
@@ -130,11 +135,6 @@ void TreeRowView::paintValue(QPainter& painter) const {
     if (contents_.kind == NodeKind::string)
         text = u'"' + text + u'"';
     painter.drawText(origin, text);
-}
-
-double TreeRowView::baseline() const {
-    const QFontMetricsF& metrics = style_.key.metrics;
-    return area_.top() + std::round((area_.height() + metrics.ascent() - metrics.descent()) / 2);
 }
 
 QRectF TreeRowView::rect(TreeRowPart part) const {

@@ -50,7 +50,6 @@ private:
     void paintBadge(QPainter& painter) const;
     void paintLabel(QPainter& painter) const;
     void paintValue(QPainter& painter) const;
-    double baseline() const;
 
     const TreeRowStyle& style_;
     const TreeRowContents& contents_;

@@ -1,4 +1,4 @@
-#include "Tests/TextCore/Support/RandomText.h"
+#include "Tests/TextCore/Support/Texts.h"
 #include "TextCore/CanonicalText.h"
 
 #include <unicode/normalizer2.h>
@@ -21,7 +21,7 @@ icu::UnicodeString nfc(std::string_view text) {
     UErrorCode status = U_ZERO_ERROR;
     const auto size = static_cast<std::int32_t>(text.size());
     return icu::Normalizer2::getNFCInstance(status)->normalize(
-        icu::UnicodeString::fromUTF8({text.data(), size}), status);
+        icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), size)), status);
 }
 
 /// By the scalar values of whole normalised texts, all through UTF-16.
@@ -124,7 +124,7 @@ TEST(CanonicalText, ComparesRandomTextsAsICUDoes) {
         std::string right = start + test::randomText(random, alphabet, randomBelow(random, 4));
         if (turn % 3 == 0) {
             UErrorCode status = U_ZERO_ERROR;
-            icu::UnicodeString decomposed = icu::Normalizer2::getNFDInstance(status)->normalize(
+            const icu::UnicodeString decomposed = icu::Normalizer2::getNFDInstance(status)->normalize(
                 icu::UnicodeString::fromUTF8(left), status);
             right.clear();
             decomposed.toUTF8String(right);

@@ -1,4 +1,4 @@
-#include "Tests/TextCore/Support/RandomText.h"
+#include "Tests/TextCore/Support/Texts.h"
 #include "TextCore/SharedText.h"
 
 #include <algorithm>
@@ -40,7 +40,7 @@ TEST(SharedText, CopiesAndSlicesShareMemoryThatTheLastOfThemReleases) {
     std::optional<SharedText> whole(SharedText(owner, *owner));
     owner.reset();
 
-    std::optional<SharedText> copy(*whole);
+    std::optional<SharedText> copy = whole;
     std::optional<SharedText> slice(whole->slice(4, 5));
     EXPECT_TRUE(copy->isSamePiece(*whole));
     EXPECT_FALSE(slice->isSamePiece(*whole));

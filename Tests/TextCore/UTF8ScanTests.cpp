@@ -1,5 +1,5 @@
 #include "Tests/TextCore/Support/GuardedText.h"
-#include "Tests/TextCore/Support/RandomText.h"
+#include "Tests/TextCore/Support/Texts.h"
 #include "TextCore/UTF8.h"
 #include "TextCore/UTF8Scan.h"
 
@@ -110,7 +110,7 @@ TEST_P(UTF8ScanTest, ValidationDecidesEverySequenceAsTheDefinitionDoes) {
                                         0xEE, 0xEF, 0xF0, 0xF1, 0xF3, 0xF4, 0xF5, 0xFF};
     // The sequence stands across the edges of vectors and of blocks of vectors, among ASCII and other text.
     constexpr std::size_t places[] = {0, 14, 29, 62, 63, 64, 126, 189, 254, 317, 318, 319, 320, 380, 396};
-    std::string texts[] = {std::string(400, 'x'), repeated("\u00E9", 200), repeated("\u20AC", 134)};
+    const std::string texts[] = {std::string(400, 'x'), repeated("\u00E9", 200), repeated("\u20AC", 134)};
     std::size_t turn = 0;
     for (const unsigned char first : values)
         for (const unsigned char second : values)

@@ -1,4 +1,4 @@
-#include "Tests/TextCore/Support/RandomText.h"
+#include "Tests/TextCore/Support/Texts.h"
 #include "TextCore/UTF8.h"
 
 #include <unicode/utf8.h>
@@ -63,6 +63,7 @@ std::string repairedByICU(std::string_view bytes) {
     std::string text;
     for (std::size_t position = 0; position < bytes.size();) {
         UChar32 scalar;
+        // NOLINTNEXTLINE(bugprone-inc-dec-in-conditions): inside the macro
         U8_NEXT_OR_FFFD(bytes.data(), position, bytes.size(), scalar);
         text += test::utf8Of(std::u32string(1, static_cast<char32_t>(scalar)));
     }

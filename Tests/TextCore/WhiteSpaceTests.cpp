@@ -1,4 +1,4 @@
-#include "Tests/TextCore/Support/RandomText.h"
+#include "Tests/TextCore/Support/Texts.h"
 #include "TextCore/WhiteSpace.h"
 
 #include <gtest/gtest.h>
@@ -45,7 +45,7 @@ TEST(WhiteSpace, ExactlyTheCharactersWithThePropertyAreTrimmed) {
         if (scalar == 0xD800)
             scalar = 0xE000;
         const std::u32string around{scalar, U'\u00E1', scalar};
-        const bool isWhiteSpace = whiteSpace.find(scalar) != whiteSpace.npos;
+        const bool isWhiteSpace = whiteSpace.find(scalar) != std::u32string_view::npos;
         const std::string text = test::utf8Of(around);
         ASSERT_EQ(trimmedWhiteSpace(text), isWhiteSpace ? std::string_view("\u00E1") : std::string_view(text))
             << std::hex << static_cast<unsigned>(scalar);

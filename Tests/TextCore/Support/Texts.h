@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <initializer_list>
 #include <random>
 #include <string>
 #include <string_view>
@@ -36,6 +37,14 @@ inline std::string repeated(std::string_view text, std::size_t times) {
     std::string result;
     result.reserve(text.size() * times);
     for (std::size_t time = 0; time < times; ++time)
+        result += text;
+    return result;
+}
+
+/// The texts one after the other.
+inline std::string joined(std::initializer_list<std::string_view> texts) {
+    std::string result;
+    for (const std::string_view text : texts)
         result += text;
     return result;
 }
