@@ -5,7 +5,9 @@
 #include "TextCore/SharedText.h"
 #include "TextCore/TextRope.h"
 
+#include <functional>
 #include <optional>
+#include <string_view>
 
 /// Tree to text: the only writer of JSON. Pure functions that never change the tree and walk it without recursion; they
 /// may run on any thread over a tree that nobody changes meanwhile.
@@ -15,6 +17,11 @@ namespace quelm::JSONSerializer {
 /// output ends with one line feed, compact output with none. Numbers and Booleans are written as the tree holds them.
 /// `from` must be stored in `tree`. Throws std::bad_alloc.
 SharedText serialize(const JSONTree& tree, std::optional<NodeID> from, const JSONStyle& style);
+
+/// The same bytes in pieces of about a megabyte, given to `take` in order, for output that need not be in memory whole. Each
+/// piece is valid during its call; what `take` throws ends the writing and is passed on.
+void serialize(const JSONTree& tree, std::optional<NodeID> from, const JSONStyle& style,
+               const std::function<void(std::string_view)>& take);
 
 /// The same as text.
 TextRope serializeToString(const JSONTree& tree, std::optional<NodeID> from, const JSONStyle& style);

@@ -3,6 +3,7 @@
 #include "JSONCore/JSONEscapes.h"
 
 #include <cstring>
+#include <utility>
 
 namespace quelm {
 
@@ -67,16 +68,25 @@ JSONWriter::JSONWriter(const TreeStorage& storage, std::string_view indentUnit, 
     }
 }
 
-void JSONWriter::reserve(const NodeRecord& start) {
-    const std::size_t nodeCount = start.subtreeSize();
-    // Room that is not used costs nothing, and growing copies: much of a large tree has about the length of its source beside
-    // its structure.
+SharedText JSONWriter::write(NodeID start) {
+    const std::size_t nodeCount = storage_.record(start).subtreeSize();
+    // Room that is not used costs nothing, and growing copies: a large tree has about the length of its source beside its
+    // structure.
     constexpr std::size_t manyNodes = 1000;
-    output_ = TextBuilder(nodeCount * (isPretty() ? 24 : 16) + (nodeCount > manyNodes ? storage_.source.size() : 0));
+    const std::size_t texts = nodeCount > manyNodes ? storage_.source.size() : 0;
+    writeInto(TextBuilder(nodeCount * (isPretty() ? 24 : 16) + texts), start);
+    return output_.finish();
 }
 
-SharedText JSONWriter::write(NodeID start) {
-    reserve(storage_.record(start));
+void JSONWriter::write(NodeID start, const std::function<void(std::string_view)>& take) {
+    constexpr std::size_t pieceSize = std::size_t{1} << 20;
+    take_ = &take;
+    writeInto(TextBuilder(pieceSize), start);
+    take({output_.data(), output_.size()});
+}
+
+void JSONWriter::writeInto(TextBuilder output, NodeID start) {
+    output_ = std::move(output);
     char* at = output_.room(0);
     limit_ = at + output_.available();
 
@@ -104,15 +114,20 @@ SharedText JSONWriter::write(NodeID start) {
         *at++ = '\n';
     }
     output_.advance(static_cast<std::size_t>(at - output_.room(0)));
-    return output_.finish();
 }
 
 [[gnu::always_inline]] inline char* JSONWriter::needRoom(char* at, std::size_t count) {
-    if (static_cast<std::size_t>(limit_ - at) < count) [[unlikely]] {
-        output_.advance(static_cast<std::size_t>(at - output_.room(0)));
-        at = output_.room(count);
-        limit_ = at + output_.available();
+    return static_cast<std::size_t>(limit_ - at) < count ? makeRoom(at, count) : at;
+}
+
+[[gnu::noinline]] char* JSONWriter::makeRoom(char* at, std::size_t count) {
+    output_.advance(static_cast<std::size_t>(at - output_.room(0)));
+    if (take_) {
+        (*take_)({output_.data(), output_.size()});
+        output_.clear();
     }
+    at = output_.room(count);
+    limit_ = at + output_.available();
     return at;
 }
 

@@ -4,6 +4,7 @@
 #include "JSONCore/Storage/TreeStorage.h"
 #include "TextCore/SharedText.h"
 
+#include <functional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -16,7 +17,12 @@ public:
     /// An empty `indentUnit` makes the output compact.
     JSONWriter(const TreeStorage& storage, std::string_view indentUnit, bool sortKeys);
 
+    /// The whole output.
     SharedText write(NodeID start);
+
+    /// The output in pieces of about a megabyte, given to `take` one after the other; each is valid during its call. What
+    /// `take` throws ends the writing.
+    void write(NodeID start, const std::function<void(std::string_view)>& take);
 
 private:
     /// An open container that has children.
@@ -33,11 +39,12 @@ private:
     };
 
     bool isPretty() const { return !indentUnit_.empty(); }
-    void reserve(const NodeRecord& start);
+    void writeInto(TextBuilder output, NodeID start);
 
     // Each writes at `at`, growing the output if need be, and returns where the next byte goes.
 
     char* needRoom(char* at, std::size_t count);
+    char* makeRoom(char* at, std::size_t count);
     char* writeMemberOrElement(char* at, NodeID id, bool hasKey);
     char* writeValue(char* at, const NodeRecord& record);
     char* openContainer(char* at, const NodeRecord& record);
@@ -52,6 +59,8 @@ private:
     TextBuilder output_;
     /// Where the room in `output_` ends.
     char* limit_ = nullptr;
+    /// Who takes the output in pieces; null when it is wanted whole.
+    const std::function<void(std::string_view)>* take_ = nullptr;
     std::vector<Frame> open_;
     std::vector<NodeID> sorted_;
     MemberSorter sorter_;

@@ -23,6 +23,8 @@ class MarkingHandler : public library::BaseReaderHandler<library::UTF8<>, Markin
 public:
     explicit MarkingHandler(Document& document) : document_(document) {}
 
+    // The names are those that RapidJSON calls.
+    // NOLINTBEGIN(readability-identifier-naming)
     bool RawNumber(const char* text, library::SizeType length, bool) {
         marked_.assign(1, numberMark).append(text, length);
         constexpr bool copy = true;
@@ -40,6 +42,7 @@ public:
     bool EndObject(library::SizeType count) { return document_.EndObject(count); }
     bool StartArray() { return document_.StartArray(); }
     bool EndArray(library::SizeType count) { return document_.EndArray(count); }
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     Document& document_;
@@ -69,6 +72,7 @@ public:
 
     explicit RawNumberHandler(Writer& writer) : writer_(writer) {}
 
+    // NOLINTBEGIN(readability-identifier-naming)
     bool String(const char* text, library::SizeType length, bool copy) {
         if (length > 0 && text[0] == numberMark)
             return writer_.RawValue(text + 1, length - 1, library::kNumberType);
@@ -90,6 +94,7 @@ public:
     bool Int64(std::int64_t) { return false; }
     bool Uint64(std::uint64_t) { return false; }
     bool Double(double) { return false; }
+    // NOLINTEND(readability-identifier-naming)
 
 private:
     Writer& writer_;

@@ -24,6 +24,7 @@ public:
 
     bool parse(std::string_view paddedText) override {
         document_.emplace();
+        // The padding ends the text with a zero. NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage)
         document_->Parse<parseFlags>(paddedText.data());
         return !document_->HasParseError();
     }
@@ -35,6 +36,7 @@ public:
 
     bool parseForWriting(std::string_view paddedText) override {
         document_.emplace();
+        // NOLINTNEXTLINE(bugprone-suspicious-stringview-data-usage)
         return parseWithMarkedNumbers(*document_, paddedText.data());
     }
 

@@ -1,15 +1,33 @@
 #include "Quelm/Application/Alert.h"
 
+#include "Quelm/Foundation/Fonts.h"
+#include "Quelm/Foundation/Symbols.h"
+
+#include <QGridLayout>
 #include <QGuiApplication>
 #include <QMessageBox>
 
 namespace quelm {
+
+namespace {
+
+/// A message box is no wider than its title wants, which breaks its details into many short lines.
+void widen(QMessageBox& box) {
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout()))
+        grid->addItem(new QSpacerItem(scaledPixels(360), 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
+} // namespace
 
 QMessageBox* showAlert(QWidget* parent, const QString& message, const QString& details) {
     auto* box = new QMessageBox(QMessageBox::Warning, QGuiApplication::applicationDisplayName(), message,
                                 QMessageBox::Ok, parent);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(details);
+    const int iconSize = scaledPixels(40);
+    box->setIconPixmap(symbolIcon(QStringLiteral("exclamationmark.triangle.fill"), ColorRole::warning)
+                           .pixmap(QSize(iconSize, iconSize), box->devicePixelRatioF()));
+    widen(*box);
     box->setAttribute(Qt::WA_DeleteOnClose);
     if (parent)
         box->open();

@@ -36,10 +36,6 @@ int captureWindow(DocumentController& controller, const QString& file, const QSt
     window.document().apply(*std::move(content));
     window.showDocument();
     window.resize(EditorView::defaultSize());
-    window.setAttribute(Qt::WA_DontShowOnScreen);
-    window.show();
-    QApplication::setActiveWindow(&window);
-    QApplication::processEvents();
 
     QImage image(window.size() * scale, QImage::Format_RGB32);
     image.setDevicePixelRatio(scale);

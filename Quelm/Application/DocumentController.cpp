@@ -98,8 +98,10 @@ void DocumentController::finishOpening(EditorView* window, std::expected<JSONCon
     window->show();
 }
 
-void DocumentController::showOpenDialog(QWidget* parent) {
-    QFileDialog* dialog = makeDialog(parent, tr("Abrir"));
+void DocumentController::showOpenDialog(EditorView& window) {
+    QFileDialog* dialog = makeDialog(&window, tr("Abrir"));
+    if (const auto& location = window.document().configuration().fileLocation())
+        dialog->setDirectory(QFileInfo(*location).absolutePath());
     dialog->setFileMode(QFileDialog::ExistingFiles);
     connect(dialog, &QFileDialog::filesSelected, this, [this](const QStringList& paths) {
         for (const QString& path : paths)

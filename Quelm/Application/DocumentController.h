@@ -32,8 +32,8 @@ public:
     /// after a moment to say that this takes longer.
     void open(const QString& path);
 
-    /// Asks which files to open.
-    void showOpenDialog(QWidget* parent);
+    /// Asks which files to open, first in the folder of the window's document.
+    void showOpenDialog(EditorView& window);
 
     /// Writes the window's document to its file, or asks for one.
     void save(EditorView& window);

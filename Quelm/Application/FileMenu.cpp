@@ -24,7 +24,7 @@ void addFileMenu(EditorView& window, DocumentController& controller) {
         QObject::connect(item, &QAction::triggered, &window, action);
         return item;
     };
-    add(FileMenu::tr("&Abrir…"), Qt::CTRL | Qt::Key_O, [&] { controller.showOpenDialog(&window); });
+    add(FileMenu::tr("&Abrir…"), Qt::CTRL | Qt::Key_O, [&] { controller.showOpenDialog(window); });
     menu->addSeparator();
     add(FileMenu::tr("&Guardar"), Qt::CTRL | Qt::Key_S, [&] { controller.save(window); });
     add(FileMenu::tr("Guardar &como…"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, [&] { controller.saveAs(window); });

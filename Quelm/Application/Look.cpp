@@ -1,16 +1,19 @@
 #include "Quelm/Application/Look.h"
 
+#include "Quelm/Application/OwnStyle.h"
 #include "Quelm/Foundation/Fonts.h"
 
 #include <QApplication>
 
 namespace quelm {
 
-void applyLook(QApplication& application, std::optional<Appearance> appearance) {
+void applyLook(std::optional<Appearance> appearance) {
     if (platformHasPalette() && appearance.value_or(currentAppearance()) == currentAppearance())
         return;
-    application.setPalette(ownPalette(appearance.value_or(currentAppearance())));
-    application.setFont(systemFont(TextStyle::body));
+    const Appearance wanted = appearance.value_or(currentAppearance());
+    QApplication::setStyle(new OwnStyle);
+    QApplication::setPalette(ownPalette(wanted));
+    QApplication::setFont(systemFont(TextStyle::body));
 }
 
 } // namespace quelm

@@ -90,7 +90,7 @@ int QuelmApp::run(int argc, char** argv) {
     if (!arguments)
         return complainAndEnd(arguments.error(), wrongUse);
     installTranslations(application);
-    applyLook(application, arguments->appearance);
+    applyLook(arguments->appearance);
     if (arguments->task != LaunchArguments::Task::capture)
         return openWindows(arguments->files);
     QuelmApp quelm;

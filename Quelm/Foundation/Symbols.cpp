@@ -91,8 +91,9 @@ QIcon symbolIcon(const QString& name, ColorRole role) {
 
 void paintSymbol(QPainter& painter, const QString& name, const QRectF& area, const QColor& color,
                  double clockwiseDegrees) {
-    // Snapped to the device's pixels, or a fractional ratio would blur every edge.
-    const double ratio = painter.device()->devicePixelRatioF();
+    // Snapped to the device's pixels, or a fractional ratio would blur every edge. The transformation knows
+    // the ratio also where a widget is rendered into a picture of another one.
+    const double ratio = painter.deviceTransform().m11();
     const QPointF origin = painter.deviceTransform().map(area.topLeft());
     const QPointF snapped(std::round(origin.x()), std::round(origin.y()));
     const QSize devicePixels(static_cast<int>(std::lround(area.width() * ratio)),

@@ -12,19 +12,28 @@ namespace {
 constexpr std::int64_t mostCharacters = 400;
 constexpr int lineLength = 80;
 
-/// Lines of at most `lineLength` characters, broken wherever they are full: long values seldom have spaces.
-QStringList brokenLines(const QString& text) {
-    QStringList lines;
+/// The length in UTF-16 units of the first line of a text: up to `lineLength` characters, after a space if
+/// there is one in the second half. Long values often have none.
+qsizetype firstLineLength(const QString& text) {
     QTextBoundaryFinder boundaries(QTextBoundaryFinder::Grapheme, text);
-    qsizetype start = 0;
-    for (int characters = 1; boundaries.toNextBoundary() != -1; ++characters) {
-        if (characters % lineLength == 0) {
-            lines += text.mid(start, boundaries.position() - start);
-            start = boundaries.position();
-        }
+    for (int characters = 0; characters < lineLength; ++characters) {
+        if (boundaries.toNextBoundary() == -1)
+            return text.size();
     }
-    if (start < text.size())
-        lines += text.mid(start);
+    const qsizetype full = boundaries.position();
+    if (full == text.size())
+        return full;
+    const qsizetype space = text.lastIndexOf(u' ', full - 1);
+    return space > full / 2 ? space + 1 : full;
+}
+
+QStringList brokenLines(QString text) {
+    QStringList lines;
+    while (!text.isEmpty()) {
+        const qsizetype length = firstLineLength(text);
+        lines += text.left(length);
+        text.remove(0, length);
+    }
     return lines;
 }
 

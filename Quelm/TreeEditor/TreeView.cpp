@@ -84,8 +84,9 @@ QRectF TreeView::partArea(std::int64_t row, TreeRowPart part) const {
 
 TreeRowEmphasis TreeView::emphasis(std::int64_t row, std::optional<std::int64_t> selectedRow) const {
     if (row == selectedRow) {
-        const bool isActive = hasFocus() && isActiveWindow();
-        return isActive ? TreeRowEmphasis::selection : TreeRowEmphasis::inactiveSelection;
+        // A view that is rendered without being shown looks as it would in front.
+        const bool isInFront = !isVisible() || (hasFocus() && isActiveWindow());
+        return isInFront ? TreeRowEmphasis::selection : TreeRowEmphasis::inactiveSelection;
     }
     return row % 2 == 1 ? TreeRowEmphasis::alternate : TreeRowEmphasis::none;
 }

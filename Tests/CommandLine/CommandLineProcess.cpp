@@ -94,6 +94,7 @@ CommandLineProcess::Result CommandLineProcess::run() const {
     std::vector<std::string> texts = arguments;
     texts.insert(texts.begin(), "quelm-cli");
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
@@ -133,8 +134,9 @@ CommandLineProcess::Result runCommandLine(std::vector<std::string> arguments) {
     return CommandLineProcess{.arguments = std::move(arguments)}.run();
 }
 
-void PrintTo(const CommandLineProcess::Result& result, std::ostream* out) {
-    *out << "status " << result.status << "\noutput: " << result.output << "\nerrors: " << result.errors;
+std::ostream& operator<<(std::ostream& out, const CommandLineProcess::Result& result) {
+    return out << "status " << result.status << "\noutput: " << result.output
+               << "\nerrors: " << result.errors;
 }
 
 } // namespace quelm

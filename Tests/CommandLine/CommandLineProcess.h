@@ -1,5 +1,6 @@
 #pragma once
 
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <vector>
@@ -43,6 +44,6 @@ struct CommandLineProcess {
 CommandLineProcess::Result runCommandLine(std::vector<std::string> arguments);
 
 /// For messages of failed tests.
-void PrintTo(const CommandLineProcess::Result& result, std::ostream* out);
+std::ostream& operator<<(std::ostream& out, const CommandLineProcess::Result& result);
 
 } // namespace quelm

@@ -36,7 +36,7 @@ std::string TemporaryFolder::read(std::string_view name) const {
 std::vector<std::string> TemporaryFolder::names() const {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(path_))
-        names.push_back(entry.path().filename());
+        names.emplace_back(entry.path().filename());
     std::ranges::sort(names);
     return names;
 }

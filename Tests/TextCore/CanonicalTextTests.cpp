@@ -19,9 +19,7 @@ using test::repeated;
 
 icu::UnicodeString nfc(std::string_view text) {
     UErrorCode status = U_ZERO_ERROR;
-    const auto size = static_cast<std::int32_t>(text.size());
-    return icu::Normalizer2::getNFCInstance(status)->normalize(
-        icu::UnicodeString::fromUTF8(icu::StringPiece(text.data(), size)), status);
+    return icu::Normalizer2::getNFCInstance(status)->normalize(icu::UnicodeString::fromUTF8(text), status);
 }
 
 /// By the scalar values of whole normalised texts, all through UTF-16.

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QProxyStyle>
+
+namespace quelm {
+
+/// Fusion with quieter buttons, for platforms without a theme of their own.
+class OwnStyle : public QProxyStyle {
+    Q_OBJECT
+
+public:
+    OwnStyle();
+
+    int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
+                  QStyleHintReturn* returnData) const override;
+};
+
+} // namespace quelm

@@ -1,0 +1,343 @@
+#include "JSONCore/TreeOutline.h"
+#include "Tests/JSONCore/Support/JSONText.h"
+#include "Tests/JSONCore/Support/OutlineText.h"
+#include "Tests/JSONCore/Support/Printing.h"
+
+#include <gtest/gtest.h>
+
+namespace quelm {
+namespace {
+
+using test::nodeAt;
+using test::parsed;
+using test::rowsText;
+
+/// A tree and its outline as they are when a document has been opened.
+struct Opened {
+    explicit Opened(std::string_view text) : tree(parsed(text)) { outline.rebuild(tree); }
+
+    std::string rows() const { return rowsText(outline, tree); }
+    NodeID at(std::initializer_list<std::int64_t> positions) const { return nodeAt(tree, positions); }
+    void expand(std::initializer_list<std::int64_t> positions) {
+        outline.setExpanded(at(positions), true, false, tree);
+    }
+    void collapse(std::initializer_list<std::int64_t> positions) {
+        outline.setExpanded(at(positions), false, false, tree);
+    }
+    void expandAll(std::initializer_list<std::int64_t> positions) {
+        outline.setExpanded(at(positions), true, true, tree);
+    }
+    void collapseAll(std::initializer_list<std::int64_t> positions) {
+        outline.setExpanded(at(positions), false, true, tree);
+    }
+
+    JSONTree tree;
+    TreeOutline outline;
+};
+
+TEST(TreeOutline, StartsWithoutRows) {
+    const JSONTree tree = parsed("[1]");
+    const TreeOutline outline;
+    EXPECT_EQ(outline.rowCount(), 0);
+    EXPECT_TRUE(outline.expanded().empty());
+    EXPECT_EQ(outline.index(tree.root()), std::nullopt);
+    outline.checkInvariants(tree);
+}
+
+TEST(TreeOutline, OfATopLevelScalarHasOneRow) {
+    EXPECT_EQ(Opened("42").rows(), "$ number 42\n");
+    EXPECT_EQ(Opened("null").rows(), "$ null null\n");
+    EXPECT_EQ(Opened("\"\"").rows(), "$ string\n");
+}
+
+TEST(TreeOutline, ShowsTheTopLevelValueExpandedAndTheRestCollapsed) {
+    const Opened opened(R"({"a":1,"b":[true,null],"c":{"d":"x"},"e":"y\n","f":{}})");
+    EXPECT_EQ(opened.rows(), "$ object 5 open\n"
+                             "  \"a\" number 1\n"
+                             "  \"b\" array 2\n"
+                             "  \"c\" object 1\n"
+                             "  \"e\" string y\n\n"
+                             "  \"f\" object 0\n");
+    EXPECT_TRUE(opened.outline.expanded().contains(opened.tree.root()));
+    EXPECT_EQ(opened.outline.expanded().size(), 1);
+    EXPECT_EQ(opened.outline.index(JSONTree::holder), std::nullopt);
+    EXPECT_EQ(opened.outline.index(opened.at({1, 0})), std::nullopt);
+}
+
+TEST(TreeOutline, LabelsElementsByTheirPosition) {
+    Opened opened("[10,[20,30],{}]");
+    opened.expand({1});
+    EXPECT_EQ(opened.rows(), "$ array 3 open\n"
+                             "  [0] number 10\n"
+                             "  [1] array 2 open\n"
+                             "    [0] number 20\n"
+                             "    [1] number 30\n"
+                             "  [2] object 0\n");
+}
+
+TEST(TreeOutline, AnExpandedEmptyContainerShowsOnlyItsOwnRow) {
+    EXPECT_EQ(Opened("{}").rows(), "$ object 0 open\n");
+    Opened opened("[[],{}]");
+    opened.expand({0});
+    opened.expand({1});
+    EXPECT_EQ(opened.rows(), "$ array 2 open\n  [0] array 0 open\n  [1] object 0 open\n");
+}
+
+TEST(TreeOutline, MarksEveryMemberWhoseKeyIsThereTwice) {
+    EXPECT_EQ(Opened(R"({"a":1,"b":2,"a":3})").rows(), "$ object 3 open\n"
+                                                       "  \"a\"* number 1\n"
+                                                       "  \"b\" number 2\n"
+                                                       "  \"a\"* number 3\n");
+    EXPECT_EQ(Opened(R"({"a":1,"a":2,"a":3,"A":4})").rows(), "$ object 4 open\n"
+                                                             "  \"a\"* number 1\n"
+                                                             "  \"a\"* number 2\n"
+                                                             "  \"a\"* number 3\n"
+                                                             "  \"A\" number 4\n");
+    EXPECT_EQ(Opened("{\"\u00E9\":1,\"e\u0301\":2}").rows(), "$ object 2 open\n"
+                                                             "  \"\u00E9\"* number 1\n"
+                                                             "  \"e\u0301\"* number 2\n");
+    EXPECT_EQ(Opened(R"({"":1,"":2})").rows(), "$ object 2 open\n  \"\"* number 1\n  \"\"* number 2\n");
+}
+
+TEST(TreeOutline, MarksDuplicatesWithinOneObjectOnly) {
+    Opened opened(R"({"a":{"a":1},"b":{"a":2}})");
+    opened.expandAll({});
+    EXPECT_EQ(opened.rows(), "$ object 2 open\n"
+                             "  \"a\" object 1 open\n"
+                             "    \"a\" number 1\n"
+                             "  \"b\" object 1 open\n"
+                             "    \"a\" number 2\n");
+}
+
+TEST(TreeOutline, NeverMarksElements) {
+    Opened opened("[1,2]");
+    opened.tree.apply(TreeEdit::setKey(opened.at({0}), "a"));
+    opened.tree.apply(TreeEdit::setKey(opened.at({1}), "a"));
+    opened.outline.rebuild(opened.tree);
+    EXPECT_EQ(opened.rows(), "$ array 2 open\n  [0] number 1\n  [1] number 2\n");
+}
+
+TEST(TreeOutline, ShortensLongScalars) {
+    const Opened opened("[\"" + std::string(201, 'a') + "\",\"" + std::string(200, 'a') + "\",\"" +
+                        test::repeated("é", 101) + "\"," + std::string(201, '7') + "]");
+    EXPECT_EQ(opened.outline.row(1, opened.tree).value, std::string(200, 'a') + "…");
+    EXPECT_EQ(opened.outline.row(2, opened.tree).value, std::string(200, 'a'));
+    EXPECT_EQ(opened.outline.row(3, opened.tree).value, test::repeated("é", 101) + "…");
+    EXPECT_EQ(opened.outline.row(4, opened.tree).value, std::string(200, '7') + "…");
+}
+
+TEST(TreeOutline, ExpandsAndCollapsesOneContainer) {
+    Opened opened("[[1,[2]],3]");
+    opened.expand({0});
+    EXPECT_EQ(opened.rows(),
+              "$ array 2 open\n  [0] array 2 open\n    [0] number 1\n    [1] array 1\n  [1] number 3\n");
+    opened.expand({0});
+    EXPECT_EQ(opened.outline.rowCount(), 5);
+    opened.collapse({0});
+    EXPECT_EQ(opened.rows(), "$ array 2 open\n  [0] array 2\n  [1] number 3\n");
+    opened.collapse({});
+    EXPECT_EQ(opened.rows(), "$ array 2\n");
+    opened.expand({});
+    EXPECT_EQ(opened.rows(), "$ array 2 open\n  [0] array 2\n  [1] number 3\n");
+}
+
+TEST(TreeOutline, RemembersWhatWasExpandedBelowACollapsedContainer) {
+    Opened opened("[[[1]]]");
+    opened.expand({0});
+    opened.expand({0, 0});
+    const std::string open = opened.rows();
+    opened.collapse({});
+    EXPECT_EQ(opened.rows(), "$ array 1\n");
+    opened.expand({});
+    EXPECT_EQ(opened.rows(), open);
+}
+
+TEST(TreeOutline, ExpandsAContainerThatHasNoRowYet) {
+    Opened opened("[[[1]]]");
+    opened.expand({0, 0});
+    EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] array 1\n");
+    opened.expand({0});
+    EXPECT_EQ(opened.rows(),
+              "$ array 1 open\n  [0] array 1 open\n    [0] array 1 open\n      [0] number 1\n");
+}
+
+TEST(TreeOutline, ExpandsAllContainersBelowRecursively) {
+    Opened opened(R"([{"a":[1,{"b":{}}]},2,[3]])");
+    opened.expandAll({0});
+    EXPECT_EQ(opened.rows(), "$ array 3 open\n"
+                             "  [0] object 1 open\n"
+                             "    \"a\" array 2 open\n"
+                             "      [0] number 1\n"
+                             "      [1] object 1 open\n"
+                             "        \"b\" object 0 open\n"
+                             "  [1] number 2\n"
+                             "  [2] array 1\n");
+    EXPECT_EQ(opened.outline.expanded().size(), 5);
+    EXPECT_FALSE(opened.outline.expanded().contains(opened.at({1})));
+}
+
+TEST(TreeOutline, CollapsesAllContainersBelowRecursively) {
+    Opened opened(R"([{"a":[1,{"b":{}}]},2])");
+    opened.expandAll({});
+    opened.collapseAll({0});
+    opened.expand({0});
+    EXPECT_EQ(opened.rows(), "$ array 2 open\n  [0] object 1 open\n    \"a\" array 2\n  [1] number 2\n");
+    opened.collapseAll({});
+    EXPECT_EQ(opened.rows(), "$ array 2\n");
+    EXPECT_TRUE(opened.outline.expanded().empty());
+}
+
+TEST(TreeOutline, NeverExpandsAScalar) {
+    Opened opened("[1]");
+    opened.expand({0});
+    opened.expandAll({0});
+    EXPECT_FALSE(opened.outline.expanded().contains(opened.at({0})));
+    EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] number 1\n");
+}
+
+TEST(TreeOutline, RevealsANodeByExpandingItsAncestors) {
+    Opened opened(R"({"a":[[1],[2]],"b":{"c":3}})");
+    opened.outline.reveal(opened.at({0, 1, 0}), opened.tree);
+    EXPECT_EQ(opened.rows(), "$ object 2 open\n"
+                             "  \"a\" array 2 open\n"
+                             "    [0] array 1\n"
+                             "    [1] array 1 open\n"
+                             "      [0] number 2\n"
+                             "  \"b\" object 1\n");
+    EXPECT_EQ(opened.outline.index(opened.at({0, 1, 0})), 4);
+}
+
+TEST(TreeOutline, RevealingDoesNotExpandTheNodeItself) {
+    Opened opened("[[[1]]]");
+    opened.outline.reveal(opened.at({0, 0}), opened.tree);
+    EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] array 1 open\n    [0] array 1\n");
+}
+
+TEST(TreeOutline, RevealsBelowACollapsedTopLevelValue) {
+    Opened opened("[[1]]");
+    opened.collapse({});
+    opened.outline.reveal(opened.at({0, 0}), opened.tree);
+    EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] array 1 open\n    [0] number 1\n");
+}
+
+TEST(TreeOutline, RevealingWhatIsVisibleChangesNothing) {
+    Opened opened("[[1]]");
+    const std::string before = opened.rows();
+    opened.outline.reveal(opened.tree.root(), opened.tree);
+    opened.outline.reveal(opened.at({0}), opened.tree);
+    opened.outline.reveal(JSONTree::holder, opened.tree);
+    EXPECT_EQ(opened.rows(), before);
+}
+
+TEST(TreeOutline, RevealsInAnOutlineThatHasNoRowsYet) {
+    const JSONTree tree = parsed("[[1]]");
+    TreeOutline outline;
+    outline.reveal(nodeAt(tree, {0, 0}), tree);
+    EXPECT_EQ(rowsText(outline, tree), "$ array 1 open\n  [0] array 1 open\n    [0] number 1\n");
+}
+
+TEST(TreeOutline, RevealingADetachedNodeShowsNothing) {
+    Opened opened("[[[1]]]");
+    const NodeID list = opened.at({0});
+    const NodeID inner = opened.at({0, 0});
+    const std::vector<TreeEdit> edits{TreeEdit::remove(list)};
+    std::vector<TreeEdit> all = edits;
+    for (const TreeEdit& inverse : opened.tree.apply(edits))
+        all.push_back(inverse);
+    opened.outline.update(all, opened.tree);
+    opened.outline.reveal(opened.tree.children(inner)[0], opened.tree);
+    EXPECT_EQ(opened.rows(), "$ array 0 open\n");
+}
+
+TEST(TreeOutline, RebuildingExpandsTheTopLevelValueAndKeepsTheRest) {
+    Opened opened("[[1],[2]]");
+    opened.expand({1});
+    opened.collapse({});
+    opened.outline.rebuild(opened.tree);
+    EXPECT_EQ(opened.rows(), "$ array 2 open\n  [0] array 1\n  [1] array 1 open\n    [0] number 2\n");
+}
+
+TEST(TreeOutline, RefreshingTheHolderRebuilds) {
+    Opened opened("[[1]]");
+    opened.collapse({});
+    opened.outline.refresh(JSONTree::holder, opened.tree);
+    EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] array 1\n");
+}
+
+TEST(TreeOutline, RefreshingANodeWithoutARowChangesNothing) {
+    Opened opened("[[1]]");
+    const std::string before = opened.rows();
+    opened.outline.refresh(opened.at({0, 0}), opened.tree);
+    EXPECT_EQ(opened.rows(), before);
+    TreeOutline empty;
+    empty.refresh(opened.tree.root(), opened.tree);
+    EXPECT_EQ(empty.rowCount(), 0);
+}
+
+TEST(TreeOutline, RefreshingARemovedNodeDeletesItsRowsAlone) {
+    Opened opened("[[1,[2]],3]");
+    opened.expandAll({});
+    const NodeID list = opened.at({0});
+    opened.tree.apply(TreeEdit::remove(list));
+    opened.outline.refresh(list, opened.tree);
+    EXPECT_EQ(opened.outline.rowCount(), 2);
+    EXPECT_EQ(opened.outline.index(list), std::nullopt);
+    opened.outline.refresh(opened.tree.root(), opened.tree);
+    EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] number 3\n");
+}
+
+TEST(TreeOutline, RefreshingAParentShowsItsNewChildren) {
+    Opened opened("[1,[2]]");
+    opened.expandAll({});
+    opened.tree.attach(opened.tree.addNode(NodeKind::null, "", ""), opened.at({1}), 0);
+    opened.outline.refresh(opened.at({1}), opened.tree);
+    EXPECT_EQ(opened.rows(),
+              "$ array 2 open\n  [0] number 1\n  [1] array 2 open\n    [0] null null\n    [1] number 2\n");
+}
+
+TEST(TreeOutline, BuildsTheRowsOfASubtreeWithTheFirstRowAsGiven) {
+    Opened opened(R"({"a":{"x":1,"x":[2]},"b":0})");
+    opened.expand({0});
+    const auto rows =
+        opened.outline.buildRows(opened.at({0}), 5, TreeRow::Label::index(9), true, opened.tree);
+    ASSERT_EQ(rows.size(), 3U);
+    EXPECT_EQ(rows[0],
+              (TreeRow{opened.at({0}), 5, TreeRow::Label::index(9), NodeKind::object, "", 2, true, true}));
+    EXPECT_EQ(rows[1], (TreeRow{opened.at({0, 0}), 6, TreeRow::Label::key("x"), NodeKind::number, "1", 0,
+                                false, true}));
+    EXPECT_EQ(rows[2],
+              (TreeRow{opened.at({0, 1}), 6, TreeRow::Label::key("x"), NodeKind::array, "", 1, false, true}));
+    EXPECT_EQ(opened.outline.rowCount(), 5);
+    const auto scalar =
+        opened.outline.buildRows(opened.at({1}), 0, TreeRow::Label::root(), false, opened.tree);
+    ASSERT_EQ(scalar.size(), 1U);
+    EXPECT_EQ(scalar[0],
+              (TreeRow{opened.at({1}), 0, TreeRow::Label::root(), NodeKind::number, "0", 0, false, false}));
+}
+
+TEST(TreeOutline, CopiesDoNotFollowEachOther) {
+    Opened opened("[[1],[2]]");
+    const TreeOutline copy = opened.outline;
+    const std::string before = opened.rows();
+    opened.expandAll({});
+    EXPECT_EQ(rowsText(copy, opened.tree), before);
+    EXPECT_EQ(opened.outline.rowCount(), 5);
+}
+
+TEST(TreeOutlineDeathTest, StopsAtIdsOutsideTheStoreAndRowsOutsideTheList) {
+    Opened opened("[1]");
+    const std::vector<TreeEdit> edits{TreeEdit::setValue(NodeID{9}, NodeKind::null, "")};
+    EXPECT_DEATH(opened.outline.row(-1, opened.tree), "programming error");
+    EXPECT_DEATH(opened.outline.row(2, opened.tree), "programming error");
+    EXPECT_DEATH(opened.outline.rowID(2), "programming error");
+    EXPECT_DEATH(opened.outline.rowDepth(-1), "programming error");
+    EXPECT_DEATH(opened.outline.refresh(NodeID{9}, opened.tree), "programming error");
+    EXPECT_DEATH(opened.outline.refresh(NodeID{-1}, opened.tree), "programming error");
+    EXPECT_DEATH(opened.outline.setExpanded(NodeID{9}, true, false, opened.tree), "programming error");
+    EXPECT_DEATH(opened.outline.reveal(NodeID{9}, opened.tree), "programming error");
+    EXPECT_DEATH(opened.outline.buildRows(NodeID{9}, 0, TreeRow::Label::root(), false, opened.tree),
+                 "programming error");
+}
+
+} // namespace
+} // namespace quelm
