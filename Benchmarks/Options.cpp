@@ -41,6 +41,8 @@ private:
     void take(std::string_view argument) {
         if (argument == "--all-peers")
             options_.allPeers = true;
+        else if (argument == "--warm")
+            options_.warm = true;
         else if (argument == "--corpus")
             takeCorpora();
         else if (argument == "--size")

@@ -22,6 +22,8 @@ struct Options {
     std::string only;
     /// Whether the slow peers read large documents too.
     bool allPeers = false;
+    /// Whether memory that one run has freed serves the next.
+    bool warm = false;
     /// Where generated documents are kept.
     std::filesystem::path cacheFolder = "build/corpora";
     /// Where further files to measure on lie; need not exist.

@@ -19,7 +19,7 @@ struct Group {
 constexpr std::array groups = std::to_array<Group>({{"json", runJSONGroup}, {"outline", runOutlineGroup}});
 
 constexpr char usage[] =
-    "Usage: quelm-bench [GROUP...] [--corpus FILE...] [--size MB] [--only TEXT] [--all-peers]\n"
+    "Usage: quelm-bench [GROUP...] [--corpus FILE...] [--size MB] [--only TEXT] [--all-peers] [--warm]\n"
     "                   [--cache-folder FOLDER] [--shared-folder FOLDER]\n";
 
 } // namespace

@@ -69,11 +69,11 @@ private:
             place = skipWhiteSpace(place);
             switch (*place) {
             case '"': {
-                TextRef text;
-                place = parseString(place, text);
-                if (!place) [[unlikely]]
+                const StringLiteral string = parseString(place);
+                if (!string.end) [[unlikely]]
                     return nullptr;
-                builder_.addScalar(NodeKind::string, key, text);
+                builder_.addScalar(NodeKind::string, key, string.text);
+                place = string.end;
                 break;
             }
             case '{':
@@ -157,14 +157,21 @@ private:
         }
     }
 
+    /// A string literal: its text, and the place behind it, null when it is wrong.
+    struct StringLiteral {
+        TextRef text;
+        const char* end;
+    };
+
     /// A member's key with the colon behind it.
     HWY_INLINE const char* parseKey(const char* place, TextRef& key) {
         if (*place != '"') [[unlikely]]
             return fail(parsemessages::expectedKey, place);
-        place = parseString(place, key);
-        if (!place) [[unlikely]]
+        const StringLiteral string = parseString(place);
+        if (!string.end) [[unlikely]]
             return nullptr;
-        place = skipWhiteSpace(place);
+        key = string.text;
+        place = skipWhiteSpace(string.end);
         if (*place != ':') [[unlikely]]
             return fail(parsemessages::expectedColon, place);
         return place + 1;
@@ -187,30 +194,28 @@ private:
         return after;
     }
 
-    /// The string literal at `place`. Without an escape, its text is the input itself.
-    HWY_INLINE const char* parseString(const char* place, TextRef& text) {
-        const char* first = place + 1;
+    /// The string literal at `quote`. Without an escape, its text is the input itself.
+    HWY_INLINE StringLiteral parseString(const char* quote) {
+        const char* first = quote + 1;
         const char* last = plainEnd(first);
         if (*last != '"') [[unlikely]]
-            return parseStringWithEscapes(place, last, text);
-        text = {offsetOf(first), static_cast<std::uint32_t>(last - first), false};
-        return last + 1;
+            return parseStringWithEscapes(quote, last);
+        return {{offsetOf(first), static_cast<std::uint32_t>(last - first), false}, last + 1};
     }
 
-    /// The same for a literal that is not plain from its opening quote to its end: `place` is the first byte that is not.
-    HWY_NOINLINE const char* parseStringWithEscapes(const char* quote, const char* place, TextRef& text) {
+    /// The same for a literal that is not plain from its opening quotation mark to its closing one: `place` is the first byte
+    /// that is not.
+    HWY_NOINLINE StringLiteral parseStringWithEscapes(const char* quote, const char* place) {
         scratch_.assign(quote + 1, place);
         for (;;) {
-            if (*place == '"') {
-                text = builder_.storage().store(scratch_);
-                return place + 1;
-            }
+            if (*place == '"')
+                return {builder_.storage().store(scratch_), place + 1};
             if (*place != '\\') {
-                return place == end_ ? fail(parsemessages::unterminatedString, quote)
-                                     : fail(parsemessages::controlCharacter, place);
+                return {{}, place == end_ ? fail(parsemessages::unterminatedString, quote)
+                                          : fail(parsemessages::controlCharacter, place)};
             }
             if (const LiteralFault fault = decodeEscape(place, end_, quote, scratch_); fault.message)
-                return fail(fault.message, fault.place);
+                return {{}, fail(fault.message, fault.place)};
             const char* next = plainEnd(place);
             scratch_.append(place, next);
             place = next;

@@ -1,7 +1,6 @@
 #include "TextCore/Graphemes.h"
 
 #include "TextCore/Check.h"
-#include "TextCore/UTF8.h"
 #include "TextCore/UTF8Scan.h"
 
 #include <unicode/ubrk.h>
@@ -17,15 +16,17 @@
 // Most boundaries need no rules. A character is called plain here when its Grapheme_Cluster_Break property
 // says that nothing joins it to another plain one: no mark, joiner, prefix, regional indicator or conjoining
 // jamo. Between two plain characters other than CR LF there is a boundary, whatever surrounds them, in every
-// version of the annex; all of ASCII, and most of any text, is plain. Only the stretches around other
-// characters go through ICU.
+// version of the annex. Most of any text is plain, and all characters below U+0300 are: those are counted
+// many at a time. Only the stretches around other characters go through ICU.
 
 namespace quelm::graphemes {
 
 namespace {
 
-/// ASCII is looked at in blocks that stay in the processor's cache.
-constexpr std::size_t asciiBlock = std::size_t{64} << 10;
+/// Low characters are looked at in blocks that stay in the processor's cache, of at least a few to be worth
+/// it.
+constexpr std::size_t lowBlock = std::size_t{64} << 10;
+constexpr std::int64_t fewClusters = 16;
 
 /// A stretch for ICU ends where this many sure boundaries follow each other: setting ICU up costs about as
 /// much as its work on that many characters.
@@ -122,21 +123,15 @@ public:
     void advance(std::int64_t limit) {
         limit_ = limit;
         while (!isDone()) {
-            if (!isASCIIPairAt(position_)) {
-                if (!passPlainCharacters())
-                    passOtherCharacters();
-            } else if (text_.substr(position_, 2) == "\r\n") {
-                passCluster(position_ + 2);
-            } else {
-                passASCII();
-            }
+            if (!passPlainCharacters())
+                passOtherCharacters();
         }
     }
 
 private:
     struct Character {
+        char32_t scalar;
         std::size_t end;
-        bool isASCII;
         bool isPlain;
     };
 
@@ -147,47 +142,62 @@ private:
         ++clusters_;
     }
 
-    bool isASCIIPairAt(std::size_t position) const {
-        return text_.size() - position >= 2 && U8_IS_SINGLE(text_[position]) &&
-               U8_IS_SINGLE(text_[position + 1]);
-    }
-
     Character characterAt(std::size_t position) const {
         const auto [scalar, size] = utf8::leadingScalar(text_.substr(position));
-        return {position + size, scalar < 0x80, plain_.contains(scalar)};
+        return {scalar, position + size,
+                scalar < utf8::lowLimit || PlainCharacters::table().contains(scalar)};
     }
 
-    /// Passes all clusters but the last of the ASCII characters here, of which there are two or more that are
-    /// no CR LF: what follows may belong to the last one.
-    void passASCII() {
+    static bool isCRLF(const Character& first, const Character& second) {
+        return first.scalar == '\r' && second.scalar == '\n';
+    }
+
+    bool isLowRun(const Character& first, const Character& second) const {
+        return first.scalar < utf8::lowLimit && second.scalar < utf8::lowLimit &&
+               limit_ - clusters_ >= fewClusters;
+    }
+
+    /// Passes plain characters that plain ones follow, or nothing. False when something else comes next.
+    bool passPlainCharacters() {
+        Character character = characterAt(position_);
+        while (character.isPlain) {
+            if (character.end == text_.size()) {
+                passCluster(character.end);
+                return true;
+            }
+            const Character following = characterAt(character.end);
+            if (!following.isPlain)
+                return false;
+            if (isCRLF(character, following)) {
+                passCluster(following.end);
+                return true;
+            }
+            if (isLowRun(character, following)) {
+                passLowCharacters();
+                return true;
+            }
+            passCluster(character.end);
+            if (isDone())
+                return true;
+            character = following;
+        }
+        return false;
+    }
+
+    /// Passes all clusters but the last of the characters below `utf8::lowLimit` here, of which there are two
+    /// or more that are no CR LF: what follows may belong to the last one.
+    void passLowCharacters() {
         const auto clustersLeft = static_cast<std::uint64_t>(limit_ - clusters_);
-        const std::size_t block = std::min<std::uint64_t>(asciiBlock, clustersLeft + 1);
-        const std::size_t size = utf8::asciiPrefixLength(text_.substr(position_, block));
-        const bool endsInCRLF = text_.substr(position_, size).ends_with("\r\n");
-        const std::string_view passed = text_.substr(position_, size - (endsInCRLF ? 2 : 1));
-        position_ += passed.size();
+        const std::size_t block = std::min<std::uint64_t>(lowBlock, clustersLeft + 1);
+        std::string_view passed =
+            text_.substr(position_, utf8::lowPrefixLength(text_.substr(position_, block)));
+        while (U8_IS_TRAIL(passed.back()))
+            passed.remove_suffix(1);
+        passed.remove_suffix(passed.ends_with("\r\n") ? 2 : 1);
         // Most runs are short and on one line: finding no carriage return is quicker than counting pairs.
         const std::size_t pairs = passed.find('\r') == std::string_view::npos ? 0 : utf8::countCRLF(passed);
-        clusters_ += static_cast<std::int64_t>(passed.size() - pairs);
-    }
-
-    /// Passes plain characters that plain ones follow, up to a pair of ASCII characters. False when there are
-    /// none.
-    bool passPlainCharacters() {
-        const std::size_t start = position_;
-        Character character = characterAt(start);
-        while (character.isPlain && !isDone()) {
-            if (character.end != text_.size()) {
-                const Character following = characterAt(character.end);
-                if (!following.isPlain || (character.isASCII && following.isASCII))
-                    break;
-                passCluster(character.end);
-                character = following;
-            } else {
-                passCluster(character.end);
-            }
-        }
-        return position_ != start;
+        position_ += passed.size();
+        clusters_ += static_cast<std::int64_t>(utf8::countCharacters(passed) - pairs);
     }
 
     /// Passes at least one cluster by ICU's rules.
@@ -211,7 +221,7 @@ private:
         int sureBoundaries = 0;
         while (character.end != text_.size()) {
             const Character following = characterAt(character.end);
-            if (!character.isPlain || !following.isPlain || text_.substr(character.end - 1, 2) == "\r\n") {
+            if (!character.isPlain || !following.isPlain || isCRLF(character, following)) {
                 sureBoundaries = 0;
             } else if (sureBoundaries++ == 0) {
                 firstSureBoundary = character.end;
@@ -243,7 +253,6 @@ private:
         return position_ != start;
     }
 
-    const PlainCharacters& plain_ = PlainCharacters::table();
     std::string_view text_;
     std::size_t position_ = 0;
     std::int64_t clusters_ = 0;

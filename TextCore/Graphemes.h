@@ -4,15 +4,18 @@
 #include <string_view>
 
 /// Extended grapheme clusters (Unicode Standard Annex #29): what a user calls a character.
-/// All functions take well-formed UTF-8 and may be called from any thread. ASCII costs a vector compare a
-/// block of bytes; only what is next to other text reaches ICU.
+/// All functions take well-formed UTF-8 of any length and may be called from any thread. Characters below
+/// U+0300 cost a few vector instructions a block of bytes, most others a look-up; only marks, joiners and the
+/// like, and what is next to them, reach ICU. The boundaries are those of ICU's rules over the whole text,
+/// except that a cluster of more than 1 GiB counts once every gibibyte.
 namespace quelm::graphemes {
 
-/// The number of clusters. CR LF is one cluster; any other two adjacent ASCII characters are two.
+/// The number of clusters: O(length). CR LF is one cluster; any other two adjacent ASCII characters are two.
 std::int64_t count(std::string_view text);
 
-/// The longest prefix of at most `clusters` clusters (0 or more). Looks at no more of the text than that
-/// prefix and what decides its last boundary, whatever the length of the text.
+/// The longest prefix of at most `clusters` clusters (0 or more, otherwise a programming error). Looks at no
+/// more of the text than that prefix, what decides its last boundary, and a kilobyte, whatever the length of
+/// the text.
 std::string_view prefix(std::string_view text, std::int64_t clusters);
 
 } // namespace quelm::graphemes

@@ -24,6 +24,9 @@ namespace {
 
 constexpr std::uint64_t highBits = 0x8080'8080'8080'8080;
 
+/// The lead byte of `lowLimit`: those of lower characters are less.
+constexpr std::uint8_t lowLimitLead = 0xC0 | lowLimit >> 6;
+
 /// The ASCII prefix, eight bytes at a time.
 inline std::size_t asciiPrefixByWords(const std::uint8_t* bytes, std::size_t size) {
     std::size_t position = 0;
@@ -116,6 +119,20 @@ bool scanValid(const std::uint8_t* bytes, std::size_t size) {
             return false;
         position += sequence.size;
     }
+}
+
+std::size_t scanLowPrefix(const std::uint8_t* bytes, std::size_t size) {
+    std::size_t position = 0;
+    while (position < size && bytes[position] < lowLimitLead)
+        ++position;
+    return position;
+}
+
+std::size_t scanCharacters(const std::uint8_t* bytes, std::size_t size) {
+    std::size_t count = 0;
+    for (std::size_t position = 0; position < size; ++position)
+        count += bytes[position] >> 6 != 0b10;
+    return count;
 }
 
 std::size_t scanLineFeeds(const std::uint8_t* bytes, std::size_t size) {
@@ -242,6 +259,38 @@ bool scanValid(const std::uint8_t* bytes, std::size_t size) {
     return hn::AllTrue(d, hn::Eq(found, hn::Zero(d)));
 }
 
+std::size_t scanLowPrefix(const std::uint8_t* bytes, std::size_t size) {
+    const Bytes d;
+    const std::size_t step = hn::Lanes(d);
+    const Vector highestLow = hn::Set(d, lowLimitLead - 1);
+    std::size_t position = 0;
+    for (; size - position >= step; position += step) {
+        const Vector above = hn::SaturatedSub(hn::LoadU(d, bytes + position), highestLow);
+        const std::intptr_t found = hn::FindFirstTrue(d, hn::Ne(above, hn::Zero(d)));
+        if (found >= 0)
+            return position + static_cast<std::size_t>(found);
+    }
+    while (position < size && bytes[position] < lowLimitLead)
+        ++position;
+    return position;
+}
+
+std::size_t scanCharacters(const std::uint8_t* bytes, std::size_t size) {
+    const Bytes d;
+    const hn::RebindToSigned<Bytes> asSigned;
+    const std::size_t step = hn::Lanes(d);
+    const auto lastContinuation = hn::Set(asSigned, static_cast<std::int8_t>(0xBF));
+    std::size_t count = 0;
+    std::size_t position = 0;
+    for (; size - position >= step; position += step) {
+        const auto vector = hn::BitCast(asSigned, hn::LoadU(d, bytes + position));
+        count += hn::CountTrue(asSigned, hn::Gt(vector, lastContinuation));
+    }
+    for (; position < size; ++position)
+        count += bytes[position] >> 6 != 0b10;
+    return count;
+}
+
 std::size_t scanLineFeeds(const std::uint8_t* bytes, std::size_t size) {
     const Bytes d;
     const std::size_t step = hn::Lanes(d);
@@ -283,6 +332,8 @@ HWY_EXPORT(scanASCIIPrefix);
 HWY_EXPORT(scanValid);
 HWY_EXPORT(scanLineFeeds);
 HWY_EXPORT(scanCRLF);
+HWY_EXPORT(scanLowPrefix);
+HWY_EXPORT(scanCharacters);
 
 namespace {
 
@@ -310,6 +361,14 @@ std::size_t countLineFeeds(std::string_view bytes) {
 
 std::size_t countCRLF(std::string_view bytes) {
     return HWY_DYNAMIC_DISPATCH(scanCRLF)(unsignedBytes(bytes), bytes.size());
+}
+
+std::size_t lowPrefixLength(std::string_view text) {
+    return HWY_DYNAMIC_DISPATCH(scanLowPrefix)(unsignedBytes(text), text.size());
+}
+
+std::size_t countCharacters(std::string_view text) {
+    return HWY_DYNAMIC_DISPATCH(scanCharacters)(unsignedBytes(text), text.size());
 }
 
 } // namespace quelm::utf8

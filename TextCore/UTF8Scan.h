@@ -9,8 +9,21 @@
 /// What the files of this folder share beneath the public functions of UTF8.h.
 namespace quelm::utf8 {
 
-/// The number of CR LF pairs. Nothing beyond the end is read. Many bytes at a time.
+// Many bytes at a time; nothing beyond the end is read.
+
+/// The number of CR LF pairs.
 std::size_t countCRLF(std::string_view bytes);
+
+/// The number of characters of well-formed text: of bytes that continue no sequence.
+std::size_t countCharacters(std::string_view text);
+
+/// The first character that is not below this one ends what `lowPrefixLength` gives: the first combining
+/// mark.
+inline constexpr char32_t lowLimit = 0x300;
+
+/// The bytes of the leading characters below `lowLimit` (`text.size()` when all are) of well-formed text,
+/// which may end within a character.
+std::size_t lowPrefixLength(std::string_view text);
 
 /// What some bytes begin with.
 struct LeadingSequence {

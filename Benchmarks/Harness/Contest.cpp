@@ -14,10 +14,11 @@ public:
     explicit Standing(const Contestant& contestant)
         : contestant_(&contestant), result_{contestant.name, {}} {}
 
-    void runOnce(int round) {
+    void runOnce(int round, FreedMemory freedMemory) {
         if (hasFailed_ || round >= contestant_->mostRounds)
             return;
-        processmemory::returnFreeMemory();
+        if (freedMemory == FreedMemory::returned)
+            processmemory::returnFreeMemory();
         const std::optional<double> seconds = contestant_->run();
         if (seconds)
             result_.seconds.add(*seconds);
@@ -33,25 +34,25 @@ private:
     bool hasFailed_ = false;
 };
 
-void runRound(std::vector<Standing>& standings, int round) {
+void runRound(std::vector<Standing>& standings, int round, FreedMemory freedMemory) {
     if (round % 2 == 0) {
         for (Standing& standing : standings)
-            standing.runOnce(round);
+            standing.runOnce(round, freedMemory);
     } else {
         for (Standing& standing : std::views::reverse(standings))
-            standing.runOnce(round);
+            standing.runOnce(round, freedMemory);
     }
 }
 
 } // namespace
 
-std::vector<ContestResult> hold(const std::vector<Contestant>& contestants, const ContestLength& length) {
+std::vector<ContestResult> hold(const std::vector<Contestant>& contestants, const ContestRules& rules) {
     std::vector<Standing> standings(contestants.begin(), contestants.end());
     double spent = 0;
-    for (int round = 0; round < length.mostRounds; ++round) {
-        if (round >= length.fewestRounds && spent >= length.seconds)
+    for (int round = 0; round < rules.mostRounds; ++round) {
+        if (round >= rules.fewestRounds && spent >= rules.seconds)
             break;
-        spent += secondsOf([&] { runRound(standings, round); });
+        spent += secondsOf([&] { runRound(standings, round, rules.freedMemory); });
     }
     std::vector<ContestResult> results;
     results.reserve(standings.size());

@@ -2,6 +2,7 @@
 
 #include "Benchmarks/Harness/Samples.h"
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <string>
@@ -28,15 +29,24 @@ struct ContestResult {
     Samples seconds;
 };
 
-/// How long a contest goes on: at least `fewestRounds`, then until the time is used up.
-struct ContestLength {
+/// What happens to memory that a run has freed.
+enum class FreedMemory : std::uint8_t {
+    /// It goes back to the system before the next run, as if every run were a program's first.
+    returned,
+    /// It stays with whoever keeps it, as in a program that does the same again and again.
+    kept,
+};
+
+struct ContestRules {
+    /// A contest goes on at least so long, then until the time is used up.
     int fewestRounds = 5;
     int mostRounds = 61;
-    double seconds = 1.5;
+    double seconds = 2.5;
+    FreedMemory freedMemory = FreedMemory::returned;
 };
 
 /// Runs all contestants in turns in one process, so that whatever disturbs the machine disturbs all of them:
-/// in given order in one round, in reverse in the next. Free memory goes back to the system before every run.
-std::vector<ContestResult> hold(const std::vector<Contestant>& contestants, const ContestLength& length);
+/// in given order in one round, in reverse in the next.
+std::vector<ContestResult> hold(const std::vector<Contestant>& contestants, const ContestRules& rules);
 
 } // namespace quelm::bench

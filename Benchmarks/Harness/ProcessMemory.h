@@ -10,8 +10,8 @@ namespace quelm::bench::processmemory {
 /// pages. Absent where the system does not tell.
 std::optional<std::int64_t> residentBytes();
 
-/// Gives memory that the allocator holds unused back to the system, so that whoever allocates next pays for
-/// first touches as a program does that has just started.
+/// Gives memory that the C library's allocator or our own holds unused back to the system, so that whoever
+/// allocates next pays for first touches as a program does that has just started.
 void returnFreeMemory();
 
 } // namespace quelm::bench::processmemory

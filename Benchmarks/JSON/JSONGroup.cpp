@@ -29,7 +29,8 @@ void measure(Subject& subject) {
     measureParsing(subject);
     measureWriting(subject);
     measureReading(subject);
-    measureStore(subject);
+    if (subject.freedMemory == FreedMemory::returned)
+        measureStore(subject);
 }
 
 } // namespace
@@ -44,7 +45,8 @@ bool runJSONGroup(const Options& options) {
             continue;
         }
         const std::size_t bytes = text->size();
-        Subject subject(corpus.name(), std::move(*text), peersFor(bytes, options));
+        Subject subject(corpus.name(), std::move(*text), peersFor(bytes, options),
+                        options.warm ? FreedMemory::kept : FreedMemory::returned);
         measure(subject);
     }
     return isComplete;

@@ -46,12 +46,12 @@ void measureParsing(Subject& subject) {
     for (const auto& peer : subject.peers)
         enter(*peer);
 
-    const std::vector<ContestResult> results = hold(contestants, subject.contestLength());
+    const std::vector<ContestResult> results = hold(contestants, subject.contestRules());
     for (auto peer = results.begin() + 1; peer != results.end(); ++peer)
         printParsing(subject, results.front(), *peer);
     for (const ContestResult& result : results)
         if (!result.seconds.empty())
-            report::latency("json/free-" + result.name + "/" + subject.name, freeing[result.name]);
+            report::latency(subject.label("free-" + result.name), freeing[result.name]);
 }
 
 } // namespace quelm::bench

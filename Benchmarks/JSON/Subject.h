@@ -18,18 +18,23 @@ struct Subject {
     QuelmLibrary ours;
     std::vector<std::unique_ptr<JSONLibrary>> peers;
 
-    Subject(std::string documentName, SharedText paddedText, std::vector<std::unique_ptr<JSONLibrary>> others)
-        : name(std::move(documentName)), text(std::move(paddedText)), ours(text), peers(std::move(others)) {}
+    FreedMemory freedMemory;
 
-    /// As in "json/parse/records-100MB".
+    Subject(std::string documentName, SharedText paddedText, std::vector<std::unique_ptr<JSONLibrary>> others,
+            FreedMemory between)
+        : name(std::move(documentName)), text(std::move(paddedText)), ours(text), peers(std::move(others)),
+          freedMemory(between) {}
+
+    /// As in "json/parse/records-100MB"; "json-warm/…" when freed memory is kept.
     std::string label(std::string_view measurement) const {
-        return "json/" + std::string(measurement) + "/" + name;
+        const std::string group = freedMemory == FreedMemory::kept ? "json-warm/" : "json/";
+        return group + std::string(measurement) + "/" + name;
     }
 
     /// Large texts need fewer rounds for a median that stands still.
-    ContestLength contestLength() const {
+    ContestRules contestRules() const {
         constexpr double largeText = 30e6;
-        return {.fewestRounds = bytes() < largeText ? 9 : 5};
+        return {.fewestRounds = bytes() < largeText ? 9 : 7, .freedMemory = freedMemory};
     }
 
     double bytes() const { return static_cast<double>(text.size()); }

@@ -57,7 +57,7 @@ public:
         for (const auto& peer : subject_.peers)
             if (peer->canWrite(layout_) && isComparable(*peer))
                 enter(*peer);
-        const std::vector<ContestResult> results = hold(contestants_, subject_.contestLength());
+        const std::vector<ContestResult> results = hold(contestants_, subject_.contestRules());
         for (auto peer = results.begin() + 1; peer != results.end(); ++peer)
             print(results.front(), *peer);
     }

@@ -9,9 +9,14 @@ void TreeBuilder::nextBlock() {
     constexpr std::size_t mostListWords = 0xF000'0000; // as many as 32 bits address, less what blocks leave unused
     if (nextID_ >= TreeStorage::maximumNodeCount - storage_.nodes.itemsPerBlock || storage_.lists.size() > mostListWords)
         throw std::length_error("a tree stores fewer than 2^31 nodes");
-    const std::span<NodeRecord> room = storage_.nodes.room();
-    blockBegin_ = next_ = room.data();
-    blockEnd_ = blockBegin_ + room.size();
+    const auto pendingCount = static_cast<std::size_t>(pendingNext_ - pending_.data());
+    constexpr std::size_t room = 2 * decltype(TreeStorage::nodes)::itemsPerBlock; // a stride is read beyond the last id
+    if (pending_.size() - pendingCount < room)
+        pending_.resize(pendingCount * 2 + room);
+    pendingNext_ = pending_.data() + pendingCount;
+    const std::span<NodeRecord> block = storage_.nodes.room();
+    blockBegin_ = next_ = block.data();
+    blockEnd_ = blockBegin_ + block.size();
 }
 
 void TreeBuilder::commit() {

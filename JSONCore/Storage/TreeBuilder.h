@@ -4,6 +4,7 @@
 #include "TextCore/Check.h"
 
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 namespace quelm {
@@ -38,7 +39,7 @@ public:
         NodeRecord* record = add(NodeRecord::emptyContainer(kind, key, parent_));
         if (openCount_ == open_.size()) [[unlikely]]
             open_.resize(openCount_ * 2 + 64);
-        open_[openCount_++] = {record, id, pendingCount_};
+        open_[openCount_++] = {record, id, static_cast<std::size_t>(pendingNext_ - pending_.data())};
         parent_ = id;
     }
 
@@ -47,17 +48,18 @@ public:
 
     void close() {
         const Open container = open_[--openCount_];
-        if (const std::size_t count = pendingCount_ - container.firstPending) {
-            setChildren(*container.record, pending_.data() + container.firstPending, count);
+        std::uint32_t* first = pending_.data() + container.firstPending;
+        if (pendingNext_ != first) {
+            setChildren(*container.record, first, static_cast<std::size_t>(pendingNext_ - first));
             container.record->second = nextID_ - container.id;
-            pendingCount_ = container.firstPending;
+            pendingNext_ = first;
         }
         parent_ = openCount_ != 0 ? open_[openCount_ - 1].id : NodeRecord::noParent;
     }
 
     /// The id of the top value. All containers must be closed; nothing may be added afterwards.
     NodeID finish() {
-        require(openCount_ == 0 && pendingCount_ == 1, "one whole value has been added");
+        require(openCount_ == 0 && pendingNext_ == pending_.data() + 1, "one whole value has been added");
         commit();
         isFinished_ = true;
         return NodeID{static_cast<std::int32_t>(firstID_)};
@@ -74,9 +76,7 @@ private:
     NodeRecord* add(const NodeRecord& record) {
         if (next_ == blockEnd_) [[unlikely]]
             nextBlock();
-        if (pendingCount_ == pending_.size()) [[unlikely]]
-            pending_.resize(pendingCount_ * 2 + 256);
-        pending_[pendingCount_++] = nextID_++;
+        *pendingNext_++ = nextID_++; // a new block came with room for as many
         *next_ = record;
         return next_++;
     }
@@ -87,12 +87,15 @@ private:
             storage_.setLargeList(container, ids, count);
             return;
         }
-        if (static_cast<std::size_t>(listEnd_ - listNext_) < count + 1) [[unlikely]]
-            nextListBlock(count + 1);
+        // Ids are copied in strides of fixed size, up to one stride more than there are: that beats a call.
+        constexpr std::size_t stride = 8;
+        if (static_cast<std::size_t>(listEnd_ - listNext_) < 1 + count + stride) [[unlikely]]
+            nextListBlock(1 + count + stride);
         container.first = listOffset_ + static_cast<std::uint32_t>(listNext_ - listBegin_);
-        *listNext_++ = TreeStorage::listHead(count, count);
-        for (std::size_t i = 0; i < count; ++i)
-            *listNext_++ = ids[i];
+        *listNext_ = TreeStorage::listHead(count, count);
+        for (std::size_t i = 0; i < count; i += stride)
+            std::memcpy(listNext_ + 1 + i, ids + i, stride * sizeof(std::uint32_t));
+        listNext_ += 1 + count;
     }
 
     void nextBlock();
@@ -115,8 +118,9 @@ private:
     std::uint32_t parent_ = NodeRecord::noParent;
     std::vector<Open> open_;
     std::size_t openCount_ = 0;
+    /// Ids that wait for the container around them to close.
     std::vector<std::uint32_t> pending_;
-    std::size_t pendingCount_ = 0;
+    std::uint32_t* pendingNext_ = nullptr;
     bool isFinished_ = false;
 };
 

@@ -12,11 +12,15 @@ struct FileWriting {
     Q_DECLARE_TR_FUNCTIONS(quelm::FileWriting)
 };
 
+/// A folder, or a device or pipe, which must not be replaced by a file.
+FileError notAFileError(const QFileInfo& info) {
+    return {info.isDir() ? FileWriting::tr("Ya hay una carpeta con ese nombre.")
+                         : FileWriting::tr("Ya hay algo con ese nombre que no es un archivo normal.")};
+}
+
 FileError openError(const QSaveFile& file) {
     const QFileInfo info(file.fileName());
     const QFileInfo folder(info.absolutePath());
-    if (info.isDir())
-        return {FileWriting::tr("Ya hay una carpeta con ese nombre.")};
     if (!folder.isDir())
         return {FileWriting::tr("La carpeta «%1» no existe.").arg(folder.filePath())};
     if (info.exists() && !info.isWritable())
@@ -40,6 +44,8 @@ bool writeAll(QSaveFile& file, std::string_view bytes) {
 } // namespace
 
 std::expected<void, FileError> writeFile(const QString& path, const SharedText& bytes) {
+    if (const QFileInfo old(path); old.exists() && !old.isFile())
+        return std::unexpected(notAFileError(old));
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return std::unexpected(openError(file));

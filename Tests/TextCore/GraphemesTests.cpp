@@ -61,6 +61,7 @@ struct Alphabet {
 
 constexpr Alphabet alphabets[] = {
     {"ASCII", U"ab \t\n\r\r\n\u0000\u007F"},
+    {"Latin", U"a\r\n\u00E9\u00F1\u00AD\u0085\u02FF\u0250z"},
     {"CombiningMarks", U"ae\r\n\u00E9\u00F1\u0300\u0301\u0327\u0308\u20DD\u00AD"},
     {"Hangul", U"a \u1100\u1112\uA960\u1160\u1175\uD7B0\u11A8\u11C2\uD7CB\uAC00\uAC01\uD7A3\u0301"},
     {"RegionalIndicators", U"a\n\U0001F1EA\U0001F1F8\U0001F1E6\U0001F1FF\u0301\u200D"},
@@ -99,6 +100,8 @@ TEST_P(GraphemesOfTest, AgreesWithOnePassOfICUAmongLongPlainRuns) {
             text += std::string(randomBelow(random, 3) * randomBelow(random, 100), 'x');
             text += test::randomText(random, GetParam().characters, randomBelow(random, 30));
             text += repeated("\u4E2D", randomBelow(random, 2) * randomBelow(random, 40));
+            text +=
+                test::randomText(random, U"xy\r\n\u00F1", randomBelow(random, 2) * randomBelow(random, 200));
         }
         expectBoundariesOfICU(text, random, 20);
     }
@@ -173,8 +176,19 @@ TEST(Graphemes, PairsOfRegionalIndicatorsAreCountedFromTheFirstOne) {
     }
 }
 
+TEST(Graphemes, ALongRunOfLatinTextIsCountedWhateverPlaceItsBlocksEndAt) {
+    std::mt19937 random(6);
+    for (std::size_t shift = 0; shift < 4; ++shift) {
+        const std::string start = std::string(shift, 'x');
+        expectBoundariesOfICU(start + repeated("\u00F1", 70'000), random, 20);
+        expectBoundariesOfICU(start + repeated("\r\n", 70'000), random, 20);
+        expectBoundariesOfICU(start + repeated("\u00F1\r\n", 50'000) + "\u0301", random, 20);
+    }
+}
+
 TEST(Graphemes, TheASCIICharacterBesideOtherTextMayBelongToIt) {
-    for (const std::size_t before : {0, 1, 2, 63, 64, 65, 255, 256, 65'534, 65'535, 65'536, 65'537}) {
+    for (const std::size_t before :
+         {0, 1, 2, 14, 15, 16, 17, 63, 64, 65, 255, 256, 65'534, 65'535, 65'536, 65'537}) {
         const std::string run(before, 'x');
         const auto length = static_cast<std::int64_t>(before);
         EXPECT_EQ(graphemes::count(run + "e\u0301"), length + 1);

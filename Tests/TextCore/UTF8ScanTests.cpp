@@ -21,6 +21,7 @@ namespace quelm {
 namespace {
 
 using test::GuardedText;
+using test::joined;
 using test::randomBelow;
 using test::repeated;
 
@@ -208,6 +209,29 @@ TEST_P(UTF8ScanTest, CountsLineFeedsAndPairsWithACarriageReturnInAnyBytes) {
     }
 }
 
+TEST_P(UTF8ScanTest, CountsTheCharactersOfValidText) {
+    std::mt19937 random(3);
+    for (int turn = 0; turn < 5'000; ++turn) {
+        const std::string text = randomValidText(random, 300);
+        std::size_t characters = 0;
+        for (std::size_t at = 0; at < text.size();
+             at += utf8::leadingScalar(std::string_view(text).substr(at)).size)
+            ++characters;
+        ASSERT_EQ(utf8::countCharacters(text), characters);
+    }
+}
+
+TEST_P(UTF8ScanTest, TheLowPrefixEndsBeforeTheFirstCharacterFromItsLimit) {
+    for (std::size_t size = 0; size < 300; ++size) {
+        const std::string low = std::string(size % 3, 'x') + repeated("\u02FF", size);
+        ASSERT_EQ(utf8::lowPrefixLength(low), low.size());
+        ASSERT_EQ(utf8::lowPrefixLength(joined({low, "\u0300", low})), low.size());
+        ASSERT_EQ(utf8::lowPrefixLength(joined({low, "\U0010FFFF", low})), low.size());
+        ASSERT_EQ(utf8::lowPrefixLength(low + "\xCB"), low.size() + 1)
+            << "a text that ends within a character";
+    }
+}
+
 TEST_P(UTF8ScanTest, NothingBeyondTheEndIsRead) {
     for (std::size_t size = 0; size < 700; ++size) {
         for (const char byte : {'x', '\n', '\xBF'}) {
@@ -216,6 +240,8 @@ TEST_P(UTF8ScanTest, NothingBeyondTheEndIsRead) {
             EXPECT_EQ(utf8::asciiPrefixLength(text.view()), byte == '\xBF' ? 0 : size);
             EXPECT_EQ(utf8::countLineFeeds(text.view()), byte == '\n' ? size : 0);
             EXPECT_EQ(utf8::countCRLF(text.view()), 0u);
+            EXPECT_EQ(utf8::lowPrefixLength(text.view()), size);
+            EXPECT_EQ(utf8::countCharacters(text.view()), byte == '\xBF' ? 0 : size);
         }
         const GuardedText unfinished(std::string(size, 'x') + "\xF0\x9F\x98");
         EXPECT_FALSE(utf8::isValid(unfinished.view()));

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <map>
+#include <unordered_set>
 
 namespace quelm::test {
 
@@ -26,9 +27,9 @@ std::string shownValue(const NaiveNode& node) {
 }
 
 /// The keys, in canonical form, that several members of an object have.
-std::set<std::string> duplicateKeys(const NaiveNode& object, const NaiveTree& tree) {
-    std::set<std::string> seen;
-    std::set<std::string> duplicates;
+std::unordered_set<std::string> duplicateKeys(const NaiveNode& object, const NaiveTree& tree) {
+    std::unordered_set<std::string> seen;
+    std::unordered_set<std::string> duplicates;
     for (const NodeID member : object.children) {
         const std::string form = canonicalForm(tree[member].key);
         if (!seen.insert(form).second)
@@ -78,7 +79,7 @@ std::vector<TreeRow> NaiveOutline::buildRows(NodeID id, std::int64_t depth, cons
         if (!isExpanded)
             continue;
         const bool isObject = node.kind == NodeKind::object;
-        const auto duplicates = isObject ? duplicateKeys(node, tree) : std::set<std::string>();
+        const auto duplicates = isObject ? duplicateKeys(node, tree) : std::unordered_set<std::string>();
         for (std::size_t i = node.children.size(); i-- > 0;) {
             const NodeID child = node.children[i];
             const std::string& key = tree[child].key;

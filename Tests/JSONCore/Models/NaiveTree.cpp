@@ -4,7 +4,7 @@
 #include "TextCore/CanonicalText.h"
 
 #include <algorithm>
-#include <set>
+#include <unordered_set>
 
 namespace quelm::test {
 
@@ -104,7 +104,7 @@ std::int64_t NaiveTree::keyOccurrences(NodeID parent, std::string_view key) cons
 }
 
 std::string NaiveTree::uniqueKey(std::string_view base, NodeID parent) const {
-    std::set<std::string> taken;
+    std::unordered_set<std::string> taken;
     for (const NodeID member : (*this)[parent].children)
         taken.insert(canonicalForm((*this)[member].key));
     std::string key(base);

@@ -82,12 +82,14 @@ std::string literal(std::string_view text, bool isUntidy, Random& random) {
 
 class RandomWriter {
 public:
-    RandomWriter(Random& random, const JSONShape& shape)
-        : random_(random), shape_(shape), left_(shape.values) {}
+    RandomWriter(Random& random, const JSONShape& shape) : random_(random), shape_(shape) {}
 
     std::string write() {
         white();
-        value(0);
+        if (shape_.values > 1)
+            container(shape_.values - 1, shape_.largestContainer);
+        else
+            value(1);
         white();
         return std::move(text_);
     }
@@ -100,20 +102,22 @@ private:
             text_ += random_.oneOf(std::string_view(" \t\n\r"));
     }
 
-    void value(int depth) {
-        --left_;
-        const bool isContainer =
-            depth == 0 ? !random_.oneIn(10) : depth < 12 && left_ > 0 && random_.oneIn(3);
-        if (!isContainer) {
+    /// A value with about so many values in it, itself included.
+    void value(std::int64_t values) {
+        if (values > 1 && !random_.oneIn(6))
+            container(values - 1, 1 + random_.below(std::min(values, shape_.largestContainer)));
+        else if (random_.oneIn(8))
+            container(0, 0);
+        else
             scalar();
-            return;
-        }
+    }
+
+    /// A container of at most `count` members or elements that share `values` among them.
+    void container(std::int64_t values, std::int64_t count) {
         const bool isObject = random_.oneIn(2);
         text_ += isObject ? '{' : '[';
-        const std::int64_t count = depth == 0
-                                       ? shape_.largestContainer
-                                       : random_.below(std::min(left_ + 1, shape_.largestContainer + 1));
-        for (std::int64_t i = 0; i < count && (i == 0 || left_ > 0); ++i) {
+        white();
+        for (std::int64_t i = 0; i < count && values > 0; ++i) {
             if (i > 0)
                 text_ += ',';
             white();
@@ -123,10 +127,13 @@ private:
                 text_ += ':';
                 white();
             }
-            value(depth + 1);
+            const std::int64_t fair = values / (count - i);
+            const std::int64_t share =
+                std::min(values, random_.oneIn(3) ? 1 : 1 + random_.below(2 * fair + 1));
+            values -= share;
+            value(share);
             white();
         }
-        white();
         text_ += isObject ? '}' : ']';
     }
 
@@ -154,7 +161,6 @@ private:
 
     Random& random_;
     JSONShape shape_;
-    std::int64_t left_;
     std::string text_;
 };
 

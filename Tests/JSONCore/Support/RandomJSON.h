@@ -17,8 +17,8 @@ struct JSONShape {
     bool isUntidy = true;
 };
 
-/// A valid JSON text. Its keys come from a small stock: duplicates are common, and so are pairs that are canonically
-/// equivalent but not the same bytes.
+/// A valid JSON text. Its keys come from a small stock: duplicates are common, and so are pairs that are
+/// canonically equivalent but not the same bytes.
 std::string randomJSON(Random& random, const JSONShape& shape = {});
 
 /// A key of that stock, decoded.
@@ -30,7 +30,8 @@ std::string randomText(Random& random);
 /// A number literal.
 std::string randomNumber(Random& random);
 
-/// The text with some characters taken out, put in, replaced or moved; or cut off. Valid JSON or not, always UTF-8.
+/// The text with some characters taken out, put in, replaced or moved; or cut off. Valid JSON or not, always
+/// UTF-8.
 std::string mutated(const std::string& text, Random& random);
 
 } // namespace quelm::test

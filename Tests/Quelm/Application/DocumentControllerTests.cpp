@@ -1,0 +1,227 @@
+#include "Quelm/Application/DocumentController.h"
+#include "Quelm/Application/FileMenu.h"
+#include "Tests/Quelm/Support/Printing.h"
+#include "Tests/Quelm/Support/TemporaryPreferences.h"
+#include "Tests/Quelm/Support/TestDocuments.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QMenu>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+namespace quelm {
+namespace {
+
+template <typename Dialog>
+Dialog* shownDialog() {
+    for (QWidget* widget : QApplication::topLevelWidgets()) {
+        auto* dialog = qobject_cast<Dialog*>(widget);
+        if (dialog && dialog->isVisible())
+            return dialog;
+    }
+    return nullptr;
+}
+
+class DocumentControllerTests : public testing::Test {
+protected:
+    EditorView* window(std::size_t index = 0) { return controller_.windows().at(index); }
+    bool waitForWindows(std::size_t count) {
+        return QTest::qWaitFor([=, this] {
+            return controller_.windows().size() == count &&
+                   std::ranges::all_of(controller_.windows(), [](const EditorView* shown) {
+                       return shown->isVisible() && !shown->isOpening();
+                   });
+        });
+    }
+    QMessageBox* waitForAlert() {
+        return QTest::qWaitFor([] { return shownDialog<QMessageBox>() != nullptr; })
+                   ? shownDialog<QMessageBox>()
+                   : nullptr;
+    }
+    EditorView* openWindow(const QString& path) {
+        controller_.open(path);
+        return waitForWindows(1) ? window() : nullptr;
+    }
+
+    TemporaryPreferences preferences_;
+    TemporaryFolder folder_;
+    DocumentController controller_{[this](EditorView& view) { addFileMenu(view, controller_); }};
+};
+
+TEST_F(DocumentControllerTests, ANewDocumentIsAnEmptyObjectInAWindow) {
+    controller_.newDocument();
+    ASSERT_TRUE(waitForWindows(1));
+    EXPECT_EQ(window()->windowTitle(), QStringLiteral("Sin título"));
+    EXPECT_EQ(window()->treeEditor().outline().rowCount(), 1);
+}
+
+TEST_F(DocumentControllerTests, AFileOpensInAWindowOfItsOwn) {
+    controller_.open(folder_.write(QStringLiteral("a.json"), "[1,2]"));
+    controller_.open(folder_.write(QStringLiteral("b.json"), "[1"));
+    ASSERT_TRUE(waitForWindows(2));
+    EXPECT_EQ(window(0)->windowTitle(), QStringLiteral("a.json"));
+    EXPECT_EQ(window(0)->document().mode(), EditorMode::tree);
+    EXPECT_EQ(window(0)->document().revision(), 1);
+    EXPECT_EQ(window(1)->document().mode(), EditorMode::text);
+    EXPECT_FALSE(controller_.hasOnlyFailed());
+}
+
+TEST_F(DocumentControllerTests, AFileThatIsOpenIsNotOpenedAgain) {
+    const QString path = folder_.write(QStringLiteral("a.json"), "[1,2]");
+    ASSERT_TRUE(openWindow(path));
+    controller_.open(QFileInfo(path).path() + QStringLiteral("/./a.json"));
+    EXPECT_EQ(controller_.windows().size(), 1);
+}
+
+TEST_F(DocumentControllerTests, AFileThatCannotBeOpenedIsToldInAnAlert) {
+    QSignalSpy idle(&controller_, &DocumentController::becameIdle);
+    controller_.open(folder_.write(QStringLiteral("latin1.json"), "\"a\xf1o\""));
+    QMessageBox* alert = waitForAlert();
+    ASSERT_NE(alert, nullptr);
+    EXPECT_EQ(alert->text(), QStringLiteral("No se pudo abrir «latin1.json»."));
+    EXPECT_EQ(alert->informativeText(),
+              QStringLiteral("Línea 1, columna 1: El archivo no está codificado en UTF-8"));
+    EXPECT_EQ(alert->button(QMessageBox::Ok)->text().remove(u'&'), QStringLiteral("Aceptar"));
+    EXPECT_TRUE(controller_.windows().empty());
+    EXPECT_TRUE(controller_.hasOnlyFailed());
+    EXPECT_EQ(idle.count(), 0) << "the alert has not been read yet";
+    QTest::keyClick(alert, Qt::Key_Return);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return idle.count() == 1; }));
+}
+
+TEST_F(DocumentControllerTests, AMissingFileDoesNotKeepOthersFromOpening) {
+    controller_.open(folder_.path(QStringLiteral("nada.json")));
+    controller_.open(folder_.write(QStringLiteral("a.json"), "{}"));
+    ASSERT_TRUE(waitForWindows(1));
+    QMessageBox* alert = waitForAlert();
+    ASSERT_NE(alert, nullptr);
+    EXPECT_EQ(alert->informativeText(), QStringLiteral("El archivo no existe."));
+    EXPECT_FALSE(controller_.hasOnlyFailed());
+    alert->close();
+}
+
+TEST_F(DocumentControllerTests, ClosingTheLastWindowLeavesTheControllerIdle) {
+    QSignalSpy idle(&controller_, &DocumentController::becameIdle);
+    EditorView* opened = openWindow(folder_.write(QStringLiteral("a.json"), "[]"));
+    ASSERT_NE(opened, nullptr);
+    EXPECT_FALSE(controller_.isIdle());
+    opened->close();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return idle.count() == 1; }));
+    EXPECT_TRUE(controller_.isIdle());
+}
+
+#ifdef Q_OS_UNIX
+TEST_F(DocumentControllerTests, AFileThatTakesLongIsAnnouncedAndCanBeGivenUp) {
+    // Nobody writes into the pipe yet: reading it waits.
+    const QString pipe = folder_.path(QStringLiteral("tubo.json"));
+    ASSERT_EQ(mkfifo(qUtf8Printable(pipe), 0600), 0);
+    controller_.open(pipe);
+    EXPECT_FALSE(window()->isVisible());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window()->isVisible(); }));
+    EXPECT_TRUE(window()->isOpening());
+    controller_.save(*window());
+    controller_.saveAs(*window());
+    EXPECT_EQ(shownDialog<QFileDialog>(), nullptr) << "there is nothing to save yet";
+    window()->close();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return controller_.windows().empty(); }));
+    const int writer = ::open(qUtf8Printable(pipe), O_WRONLY);
+    ::close(writer);
+    QTest::qWait(50);
+    EXPECT_EQ(shownDialog<QMessageBox>(), nullptr);
+    EXPECT_TRUE(controller_.windows().empty());
+}
+#endif
+
+TEST_F(DocumentControllerTests, SavingWritesTheFileBackByteForByte) {
+    const std::string bytes = "\xEF\xBB\xBF{ \"b\":1,\r\n \"a\" : [ ] }";
+    const QString path = folder_.write(QStringLiteral("a.json"), bytes);
+    EditorView* opened = openWindow(path);
+    ASSERT_NE(opened, nullptr);
+    ASSERT_TRUE(QFile::remove(path));
+    QTest::keyClick(opened, Qt::Key_S, Qt::ControlModifier);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return QFileInfo::exists(path); }));
+    EXPECT_EQ(TemporaryFolder::contents(path), bytes);
+}
+
+TEST_F(DocumentControllerTests, ANewDocumentIsSavedWhereTheUserSays) {
+    controller_.newDocument();
+    ASSERT_TRUE(waitForWindows(1));
+    QTest::keyClick(window(), Qt::Key_S, Qt::ControlModifier);
+    auto* dialog = shownDialog<QFileDialog>();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->selectedFiles().front().section(u'/', -1), QStringLiteral("Sin título.json"));
+    EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Guardar como"));
+    const QString path = folder_.path(QStringLiteral("nuevo"));
+    dialog->findChild<QLineEdit*>()->setText(path);
+    QTest::keyClick(dialog->findChild<QLineEdit*>(), Qt::Key_Return);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window()->windowTitle() == QStringLiteral("nuevo.json"); }));
+    EXPECT_EQ(TemporaryFolder::contents(path + QStringLiteral(".json")), "{}\n");
+}
+
+TEST_F(DocumentControllerTests, ADocumentThatCouldNotBeSavedSaysWhyAndKeepsItsPlace) {
+    const QString path = folder_.write(QStringLiteral("a.json"), "[]");
+    EditorView* opened = openWindow(path);
+    ASSERT_NE(opened, nullptr);
+    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QDir().mkdir(path));
+    controller_.save(*opened);
+    QMessageBox* alert = waitForAlert();
+    ASSERT_NE(alert, nullptr);
+    EXPECT_EQ(alert->text(), QStringLiteral("No se pudo guardar «a.json»."));
+    EXPECT_EQ(alert->informativeText(), QStringLiteral("Ya hay una carpeta con ese nombre."));
+    EXPECT_EQ(alert->parentWidget(), opened);
+    EXPECT_EQ(opened->document().configuration().fileLocation(), path);
+    alert->close();
+}
+
+TEST_F(DocumentControllerTests, TheOpenDialogStartsInTheFolderOfTheDocument) {
+    EditorView* opened = openWindow(folder_.write(QStringLiteral("a.json"), "[]"));
+    ASSERT_NE(opened, nullptr);
+    QTest::keyClick(opened, Qt::Key_O, Qt::ControlModifier);
+    auto* dialog = shownDialog<QFileDialog>();
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->directory().absolutePath(),
+              QFileInfo(folder_.path(QStringLiteral("a.json"))).absolutePath());
+    EXPECT_EQ(dialog->fileMode(), QFileDialog::ExistingFiles);
+    dialog->close();
+}
+
+TEST_F(DocumentControllerTests, TheFileMenuHasItsItemsAndShortcuts) {
+    controller_.newDocument();
+    const QMenu* menu = window()->menuBar()->actions().front()->menu();
+    EXPECT_EQ(menu->title().remove(u'&'), QStringLiteral("Archivo"));
+    QStringList items;
+    for (const QAction* action : menu->actions())
+        if (!action->isSeparator())
+            items +=
+                action->text().remove(u'&') + u' ' + action->shortcut().toString(QKeySequence::PortableText);
+    EXPECT_EQ(items,
+              QStringList({QStringLiteral("Abrir… Ctrl+O"), QStringLiteral("Guardar Ctrl+S"),
+                           QStringLiteral("Guardar como… Ctrl+Shift+S"), QStringLiteral("Salir Ctrl+Q")}));
+}
+
+TEST_F(DocumentControllerTests, QuittingClosesEveryWindow) {
+    controller_.newDocument();
+    controller_.newDocument();
+    ASSERT_TRUE(waitForWindows(2));
+    QTest::keyClick(window(), Qt::Key_Q, Qt::ControlModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return controller_.windows().empty(); }));
+}
+
+} // namespace
+} // namespace quelm

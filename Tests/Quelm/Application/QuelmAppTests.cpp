@@ -1,0 +1,109 @@
+#include "Tests/Quelm/Support/Printing.h"
+#include "Tests/Quelm/Support/TestDocuments.h"
+
+#include <QImage>
+#include <QProcess>
+
+#include <gtest/gtest.h>
+
+namespace quelm {
+namespace {
+
+/// What a run of the program printed and returned.
+struct ProgramRun {
+    int status;
+    QString output;
+    QString errors;
+};
+
+/// Runs the program without a display, unless a platform is asked for.
+ProgramRun runQuelm(const QStringList& arguments, const QString& platform = {}) {
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char* variable : {"DISPLAY", "WAYLAND_DISPLAY", "QT_QPA_PLATFORM"})
+        environment.remove(QLatin1String(variable));
+    if (!platform.isEmpty())
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), platform);
+    QProcess process;
+    process.setProcessEnvironment(environment);
+    process.start(QStringLiteral(QUELM_PATH), arguments);
+    const bool hasEnded = process.waitForFinished();
+    return {hasEnded && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
+            QString::fromUtf8(process.readAllStandardOutput()),
+            QString::fromUtf8(process.readAllStandardError())};
+}
+
+class QuelmAppTests : public testing::Test {
+protected:
+    QString picture() const { return folder_.path(QStringLiteral("captura.png")); }
+    TemporaryFolder folder_;
+};
+
+TEST_F(QuelmAppTests, HelpAndVersionNeedNoDisplay) {
+    const ProgramRun help = runQuelm({QStringLiteral("--help")});
+    EXPECT_EQ(help.status, 0);
+    EXPECT_TRUE(help.output.startsWith(QStringLiteral("Uso: quelm ")));
+    const ProgramRun version = runQuelm({QStringLiteral("--version")});
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.output, QStringLiteral("Quelm " QUELM_VERSION "\n"));
+}
+
+TEST_F(QuelmAppTests, WindowsWithoutADisplayAreRefusedInWords) {
+    const ProgramRun run = runQuelm({});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.errors, QStringLiteral("quelm: No hay pantalla en la que abrir ventanas.\n"));
+}
+
+TEST_F(QuelmAppTests, AnUnknownOptionIsRefusedInWords) {
+    const ProgramRun run = runQuelm({QStringLiteral("--fast")}, QStringLiteral("offscreen"));
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.errors, QStringLiteral("quelm: No existe la opción --fast.\n"));
+}
+
+TEST_F(QuelmAppTests, ACaptureIsAPictureOfTheWindowInTheScaleAskedFor) {
+    const QString file = folder_.write(QStringLiteral("a.json"), "{\"a\":[1,2]}");
+    const ProgramRun once = runQuelm({QStringLiteral("--capture"), picture(), file});
+    EXPECT_EQ(once.status, 0);
+    EXPECT_EQ(once.errors, QString());
+    const QImage single(picture());
+    EXPECT_EQ(single.size(), QSize(860, 760));
+    const ProgramRun twice = runQuelm(
+        {QStringLiteral("--capture"), picture(), QStringLiteral("--scale"), QStringLiteral("2"), file});
+    EXPECT_EQ(twice.status, 0);
+    EXPECT_EQ(QImage(picture()).size(), QSize(1720, 1520));
+}
+
+TEST_F(QuelmAppTests, ACaptureShowsTheFile) {
+    runQuelm(
+        {QStringLiteral("--capture"), picture(), folder_.write(QStringLiteral("a.json"), "{\"a\":[1,2]}")});
+    const QImage valid(picture());
+    runQuelm(
+        {QStringLiteral("--capture"), picture(), folder_.write(QStringLiteral("a.json"), "{\"a\":[1,2}")});
+    const QImage invalid(picture());
+    EXPECT_NE(valid, invalid);
+    runQuelm({QStringLiteral("--capture"), picture(), QStringLiteral("--appearance"), QStringLiteral("dark"),
+              folder_.write(QStringLiteral("a.json"), "{\"a\":[1,2]}")});
+    EXPECT_LT(QImage(picture()).pixelColor(400, 700).lightness(), 64);
+    EXPECT_GT(valid.pixelColor(400, 700).lightness(), 192);
+}
+
+TEST_F(QuelmAppTests, AFileThatCannotBeCapturedIsToldOnStandardError) {
+    const QString missing = folder_.path(QStringLiteral("nada.json"));
+    const ProgramRun run = runQuelm({QStringLiteral("--capture"), picture(), missing});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.errors, missing + QStringLiteral(": El archivo no existe.\n"));
+    const QString latin = folder_.write(QStringLiteral("a.json"), "\"\xf1\"");
+    EXPECT_EQ(runQuelm({QStringLiteral("--capture"), picture(), latin}).errors,
+              latin + QStringLiteral(": Línea 1, columna 1: El archivo no está codificado en UTF-8\n"));
+    EXPECT_FALSE(QFile::exists(picture()));
+}
+
+TEST_F(QuelmAppTests, APictureThatCannotBeWrittenIsToldOnStandardError) {
+    const QString nowhere = folder_.path(QStringLiteral("falta/captura.png"));
+    const ProgramRun run =
+        runQuelm({QStringLiteral("--capture"), nowhere, folder_.write(QStringLiteral("a.json"), "[]")});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.errors, nowhere + QStringLiteral(": No se pudo escribir la imagen.\n"));
+}
+
+} // namespace
+} // namespace quelm

@@ -1,0 +1,181 @@
+#include "Quelm/Foundation/Fonts.h"
+#include "Quelm/TreeEditor/TreeRowStyle.h"
+#include "Quelm/TreeEditor/TreeRowView.h"
+
+#include <QGuiApplication>
+#include <QImage>
+
+#include <gtest/gtest.h>
+#include <memory>
+
+namespace quelm {
+namespace {
+
+constexpr int width = 600;
+
+class TreeRowViewTests : public testing::Test {
+protected:
+    TreeRowView view(const TreeRow& row, int viewWidth = width) {
+        contents_ = std::make_unique<TreeRowContents>(row, style_);
+        return TreeRowView(style_, *contents_, QRect(0, 0, viewWidth, style_.rowHeight), 0);
+    }
+
+    QImage painted(const TreeRow& row, TreeRowEmphasis emphasis = TreeRowEmphasis::none) {
+        QImage image(width, style_.rowHeight, QImage::Format_RGB32);
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        painter.setRenderHint(QPainter::Antialiasing);
+        view(row).paint(painter, emphasis, row.isExpanded ? 90 : 0);
+        return image;
+    }
+
+    static int firstPaintedColumn(const QImage& image) {
+        for (int x = 0; x < image.width(); ++x)
+            for (int y = 0; y < image.height(); ++y)
+                if (image.pixel(x, y) != qRgb(255, 255, 255))
+                    return x;
+        return image.width();
+    }
+
+    static TreeRow number(std::int64_t depth) {
+        return {
+            .depth = depth, .label = TreeRow::Label::key("clave"), .kind = NodeKind::number, .value = "12"};
+    }
+
+    TreeRowStyle style_{QGuiApplication::palette()};
+    std::unique_ptr<TreeRowContents> contents_;
+};
+
+TEST_F(TreeRowViewTests, ARowOfDepthThreeStandsFortyEightPointsToTheRightOfOneOfDepthZero) {
+    for (const TreeRowPart part : {TreeRowPart::badge, TreeRowPart::label, TreeRowPart::value}) {
+        const double shallow = view(number(0)).rect(part).left();
+        const double deep = view(number(3)).rect(part).left();
+        EXPECT_EQ(deep - shallow, 3 * scaledPixels(16));
+    }
+    EXPECT_EQ(firstPaintedColumn(painted(number(3))) - firstPaintedColumn(painted(number(0))),
+              3 * scaledPixels(16));
+}
+
+TEST_F(TreeRowViewTests, PartsFollowEachOtherFromLeftToRight) {
+    TreeRow row{.label = TreeRow::Label::key("a"), .kind = NodeKind::object, .childCount = 2};
+    row.isDuplicateKey = true;
+    const TreeRowView view = this->view(row);
+    EXPECT_LT(view.rect(TreeRowPart::chevron).right(), view.rect(TreeRowPart::badge).left());
+    EXPECT_LT(view.rect(TreeRowPart::badge).right(), view.rect(TreeRowPart::label).left());
+    EXPECT_LT(view.rect(TreeRowPart::label).right(), view.rect(TreeRowPart::duplicateMark).left());
+    EXPECT_LT(view.rect(TreeRowPart::duplicateMark).right(), view.rect(TreeRowPart::value).left());
+}
+
+TEST_F(TreeRowViewTests, BadgesLineUpWhetherThereIsAChevronOrNot) {
+    const TreeRow container{.label = TreeRow::Label::index(0), .kind = NodeKind::array};
+    const TreeRow scalar{.label = TreeRow::Label::index(1), .kind = NodeKind::null, .value = "null"};
+    EXPECT_EQ(view(container).rect(TreeRowPart::badge), view(scalar).rect(TreeRowPart::badge));
+    EXPECT_FALSE(view(container).rect(TreeRowPart::chevron).isEmpty());
+    EXPECT_TRUE(view(scalar).rect(TreeRowPart::chevron).isEmpty());
+}
+
+TEST_F(TreeRowViewTests, OnlyContainersHaveAChevronToClick) {
+    const QPointF place = view({.kind = NodeKind::array}).rect(TreeRowPart::chevron).center();
+    EXPECT_TRUE(view({.kind = NodeKind::array}).isOnChevron(place));
+    EXPECT_TRUE(view({.kind = NodeKind::array}).isOnChevron(QPointF(place.x(), 1)));
+    EXPECT_FALSE(view({.kind = NodeKind::array}).isOnChevron(place + QPointF(style_.badgeWidth, 0)));
+    EXPECT_FALSE(view(number(0)).isOnChevron(place));
+}
+
+TEST_F(TreeRowViewTests, TheDuplicateMarkIsThereForDuplicatesOnly) {
+    TreeRow row = number(0);
+    EXPECT_TRUE(view(row).rect(TreeRowPart::duplicateMark).isEmpty());
+    const QImage unmarked = painted(row);
+    row.isDuplicateKey = true;
+    const QRectF mark = view(row).rect(TreeRowPart::duplicateMark);
+    EXPECT_FALSE(mark.isEmpty());
+    EXPECT_NE(painted(row).copy(mark.toRect()), unmarked.copy(mark.toRect()));
+}
+
+TEST_F(TreeRowViewTests, WhatFitsIsNotShortened) {
+    const TreeRowView view = this->view(number(0));
+    EXPECT_FALSE(view.isShortened(TreeRowPart::label));
+    EXPECT_FALSE(view.isShortened(TreeRowPart::value));
+}
+
+TEST_F(TreeRowViewTests, ALongValueEndsBeforeTheEdgeAndLeavesTheKeyWhole) {
+    const TreeRow row{
+        .label = TreeRow::Label::key("clave"), .kind = NodeKind::string, .value = std::string(200, 'x')};
+    const TreeRowView view = this->view(row);
+    EXPECT_TRUE(view.isShortened(TreeRowPart::value));
+    EXPECT_FALSE(view.isShortened(TreeRowPart::label));
+    EXPECT_LE(view.rect(TreeRowPart::value).right(), width - style_.backgroundInset);
+}
+
+TEST_F(TreeRowViewTests, ALongKeyLeavesAShortValueWhole) {
+    const TreeRow row{
+        .label = TreeRow::Label::key(std::string(300, 'k')), .kind = NodeKind::number, .value = "12"};
+    const TreeRowView view = this->view(row);
+    EXPECT_TRUE(view.isShortened(TreeRowPart::label));
+    EXPECT_FALSE(view.isShortened(TreeRowPart::value));
+}
+
+TEST_F(TreeRowViewTests, ALongKeyAndALongValueShareTheRoom) {
+    const TreeRow row{.label = TreeRow::Label::key(std::string(300, 'k')),
+                      .kind = NodeKind::string,
+                      .value = std::string(200, 'x')};
+    const TreeRowView view = this->view(row);
+    EXPECT_TRUE(view.isShortened(TreeRowPart::label));
+    EXPECT_TRUE(view.isShortened(TreeRowPart::value));
+    EXPECT_NEAR(view.rect(TreeRowPart::label).width(), view.rect(TreeRowPart::value).width(), 2);
+}
+
+TEST_F(TreeRowViewTests, AViewTooNarrowForAnythingIsStillPainted) {
+    QImage image(40, style_.rowHeight, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    const TreeRowView narrow = view(number(2), 40);
+    narrow.paint(painter, TreeRowEmphasis::selection, 0);
+    EXPECT_EQ(narrow.rect(TreeRowPart::value).width(), 0);
+}
+
+TEST_F(TreeRowViewTests, TheChevronOfAnExpandedRowIsTurned) {
+    TreeRow row{.label = TreeRow::Label::root(), .kind = NodeKind::object, .childCount = 1};
+    const QImage collapsed = painted(row);
+    row.isExpanded = true;
+    EXPECT_NE(painted(row), collapsed);
+}
+
+TEST_F(TreeRowViewTests, EveryEmphasisLooksDifferent) {
+    std::vector<QImage> images;
+    for (const TreeRowEmphasis emphasis : {TreeRowEmphasis::none, TreeRowEmphasis::alternate,
+                                           TreeRowEmphasis::inactiveSelection, TreeRowEmphasis::selection})
+        images.push_back(painted(number(0), emphasis));
+    for (std::size_t left = 0; left < images.size(); ++left)
+        for (std::size_t right = left + 1; right < images.size(); ++right)
+            EXPECT_NE(images[left], images[right]) << left << " and " << right;
+}
+
+TEST_F(TreeRowViewTests, TheBackgroundOfASelectionIsInset) {
+    const QImage image = painted(number(0), TreeRowEmphasis::selection);
+    const int middle = style_.rowHeight / 2;
+    EXPECT_EQ(image.pixel(style_.backgroundInset - 1, middle), qRgb(255, 255, 255));
+    EXPECT_NE(image.pixel(style_.backgroundInset + 1, middle), qRgb(255, 255, 255));
+    EXPECT_EQ(image.pixel(style_.backgroundInset, 0), qRgb(255, 255, 255)) << "its corners are round";
+}
+
+TEST_F(TreeRowViewTests, ARowIsNeverPaintedOutsideItsStretch) {
+    QImage image(width, 3 * style_.rowHeight, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    std::string piled = "a";
+    for (int mark = 0; mark < 60; ++mark)
+        piled += "\u0301\u0323";
+    const TreeRow row{.label = TreeRow::Label::key(piled), .kind = NodeKind::string, .value = piled};
+    contents_ = std::make_unique<TreeRowContents>(row, style_);
+    TreeRowView(style_, *contents_, QRect(0, style_.rowHeight, width, style_.rowHeight), 0)
+        .paint(painter, TreeRowEmphasis::selection, 0);
+    painter.end();
+    QImage blank(width, style_.rowHeight, QImage::Format_RGB32);
+    blank.fill(Qt::white);
+    EXPECT_EQ(image.copy(0, 0, width, style_.rowHeight), blank);
+    EXPECT_EQ(image.copy(0, 2 * style_.rowHeight, width, style_.rowHeight), blank);
+}
+
+} // namespace
+} // namespace quelm

@@ -1,0 +1,320 @@
+#include "Quelm/TreeEditor/TreeEditor.h"
+#include "Quelm/TreeEditor/TreeView.h"
+#include "Tests/Quelm/Support/Printing.h"
+#include "Tests/Quelm/Support/TreeWindow.h"
+
+#include <QElapsedTimer>
+#include <QScrollBar>
+#include <QTest>
+#include <QWheelEvent>
+
+#include <gtest/gtest.h>
+
+namespace quelm {
+namespace {
+
+class TreeViewTests : public TreeWindow {};
+
+TEST_F(TreeViewTests, ShowingTheViewFillsItAndSelectsTheRoot) {
+    open("{\"a\":1,\"b\":[true]}");
+    EXPECT_EQ(rowCount(), 3);
+    EXPECT_EQ(selectedRow(), 0);
+}
+
+TEST_F(TreeViewTests, ANewRevisionKeepsTheSelectionWhereItsRowIsStillThere) {
+    open("[1,2,3]");
+    clickRow(2);
+    replace("[4,5,6]");
+    EXPECT_EQ(selectedRow(), 2);
+    replace("[4]");
+    EXPECT_EQ(selectedRow(), 0);
+}
+
+// Mouse.
+
+TEST_F(TreeViewTests, AClickSelectsARow) {
+    open("[1,[2],3]");
+    clickRow(2);
+    EXPECT_EQ(selectedRow(), 2);
+    EXPECT_EQ(rowCount(), 4);
+}
+
+TEST_F(TreeViewTests, AClickBelowTheRowsLeavesTheSelection) {
+    open("[1]");
+    clickRow(1);
+    QTest::mouseClick(view_->viewport(), Qt::LeftButton, {}, QPoint(50, view_->viewport()->height() - 5));
+    EXPECT_EQ(selectedRow(), 1);
+}
+
+TEST_F(TreeViewTests, AClickOnTheChevronTogglesWithoutSelecting) {
+    open("[[1,2],3]");
+    clickChevron(1);
+    EXPECT_EQ(rowCount(), 5);
+    EXPECT_EQ(selectedRow(), 0);
+    clickChevron(1);
+    EXPECT_EQ(rowCount(), 3);
+}
+
+TEST_F(TreeViewTests, AClickOnTheChevronWithAltOrShiftTakesTheSubtree) {
+    for (const Qt::KeyboardModifier modifier : {Qt::AltModifier, Qt::ShiftModifier}) {
+        open("[[[[1]]],3]");
+        clickChevron(1, modifier);
+        EXPECT_EQ(rowCount(), 6);
+        clickChevron(1, modifier);
+        EXPECT_EQ(rowCount(), 3);
+        clickChevron(1);
+        EXPECT_EQ(rowCount(), 4) << "the inner ones were collapsed too";
+    }
+}
+
+TEST_F(TreeViewTests, TwoQuickClicksOnTheChevronToggleTwice) {
+    open("[[1]]");
+    const QPoint place = chevron(1);
+    QTest::mouseClick(view_->viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(view_->viewport(), Qt::LeftButton, {}, place);
+    // A double click is a press, a release, the double click itself and a release.
+    EXPECT_EQ(rowCount(), 3);
+}
+
+TEST_F(TreeViewTests, ADoubleClickOnAContainerOnlySelectsIt) {
+    open("[[1]]");
+    QTest::mouseDClick(view_->viewport(), Qt::LeftButton, {}, rowCentre(1));
+    EXPECT_EQ(rowCount(), 2);
+    EXPECT_EQ(selectedRow(), 1);
+}
+
+// Keyboard.
+
+TEST_F(TreeViewTests, UpAndDownMoveTheSelectionAndStopAtTheEnds) {
+    open("[1,2]");
+    press(Qt::Key_Down);
+    EXPECT_EQ(selectedRow(), 1);
+    press(Qt::Key_Down);
+    press(Qt::Key_Down);
+    EXPECT_EQ(selectedRow(), 2);
+    press(Qt::Key_Up);
+    EXPECT_EQ(selectedRow(), 1);
+    press(Qt::Key_Up);
+    press(Qt::Key_Up);
+    EXPECT_EQ(selectedRow(), 0);
+}
+
+TEST_F(TreeViewTests, HomeAndEndGoToTheFirstAndLastRow) {
+    open(arrayOfZeros(1000));
+    press(Qt::Key_End);
+    EXPECT_EQ(selectedRow(), 1000);
+    EXPECT_TRUE(isWhollyVisible(1000));
+    press(Qt::Key_Home);
+    EXPECT_EQ(selectedRow(), 0);
+    EXPECT_TRUE(isWhollyVisible(0));
+}
+
+TEST_F(TreeViewTests, PagesGoAsFarAsTheViewShows) {
+    open(arrayOfZeros(1000));
+    const std::int64_t page = view_->viewport()->height() / view_->rowStyle().rowHeight - 1;
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(selectedRow(), page);
+    EXPECT_TRUE(isWhollyVisible(page));
+    press(Qt::Key_PageDown);
+    EXPECT_EQ(selectedRow(), 2 * page);
+    EXPECT_TRUE(isWhollyVisible(2 * page));
+    press(Qt::Key_PageUp);
+    press(Qt::Key_PageUp);
+    EXPECT_EQ(selectedRow(), 0);
+}
+
+TEST_F(TreeViewTests, RightExpandsOnceAndLeftCollapsesThenGoesUp) {
+    open("[[[1]]]");
+    press(Qt::Key_Down);
+    press(Qt::Key_Right);
+    EXPECT_EQ(rowCount(), 3);
+    press(Qt::Key_Right);
+    EXPECT_EQ(rowCount(), 3);
+    EXPECT_EQ(selectedRow(), 1);
+    press(Qt::Key_Left);
+    EXPECT_EQ(rowCount(), 2);
+    EXPECT_EQ(selectedRow(), 1);
+    press(Qt::Key_Left);
+    EXPECT_EQ(selectedRow(), 0);
+}
+
+TEST_F(TreeViewTests, RightWithAltExpandsTheWholeSubtreeEvenOfAnExpandedRow) {
+    open("[[[[1]]]]");
+    press(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(rowCount(), 5);
+}
+
+TEST_F(TreeViewTests, AKeyThatDoesNothingIsPassedOn) {
+    open("[1]");
+    EXPECT_FALSE(isAccepted(Qt::Key_Right)) << "the root is expanded already";
+    press(Qt::Key_Left);
+    EXPECT_FALSE(isAccepted(Qt::Key_Left)) << "the root is collapsed already";
+    EXPECT_TRUE(isAccepted(Qt::Key_Right));
+    EXPECT_FALSE(isAccepted(Qt::Key_X));
+    EXPECT_FALSE(isAccepted(Qt::Key_Down, Qt::ControlModifier));
+}
+
+TEST_F(TreeViewTests, WithTheSelectionHiddenAnArrowComesBackToItsVisibleContainer) {
+    open("[[1,2],3]");
+    clickChevron(1);
+    clickRow(3);
+    clickChevron(1);
+    EXPECT_EQ(selectedRow(), -1);
+    press(Qt::Key_Down);
+    EXPECT_EQ(selectedRow(), 1);
+}
+
+// Scrolling.
+
+TEST_F(TreeViewTests, TheLastOfAMillionRowsIsReachedAndPainted) {
+    open(arrayOfZeros(1'000'000));
+    view_->verticalScrollBar()->setValue(view_->verticalScrollBar()->maximum());
+    EXPECT_TRUE(isWhollyVisible(1'000'000));
+    const QRect last = *view_->rowArea(1'000'000);
+    EXPECT_EQ(last.bottom() + view_->rowStyle().verticalMargin, view_->viewport()->height() - 1);
+    clickRow(1'000'000);
+    EXPECT_EQ(selectedRow(), 1'000'000);
+    EXPECT_FALSE(isBlank(last.adjusted(20, 0, -20, 0)));
+}
+
+TEST_F(TreeViewTests, EveryRowIsWhereArithmeticPutsIt) {
+    open(arrayOfZeros(200));
+    view_->verticalAxis().setPosition(1234);
+    for (int y = 0; y < view_->viewport()->height(); y += 7) {
+        const auto row = view_->rowAt(QPoint(30, y));
+        ASSERT_TRUE(row);
+        EXPECT_TRUE(view_->rowArea(*row)->contains(QPoint(30, y)));
+    }
+    EXPECT_EQ(view_->rowArea(0), std::nullopt);
+}
+
+TEST_F(TreeViewTests, TheWheelScrollsRowsAndATouchpadPixels) {
+    open(arrayOfZeros(1000));
+    turnWheel(QPoint(), QPoint(0, -120));
+    EXPECT_EQ(view_->verticalAxis().position(),
+              QApplication::wheelScrollLines() * view_->rowStyle().rowHeight);
+    view_->verticalAxis().setPosition(0);
+    turnWheel(QPoint(0, -13), QPoint(0, -50));
+    EXPECT_EQ(view_->verticalAxis().position(), 13);
+}
+
+TEST_F(TreeViewTests, SmallTurnsOfAFineWheelAddUp) {
+    open(arrayOfZeros(1000));
+    for (int turn = 0; turn < 120; ++turn)
+        turnWheel(QPoint(), QPoint(0, -1));
+    EXPECT_NEAR(static_cast<double>(view_->verticalAxis().position()),
+                QApplication::wheelScrollLines() * view_->rowStyle().rowHeight, 1);
+}
+
+TEST_F(TreeViewTests, ExpandingARowLeavesItInItsPlace) {
+    open("[" + arrayOfZeros(500) + "," + arrayOfZeros(500) + "]");
+    clickChevron(1);
+    view_->verticalAxis().setPosition(300);
+    const std::int64_t top = view_->verticalAxis().position();
+    clickRow(20);
+    press(Qt::Key_Left);
+    EXPECT_EQ(selectedRow(), 1);
+    EXPECT_LT(view_->verticalAxis().position(), top) << "the parent was scrolled into view";
+    press(Qt::Key_Left);
+    EXPECT_EQ(rowCount(), 3);
+    EXPECT_EQ(view_->verticalAxis().position(), 0);
+}
+
+TEST_F(TreeViewTests, DeepRowsAreScrolledToSideways) {
+    constexpr std::int64_t depth = 100'000;
+    open(nestedArrays(depth));
+    EXPECT_EQ(view_->horizontalAxis().maximum(), 0);
+    press(Qt::Key_Right, Qt::AltModifier);
+    EXPECT_EQ(rowCount(), depth + 1);
+    press(Qt::Key_End);
+    EXPECT_EQ(selectedRow(), depth);
+    const QRectF badge = view_->partArea(depth, TreeRowPart::badge);
+    EXPECT_TRUE(QRectF(view_->viewport()->rect()).contains(badge));
+    EXPECT_FALSE(isBlank(badge.toRect()));
+    press(Qt::Key_Home);
+    EXPECT_EQ(view_->horizontalAxis().position(), 0);
+}
+
+TEST_F(TreeViewTests, OnlyRowsOfTheViewportAreMadeToPaintAFrame) {
+    // A key of 4 MB in each row: making all rows would take minutes.
+    std::string text = "{";
+    for (int member = 0; member < 8; ++member)
+        text +=
+            (member ? ",\"" : "\"") + std::string(4'000'000, static_cast<char>('a' + member)) + "\":" + "1";
+    open(text + "}");
+    QElapsedTimer timer;
+    timer.start();
+    for (int frame = 0; frame < 50; ++frame)
+        view_->viewport()->repaint();
+    EXPECT_LT(timer.elapsed(), 2000);
+}
+
+// What is painted.
+
+TEST_F(TreeViewTests, TheSelectionIsPaintedAndFollowsTheFocus) {
+    open("[1,2]");
+    const QImage focused = painted();
+    press(Qt::Key_Down);
+    EXPECT_NE(painted(), focused);
+    press(Qt::Key_Up);
+    EXPECT_EQ(painted(), focused);
+    view_->clearFocus();
+    EXPECT_NE(painted(), focused);
+}
+
+TEST_F(TreeViewTests, RowsAlternate) {
+    open("[1,1,1,1]");
+    const auto background = [this](std::int64_t row) {
+        const QRect area = *view_->rowArea(row);
+        return painted().pixelColor(area.right() - 30, area.center().y());
+    };
+    EXPECT_NE(background(1), background(2));
+    EXPECT_EQ(background(1), background(3));
+    EXPECT_EQ(background(2), background(4));
+}
+
+TEST_F(TreeViewTests, AnotherPaletteIsTakenUpAtOnce) {
+    open("[1,2]");
+    const QImage light = painted();
+    window_->setPalette(ownPalette(Appearance::dark));
+    const QImage dark = painted();
+    EXPECT_NE(light, dark);
+    EXPECT_LT(dark.pixelColor(dark.width() / 2, dark.height() - 3).lightness(), 64);
+}
+
+// Tooltips.
+
+TEST_F(TreeViewTests, TooltipsSayWhatARowHasNoRoomFor) {
+    const std::string key(500, 'k');
+    const std::string value = "principio " + std::string(260, 'v');
+    open("{\"" + key + "\":\"" + value + "\",\"a\":1,\"a\":2}");
+    EXPECT_TRUE(tip(1, TreeRowPart::label).contains(QStringLiteral("kkkkk")));
+    EXPECT_TRUE(tip(1, TreeRowPart::value).contains(QStringLiteral("principio")));
+    EXPECT_EQ(tip(2, TreeRowPart::label), QString());
+    EXPECT_EQ(tip(2, TreeRowPart::value), QString());
+    EXPECT_EQ(tip(2, TreeRowPart::duplicateMark), QStringLiteral("Clave duplicada"));
+    EXPECT_EQ(tip(2, TreeRowPart::badge), QStringLiteral("Número"));
+    EXPECT_EQ(view_->toolTipAt(QPoint(10, view_->viewport()->height() - 3)), QString());
+}
+
+TEST_F(TreeViewTests, EveryMemberWithADuplicateKeyIsMarked) {
+    open("{\"a\":1,\"b\":2,\"a\":3}");
+    EXPECT_FALSE(view_->partArea(1, TreeRowPart::duplicateMark).isEmpty());
+    EXPECT_TRUE(view_->partArea(2, TreeRowPart::duplicateMark).isEmpty());
+    EXPECT_FALSE(view_->partArea(3, TreeRowPart::duplicateMark).isEmpty());
+}
+
+TEST_F(TreeViewTests, BetweenAChangeOfTheContentAndItsReloadNothingOfTheFormerTreeIsUsed) {
+    open("[1,2,3]");
+    QObject::connect(document_.get(), &JSONDocument::contentChanged, [this] {
+        view_->viewport()->repaint();
+        view_->toolTipAt(rowCentreForHeight(2));
+        press(Qt::Key_Left);
+    });
+    replace("7");
+    EXPECT_EQ(rowCount(), 1);
+    EXPECT_EQ(selectedRow(), 0);
+}
+
+} // namespace
+} // namespace quelm
