@@ -33,7 +33,10 @@ constexpr std::array usualDocuments = std::to_array<Usual>({{DocumentKind::recor
 std::string sizeText(std::uintmax_t bytes) {
     const double megabytes = static_cast<double>(bytes) / 1e6;
     char text[32];
-    std::snprintf(text, sizeof text, megabytes < 10 ? "%.1fMB" : "%.0fMB", megabytes);
+    if (megabytes < 0.1)
+        std::snprintf(text, sizeof text, "%.1fKB", megabytes * 1e3);
+    else
+        std::snprintf(text, sizeof text, megabytes < 10 ? "%.1fMB" : "%.0fMB", megabytes);
     return text;
 }
 

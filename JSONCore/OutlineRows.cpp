@@ -41,27 +41,21 @@ std::int64_t OutlineRows::stretchEnd(std::int64_t index) const {
 
 void OutlineRows::replace(std::int64_t index, std::int64_t count, Sequence rows) {
     require(index >= 0 && count >= 0 && count <= size() - index, "the replaced rows are there");
-    // Forget where the old rows stood.
-    auto left = static_cast<std::size_t>(count);
-    for (auto position = static_cast<std::size_t>(index); left > 0;) {
-        const std::size_t ordinal = rows_.blockAt(position);
-        const std::size_t within = position - rows_.blockStart(ordinal);
-        const auto old = rows_.block(ordinal).subspan(within);
-        const std::size_t here = std::min(left, old.size());
-        for (const OutlineRow& row : old.first(here))
-            blockOf_.edit(static_cast<std::uint32_t>(row.id.raw)) = 0;
-        position += here;
-        left -= here;
+    rows_.replace(static_cast<std::size_t>(index), static_cast<std::size_t>(count), std::move(rows), Tracker{blockOf_});
+}
+
+void OutlineRows::Tracker::placed(std::uint32_t number, std::span<const OutlineRow> rows) const {
+    for (const OutlineRow& row : rows) {
+        const auto at = static_cast<std::uint32_t>(row.id.raw);
+        while (blockOf.size() <= at)
+            blockOf.append(0);
+        blockOf.edit(at) = number + 1;
     }
-    const auto placed = [this](std::uint32_t number, std::span<const OutlineRow> moved) {
-        for (const OutlineRow& row : moved) {
-            const auto at = static_cast<std::uint32_t>(row.id.raw);
-            while (blockOf_.size() <= at)
-                blockOf_.append(0);
-            blockOf_.edit(at) = number + 1;
-        }
-    };
-    rows_.replace(static_cast<std::size_t>(index), static_cast<std::size_t>(count), std::move(rows), placed);
+}
+
+void OutlineRows::Tracker::dropped(std::span<const OutlineRow> rows) const {
+    for (const OutlineRow& row : rows)
+        blockOf.edit(static_cast<std::uint32_t>(row.id.raw)) = 0;
 }
 
 void OutlineRows::checkInvariants() const {

@@ -49,8 +49,17 @@ public:
     void checkInvariants() const;
 
 private:
+    using BlockOfNode = BlockVector<std::uint32_t, 14>;
+
+    /// Keeps `blockOf_` up to date while rows come, move and go.
+    struct Tracker {
+        BlockOfNode& blockOf;
+        void placed(std::uint32_t number, std::span<const OutlineRow> rows) const;
+        void dropped(std::span<const OutlineRow> rows) const;
+    };
+
     Sequence rows_;
-    BlockVector<std::uint32_t, 14> blockOf_;
+    BlockOfNode blockOf_;
 };
 
 } // namespace quelm

@@ -6,10 +6,9 @@
 #include <cstdint>
 #include <string_view>
 
-/// What the files of this folder share beneath the public functions of UTF8.h.
+/// What the files of this folder share beneath the public functions of UTF8.h; all of it may be called from
+/// any thread. The counts and prefixes look at many bytes at a time and read nothing beyond the end.
 namespace quelm::utf8 {
-
-// Many bytes at a time; nothing beyond the end is read.
 
 /// The number of CR LF pairs.
 std::size_t countCRLF(std::string_view bytes);
@@ -17,12 +16,11 @@ std::size_t countCRLF(std::string_view bytes);
 /// The number of characters of well-formed text: of bytes that continue no sequence.
 std::size_t countCharacters(std::string_view text);
 
-/// The first character that is not below this one ends what `lowPrefixLength` gives: the first combining
-/// mark.
+/// The first combining mark. The characters below it are called low here.
 inline constexpr char32_t lowLimit = 0x300;
 
-/// The bytes of the leading characters below `lowLimit` (`text.size()` when all are) of well-formed text,
-/// which may end within a character.
+/// The number of bytes of the low characters that well-formed text begins with (`text.size()` when all are
+/// low). The text may end within a character.
 std::size_t lowPrefixLength(std::string_view text);
 
 /// What some bytes begin with.

@@ -3,6 +3,7 @@
 #include "Benchmarks/Harness/Report.h"
 #include "Benchmarks/JSON/JSONBenchmarks.h"
 #include "Benchmarks/Peers/Peers.h"
+#include "TextCore/UTF8.h"
 
 #include <cstdio>
 #include <utility>
@@ -22,6 +23,8 @@ std::vector<std::unique_ptr<JSONLibrary>> peersFor(std::size_t bytes, const Opti
 }
 
 void measure(Subject& subject) {
+    if (!utf8::isValid(subject.text.view()))
+        return report::skipped(subject.label("parse"), "quelm", "the document is not UTF-8");
     const bool isParsed = subject.ours.parse(subject.text.view());
     subject.ours.discardDocument();
     if (!isParsed)

@@ -33,8 +33,8 @@ struct Subject {
 
     /// Large texts need fewer rounds for a median that stands still.
     ContestRules contestRules() const {
-        constexpr double largeText = 30e6;
-        return {.fewestRounds = bytes() < largeText ? 9 : 7, .freedMemory = freedMemory};
+        const int fewestRounds = bytes() < 30e6 ? 9 : bytes() < 300e6 ? 7 : 3;
+        return {.fewestRounds = fewestRounds, .freedMemory = freedMemory};
     }
 
     double bytes() const { return static_cast<double>(text.size()); }

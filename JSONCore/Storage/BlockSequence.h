@@ -33,7 +33,8 @@ struct IDRange {
 /// copies that block alone, and the directory.
 ///
 /// Every block has a number that it keeps while blocks come and go before it, so that a caller can remember where an item
-/// is: changes report to `placed(number, items)` whatever items came to stand in a block of another number.
+/// is: changes report to a tracker, `placed(number, items)`, whatever items came to stand in a block of another number, and
+/// `dropped(items)` those that left.
 ///
 /// `Summary` describes the items of a block through `include(item)`; it is made anew when blocks are split or joined and
 /// only widened by other inserts, never narrowed by removals.
@@ -51,7 +52,8 @@ public:
     static constexpr std::size_t blockCapacity = 65536 / sizeof(T);
 
     struct NotTracked {
-        void operator()(std::uint32_t, std::span<const T>) const {}
+        void placed(std::uint32_t, std::span<const T>) const {}
+        void dropped(std::span<const T>) const {}
     };
 
     std::size_t size() const { return size_; }
@@ -98,15 +100,15 @@ public:
         }
     }
 
-    template <class Placed = NotTracked>
-    void insert(std::size_t position, const T& item, const Placed& placed = {}) {
+    template <class Tracker = NotTracked>
+    void insert(std::size_t position, const T& item, const Tracker& tracker = {}) {
         require(position <= size_, "an item is inserted within the sequence or at its end");
         Directory& directory = ownDirectory();
         if (directory.blocks.empty())
             addBlock(directory, 0, 0);
         std::size_t ordinal = position == 0 ? 0 : blockAt(position - 1);
         if (countOf(ordinal) == blockCapacity) {
-            split(ordinal, blockCapacity / 2, placed);
+            split(ordinal, blockCapacity / 2, tracker);
             ordinal = position == 0 ? 0 : blockAt(position - 1);
         }
         const std::size_t count = countOf(ordinal);
@@ -117,36 +119,36 @@ public:
         directory.summaries[ordinal].include(item);
         shiftStarts(ordinal + 1, 1);
         ++size_;
-        placed(directory.numbers[ordinal], std::span<const T>(items + within, 1));
+        tracker.placed(directory.numbers[ordinal], std::span<const T>(items + within, 1));
     }
 
-    template <class Placed = NotTracked>
-    void erase(std::size_t position, std::size_t count, const Placed& placed = {}) {
-        replace(position, count, BlockSequence(), placed);
+    template <class Tracker = NotTracked>
+    void erase(std::size_t position, std::size_t count, const Tracker& tracker = {}) {
+        replace(position, count, BlockSequence(), tracker);
     }
 
     /// Puts the items of `other` in the place of `count` items. O(blocks) beside the items of the blocks at the two ends, for
     /// any number of items: whole blocks are dropped and taken over.
-    template <class Placed = NotTracked>
-    void replace(std::size_t position, std::size_t count, BlockSequence other, const Placed& placed = {}) {
+    template <class Tracker = NotTracked>
+    void replace(std::size_t position, std::size_t count, BlockSequence other, const Tracker& tracker = {}) {
         require(position <= size_ && count <= size_ - position, "the replaced items lie within the sequence");
         if (count == 0 && other.empty())
             return;
-        if (other.empty() && eraseWithinBlock(position, count, placed))
+        if (other.empty() && eraseWithinBlock(position, count, tracker))
             return;
         if (count == 0 && other.size() == 1) {
-            insert(position, other[0], placed);
+            insert(position, other[0], tracker);
             return;
         }
         ownDirectory();
-        splitAt(position + count, placed);
-        splitAt(position, placed);
+        splitAt(position + count, tracker);
+        splitAt(position, tracker);
         const std::size_t first = position == size_ ? blockCount() : blockAt(position);
         const std::size_t last = position + count == size_ ? blockCount() : blockAt(position + count);
-        const std::size_t added = takeBlocks(first, last, position, count, other, placed);
+        const std::size_t added = takeBlocks(first, last, position, count, other, tracker);
         // Join the seams, the later one first so that the earlier keeps its place.
-        joinIfSmall(first + added, placed);
-        joinIfSmall(first, placed);
+        joinIfSmall(first + added, tracker);
+        joinIfSmall(first, tracker);
     }
 
 private:
@@ -238,8 +240,8 @@ private:
     }
 
     /// Makes the items from `within` on a block of their own, after the block they stood in.
-    template <class Placed>
-    void split(std::size_t ordinal, std::size_t within, const Placed& placed) {
+    template <class Tracker>
+    void split(std::size_t ordinal, std::size_t within, const Tracker& tracker) {
         Directory& directory = *directory_;
         const std::size_t count = countOf(ordinal);
         addBlock(directory, ordinal + 1, directory.starts[ordinal] + within);
@@ -247,39 +249,42 @@ private:
                     (count - within) * sizeof(T));
         summarize(ordinal);
         summarize(ordinal + 1);
-        placed(directory.numbers[ordinal + 1], block(ordinal + 1));
+        tracker.placed(directory.numbers[ordinal + 1], block(ordinal + 1));
     }
 
-    template <class Placed>
-    void splitAt(std::size_t position, const Placed& placed) {
+    template <class Tracker>
+    void splitAt(std::size_t position, const Tracker& tracker) {
         if (position == 0 || position == size_)
             return;
         const std::size_t ordinal = blockAt(position);
         if (const std::size_t within = position - directory_->starts[ordinal])
-            split(ordinal, within, placed);
+            split(ordinal, within, tracker);
     }
 
-    template <class Placed>
-    bool eraseWithinBlock(std::size_t position, std::size_t count, const Placed& placed) {
+    template <class Tracker>
+    bool eraseWithinBlock(std::size_t position, std::size_t count, const Tracker& tracker) {
         const std::size_t ordinal = blockAt(position);
         const std::size_t within = position - directory_->starts[ordinal];
         const std::size_t before = countOf(ordinal);
         if (within + count > before || count == before)
             return false;
         ownDirectory();
+        tracker.dropped(block(ordinal).subspan(within, count));
         T* items = ownBlock(ordinal).items();
         std::memmove(items + within, items + within + count, (before - within - count) * sizeof(T));
         shiftStarts(ordinal + 1, -static_cast<std::int64_t>(count));
         size_ -= static_cast<std::uint32_t>(count);
-        joinIfSmall(ordinal + 1, placed);
-        joinIfSmall(ordinal, placed);
+        joinIfSmall(ordinal + 1, tracker);
+        joinIfSmall(ordinal, tracker);
         return true;
     }
 
     /// Replaces whole blocks by those of `other` and returns their number.
-    template <class Placed>
+    template <class Tracker>
     std::size_t takeBlocks(std::size_t first, std::size_t last, std::size_t position, std::size_t count,
-                           BlockSequence& other, const Placed& placed) {
+                           BlockSequence& other, const Tracker& tracker) {
+        for (std::size_t ordinal = first; ordinal < last; ++ordinal)
+            tracker.dropped(block(ordinal));
         dropBlocks(first, last);
         size_ -= static_cast<std::uint32_t>(count);
         shiftStarts(first, static_cast<std::int64_t>(other.size()) - static_cast<std::int64_t>(count));
@@ -303,13 +308,13 @@ private:
         directory.renumberFrom(first);
         size_ += other.size_;
         for (std::size_t ordinal = first; ordinal < first + added; ++ordinal)
-            placed(directory.numbers[ordinal], block(ordinal));
+            tracker.placed(directory.numbers[ordinal], block(ordinal));
         return added;
     }
 
     /// Joins a block to the one before it when both together fill no more than half a block, so that blocks stay few.
-    template <class Placed>
-    void joinIfSmall(std::size_t ordinal, const Placed& placed) {
+    template <class Tracker>
+    void joinIfSmall(std::size_t ordinal, const Tracker& tracker) {
         if (ordinal == 0 || ordinal >= blockCount())
             return;
         const std::size_t before = countOf(ordinal - 1);
@@ -320,7 +325,7 @@ private:
         std::memcpy(items + before, directory_->blocks[ordinal].items(), count * sizeof(T));
         dropBlocks(ordinal, ordinal + 1);
         summarize(ordinal - 1);
-        placed(directory_->numbers[ordinal - 1], std::span<const T>(items + before, count));
+        tracker.placed(directory_->numbers[ordinal - 1], std::span<const T>(items + before, count));
     }
 
     std::shared_ptr<Directory> directory_;

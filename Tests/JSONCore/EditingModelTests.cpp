@@ -80,7 +80,7 @@ std::string wideDocument(std::int64_t count, bool isObject, Random& random) {
 }
 
 TEST(EditingModel, SmallDocumentsAgreeAtEveryStep) {
-    test::forEachRound(250, [](Random& random) {
+    test::forEachRound(400, [](Random& random) {
         EditingSession session(
             test::randomJSON(random, {1 + random.below(60), 1 + random.below(12), random.oneIn(2)}));
         editAtRandom(session, {200, 1, 1, 30, random.oneIn(2) ? 20 : 1'000}, random);
@@ -88,7 +88,7 @@ TEST(EditingModel, SmallDocumentsAgreeAtEveryStep) {
 }
 
 TEST(EditingModel, DocumentsOfAFewThousandValuesAgreeAtEveryStep) {
-    test::forEachRound(12, [](Random& random) {
+    test::forEachRound(8, [](Random& random) {
         EditingSession session(test::randomJSON(random, {3'000, 100 + random.below(2'000), random.oneIn(2)}));
         session.setExpanded(session.tree().root(), true, true);
         editAtRandom(session, {120, 4, 1, 3'000, random.oneIn(2) ? 40 : 1'000}, random);
@@ -96,18 +96,18 @@ TEST(EditingModel, DocumentsOfAFewThousandValuesAgreeAtEveryStep) {
 }
 
 TEST(EditingModel, WideArraysAgree) {
-    test::forEachRound(4, [](Random& random) {
+    test::forEachRound(2, [](Random& random) {
         EditingSession session(wideDocument(40'000, false, random));
         session.setExpanded(session.tree().root(), true, random.oneIn(2));
-        editAtRandom(session, {60, 20, 4, 1'000, 30}, random);
+        editAtRandom(session, {50, 25, 5, 1'000, 30}, random);
     });
 }
 
 TEST(EditingModel, WideObjectsAgree) {
-    test::forEachRound(4, [](Random& random) {
+    test::forEachRound(2, [](Random& random) {
         EditingSession session(wideDocument(12'000, true, random));
         session.setExpanded(session.tree().root(), true, random.oneIn(2));
-        editAtRandom(session, {60, 20, 4, 1'000, 30}, random);
+        editAtRandom(session, {50, 25, 5, 1'000, 30}, random);
     });
 }
 
@@ -125,7 +125,7 @@ TEST(EditingModel, AWideContainerAgreesWhileItGrowsAndShrinks) {
             return !testing::Test::HasFailure();
         };
         // By thousands in one change, since the models are slow, each to a place of its own or all to one.
-        constexpr std::int64_t batch = 4'000;
+        constexpr std::int64_t batch = 5'000;
         while (sizeNow() < 40'000) {
             std::vector<TreeEdit> edits;
             const std::int64_t place = random.oneIn(2) ? random.below(sizeNow() + 1) : -1;

@@ -15,12 +15,19 @@ using Sequence = BlockSequence<std::uint32_t, IDRange>;
 
 /// A sequence beside a plain vector, and where each item was last reported to stand.
 class CheckedSequence {
-    auto tracker() {
-        return [this](std::uint32_t number, std::span<const std::uint32_t> items) {
+    /// Forgets items that leave, and notes the block of those that come or move.
+    struct Tracker {
+        std::unordered_map<std::uint32_t, std::uint32_t>& numberOf;
+        void placed(std::uint32_t number, std::span<const std::uint32_t> items) const {
             for (std::uint32_t item : items)
                 numberOf[item] = number;
-        };
-    }
+        }
+        void dropped(std::span<const std::uint32_t> items) const {
+            for (std::uint32_t item : items)
+                numberOf.erase(item);
+        }
+    };
+    Tracker tracker() { return {numberOf}; }
 
 public:
     void insert(std::size_t position, std::uint32_t item) {
@@ -52,6 +59,7 @@ public:
             }
         }
         ASSERT_EQ(position, model.size());
+        ASSERT_EQ(numberOf.size(), model.size());
     }
 
     Sequence sequence;

@@ -71,7 +71,7 @@ TEST_P(SemanticColorsTests, SelectedTextCanBeReadOnTheAccent) {
 
 TEST_P(SemanticColorsTests, WindowTextCanBeReadInTheOwnPalette) {
     const QPalette palette = ownPalette(GetParam());
-    for (const auto [text, background] :
+    for (const auto& [text, background] :
          {std::pair{QPalette::WindowText, QPalette::Window},
           std::pair{QPalette::ButtonText, QPalette::Button}, std::pair{QPalette::Text, QPalette::Base},
           std::pair{QPalette::ToolTipText, QPalette::ToolTipBase},

@@ -1,5 +1,6 @@
 #include "Quelm/TreeEditor/TreeRowContents.h"
 #include "Tests/Quelm/Support/Printing.h"
+#include "Tests/Quelm/Support/Rows.h"
 
 #include <QGuiApplication>
 #include <QLocale>
@@ -26,44 +27,50 @@ TEST_F(TreeRowContentsTests, ChildrenAreCountedInWords) {
 }
 
 TEST_F(TreeRowContentsTests, AContainerShowsItsCount) {
-    EXPECT_EQ(contents({.label = TreeRow::Label::key("a"), .kind = NodeKind::object, .childCount = 1}).value,
+    EXPECT_EQ(contents(containerRow(TreeRow::Label::key("a"), NodeKind::object, 1)).value,
               QStringLiteral("1 clave"));
-    EXPECT_EQ(contents({.label = TreeRow::Label::key("a"), .kind = NodeKind::array, .childCount = 3}).value,
+    EXPECT_EQ(contents(containerRow(TreeRow::Label::key("a"), NodeKind::array, 3)).value,
               QStringLiteral("3 elementos"));
 }
 
 TEST_F(TreeRowContentsTests, LabelsAreKeysPositionsAndTheRoot) {
-    EXPECT_EQ(contents({.label = TreeRow::Label::key("año")}).label, QStringLiteral("año"));
-    EXPECT_EQ(contents({.label = TreeRow::Label::root()}).label, QStringLiteral("raíz"));
-    EXPECT_TRUE(contents({.label = TreeRow::Label::root()}).labelFace(style_).font.italic());
-    EXPECT_EQ(contents({.label = TreeRow::Label::key("año")}).labelFace(style_).font.weight(), QFont::Medium);
+    EXPECT_EQ(contents(scalarRow(TreeRow::Label::key("año"), NodeKind::null, "null")).label,
+              QStringLiteral("año"));
+    EXPECT_EQ(contents(scalarRow(TreeRow::Label::root(), NodeKind::null, "null")).label,
+              QStringLiteral("raíz"));
+    EXPECT_TRUE(
+        contents(scalarRow(TreeRow::Label::root(), NodeKind::null, "null")).labelFace(style_).font.italic());
+    EXPECT_EQ(contents(scalarRow(TreeRow::Label::key("año"), NodeKind::null, "null"))
+                  .labelFace(style_)
+                  .font.weight(),
+              QFont::Medium);
 }
 
 TEST_F(TreeRowContentsTests, PositionsAreWrittenAsTheLocaleWritesNumbers) {
     const QLocale before;
     QLocale::setDefault(QLocale(QLocale::German));
-    EXPECT_EQ(contents({.label = TreeRow::Label::index(1234567)}).label, QStringLiteral("1.234.567"));
+    EXPECT_EQ(contents(scalarRow(TreeRow::Label::index(1234567), NodeKind::null, "null")).label,
+              QStringLiteral("1.234.567"));
     QLocale::setDefault(before);
 }
 
 TEST_F(TreeRowContentsTests, BreaksAndControlsAreShownAsSigns) {
-    EXPECT_EQ(
-        contents({.label = TreeRow::Label::key("a\nb"), .kind = NodeKind::string, .value = "x\ty"}).label,
-        QStringLiteral("a⏎b"));
-    EXPECT_EQ(
-        contents({.label = TreeRow::Label::key("a"), .kind = NodeKind::string, .value = "x\ty\r\n"}).value,
-        QStringLiteral("x⇥y␍⏎"));
+    EXPECT_EQ(contents(scalarRow(TreeRow::Label::key("a\nb"), NodeKind::string, "x\ty")).label,
+              QStringLiteral("a⏎b"));
+    EXPECT_EQ(contents(scalarRow(TreeRow::Label::key("a"), NodeKind::string, "x\ty\r\n")).value,
+              QStringLiteral("x⇥y␍⏎"));
 }
 
 TEST_F(TreeRowContentsTests, TheWidthOfAStringHasRoomForItsQuotationMarks) {
     const double mark = style_.value.metrics.horizontalAdvance(u'"');
-    const TreeRow string{.label = TreeRow::Label::root(), .kind = NodeKind::string, .value = "12"};
-    const TreeRow number{.label = TreeRow::Label::root(), .kind = NodeKind::number, .value = "12"};
+    const TreeRow string = scalarRow(TreeRow::Label::root(), NodeKind::string, "12");
+    const TreeRow number = scalarRow(TreeRow::Label::root(), NodeKind::number, "12");
     EXPECT_DOUBLE_EQ(contents(string).valueWidth, contents(number).valueWidth + 2 * mark);
 }
 
 TEST_F(TreeRowContentsTests, AKeyOfMegabytesIsCut) {
-    const TreeRowContents cut = contents({.label = TreeRow::Label::key(std::string(10'000'000, 'x'))});
+    const TreeRowContents cut =
+        contents(scalarRow(TreeRow::Label::key(std::string(10'000'000, 'x')), NodeKind::null, "null"));
     EXPECT_TRUE(cut.isLabelCut);
     EXPECT_LT(cut.label.size(), 1000);
     EXPECT_TRUE(cut.label.endsWith(u'…'));
@@ -71,11 +78,9 @@ TEST_F(TreeRowContentsTests, AKeyOfMegabytesIsCut) {
 
 TEST_F(TreeRowContentsTests, AValueThatCameCutSaysSo) {
     const std::string cut = TreeRow::displayText(std::string(201, 'x'));
-    EXPECT_TRUE(
-        contents({.label = TreeRow::Label::root(), .kind = NodeKind::string, .value = cut}).isValueCut);
+    EXPECT_TRUE(contents(scalarRow(TreeRow::Label::root(), NodeKind::string, cut)).isValueCut);
     const std::string whole = TreeRow::displayText(std::string(200, 'x'));
-    EXPECT_FALSE(
-        contents({.label = TreeRow::Label::root(), .kind = NodeKind::string, .value = whole}).isValueCut);
+    EXPECT_FALSE(contents(scalarRow(TreeRow::Label::root(), NodeKind::string, whole)).isValueCut);
 }
 
 } // namespace

@@ -1,6 +1,7 @@
 #include "Quelm/Foundation/Fonts.h"
 #include "Quelm/TreeEditor/TreeRowStyle.h"
 #include "Quelm/TreeEditor/TreeRowView.h"
+#include "Tests/Quelm/Support/Rows.h"
 
 #include <QGuiApplication>
 #include <QImage>
@@ -38,8 +39,9 @@ protected:
     }
 
     static TreeRow number(std::int64_t depth) {
-        return {
-            .depth = depth, .label = TreeRow::Label::key("clave"), .kind = NodeKind::number, .value = "12"};
+        TreeRow row = scalarRow(TreeRow::Label::key("clave"), NodeKind::number, "12");
+        row.depth = depth;
+        return row;
     }
 
     TreeRowStyle style_{QGuiApplication::palette()};
@@ -57,7 +59,7 @@ TEST_F(TreeRowViewTests, ARowOfDepthThreeStandsFortyEightPointsToTheRightOfOneOf
 }
 
 TEST_F(TreeRowViewTests, PartsFollowEachOtherFromLeftToRight) {
-    TreeRow row{.label = TreeRow::Label::key("a"), .kind = NodeKind::object, .childCount = 2};
+    TreeRow row = containerRow(TreeRow::Label::key("a"), NodeKind::object, 2);
     row.isDuplicateKey = true;
     const TreeRowView view = this->view(row);
     EXPECT_LT(view.rect(TreeRowPart::chevron).right(), view.rect(TreeRowPart::badge).left());
@@ -67,18 +69,21 @@ TEST_F(TreeRowViewTests, PartsFollowEachOtherFromLeftToRight) {
 }
 
 TEST_F(TreeRowViewTests, BadgesLineUpWhetherThereIsAChevronOrNot) {
-    const TreeRow container{.label = TreeRow::Label::index(0), .kind = NodeKind::array};
-    const TreeRow scalar{.label = TreeRow::Label::index(1), .kind = NodeKind::null, .value = "null"};
+    const TreeRow container = containerRow(TreeRow::Label::index(0), NodeKind::array);
+    const TreeRow scalar = scalarRow(TreeRow::Label::index(1), NodeKind::null, "null");
     EXPECT_EQ(view(container).rect(TreeRowPart::badge), view(scalar).rect(TreeRowPart::badge));
     EXPECT_FALSE(view(container).rect(TreeRowPart::chevron).isEmpty());
     EXPECT_TRUE(view(scalar).rect(TreeRowPart::chevron).isEmpty());
 }
 
 TEST_F(TreeRowViewTests, OnlyContainersHaveAChevronToClick) {
-    const QPointF place = view({.kind = NodeKind::array}).rect(TreeRowPart::chevron).center();
-    EXPECT_TRUE(view({.kind = NodeKind::array}).isOnChevron(place));
-    EXPECT_TRUE(view({.kind = NodeKind::array}).isOnChevron(QPointF(place.x(), 1)));
-    EXPECT_FALSE(view({.kind = NodeKind::array}).isOnChevron(place + QPointF(style_.badgeWidth, 0)));
+    const QPointF place =
+        view(containerRow(TreeRow::Label::root(), NodeKind::array)).rect(TreeRowPart::chevron).center();
+    EXPECT_TRUE(view(containerRow(TreeRow::Label::root(), NodeKind::array)).isOnChevron(place));
+    EXPECT_TRUE(
+        view(containerRow(TreeRow::Label::root(), NodeKind::array)).isOnChevron(QPointF(place.x(), 1)));
+    EXPECT_FALSE(view(containerRow(TreeRow::Label::root(), NodeKind::array))
+                     .isOnChevron(place + QPointF(style_.badgeWidth, 0)));
     EXPECT_FALSE(view(number(0)).isOnChevron(place));
 }
 
@@ -99,8 +104,7 @@ TEST_F(TreeRowViewTests, WhatFitsIsNotShortened) {
 }
 
 TEST_F(TreeRowViewTests, ALongValueEndsBeforeTheEdgeAndLeavesTheKeyWhole) {
-    const TreeRow row{
-        .label = TreeRow::Label::key("clave"), .kind = NodeKind::string, .value = std::string(200, 'x')};
+    const TreeRow row = scalarRow(TreeRow::Label::key("clave"), NodeKind::string, std::string(200, 'x'));
     const TreeRowView view = this->view(row);
     EXPECT_TRUE(view.isShortened(TreeRowPart::value));
     EXPECT_FALSE(view.isShortened(TreeRowPart::label));
@@ -108,17 +112,15 @@ TEST_F(TreeRowViewTests, ALongValueEndsBeforeTheEdgeAndLeavesTheKeyWhole) {
 }
 
 TEST_F(TreeRowViewTests, ALongKeyLeavesAShortValueWhole) {
-    const TreeRow row{
-        .label = TreeRow::Label::key(std::string(300, 'k')), .kind = NodeKind::number, .value = "12"};
+    const TreeRow row = scalarRow(TreeRow::Label::key(std::string(300, 'k')), NodeKind::number, "12");
     const TreeRowView view = this->view(row);
     EXPECT_TRUE(view.isShortened(TreeRowPart::label));
     EXPECT_FALSE(view.isShortened(TreeRowPart::value));
 }
 
 TEST_F(TreeRowViewTests, ALongKeyAndALongValueShareTheRoom) {
-    const TreeRow row{.label = TreeRow::Label::key(std::string(300, 'k')),
-                      .kind = NodeKind::string,
-                      .value = std::string(200, 'x')};
+    const TreeRow row =
+        scalarRow(TreeRow::Label::key(std::string(300, 'k')), NodeKind::string, std::string(200, 'x'));
     const TreeRowView view = this->view(row);
     EXPECT_TRUE(view.isShortened(TreeRowPart::label));
     EXPECT_TRUE(view.isShortened(TreeRowPart::value));
@@ -135,7 +137,7 @@ TEST_F(TreeRowViewTests, AViewTooNarrowForAnythingIsStillPainted) {
 }
 
 TEST_F(TreeRowViewTests, TheChevronOfAnExpandedRowIsTurned) {
-    TreeRow row{.label = TreeRow::Label::root(), .kind = NodeKind::object, .childCount = 1};
+    TreeRow row = containerRow(TreeRow::Label::root(), NodeKind::object, 1);
     const QImage collapsed = painted(row);
     row.isExpanded = true;
     EXPECT_NE(painted(row), collapsed);
@@ -166,7 +168,7 @@ TEST_F(TreeRowViewTests, ARowIsNeverPaintedOutsideItsStretch) {
     std::string piled = "a";
     for (int mark = 0; mark < 60; ++mark)
         piled += "\u0301\u0323";
-    const TreeRow row{.label = TreeRow::Label::key(piled), .kind = NodeKind::string, .value = piled};
+    const TreeRow row = scalarRow(TreeRow::Label::key(piled), NodeKind::string, piled);
     contents_ = std::make_unique<TreeRowContents>(row, style_);
     TreeRowView(style_, *contents_, QRect(0, style_.rowHeight, width, style_.rowHeight), 0)
         .paint(painter, TreeRowEmphasis::selection, 0);

@@ -1,3 +1,4 @@
+#include "Quelm/Foundation/Appearance.h"
 #include "Quelm/TreeEditor/TreeEditor.h"
 #include "Quelm/TreeEditor/TreeView.h"
 #include "Tests/Quelm/Support/Printing.h"
