@@ -31,12 +31,12 @@ constexpr std::array usualDocuments = std::to_array<Usual>({{DocumentKind::recor
                                                             {DocumentKind::deep, 1}});
 
 std::string sizeText(std::uintmax_t bytes) {
-    const double megabytes = static_cast<double>(bytes) / 1e6;
+    if (bytes < 1000)
+        return std::to_string(bytes) + "B";
+    const bool isSmall = bytes < 100'000;
+    const double size = static_cast<double>(bytes) / (isSmall ? 1e3 : 1e6);
     char text[32];
-    if (megabytes < 0.1)
-        std::snprintf(text, sizeof text, "%.1fKB", megabytes * 1e3);
-    else
-        std::snprintf(text, sizeof text, megabytes < 10 ? "%.1fMB" : "%.0fMB", megabytes);
+    std::snprintf(text, sizeof text, size < 10 ? "%.1f%s" : "%.0f%s", size, isSmall ? "KB" : "MB");
     return text;
 }
 

@@ -18,18 +18,23 @@ public:
     void appendSorted(const TreeStorage& storage, ChildList members, std::vector<NodeID>& sorted);
 
 private:
-    struct Member {
+    /// A member as it is sorted: small, because it is moved about.
+    struct Entry {
         /// The first eight bytes of the key, the first the most significant: settles most comparisons by itself.
         std::uint64_t prefix;
-        std::string_view key;
-        NodeID id;
-
-        bool isBefore(const Member& other) const {
-            return prefix != other.prefix ? prefix < other.prefix : key < other.key;
-        }
+        /// Its place in `keys_`, which is its place among the members.
+        std::uint32_t member;
     };
 
-    std::vector<Member> members_;
+    void readKeys(const TreeStorage& storage, ChildList members);
+    bool isBefore(const Entry& left, const Entry& right) const {
+        return left.prefix != right.prefix ? left.prefix < right.prefix : keys_[left.member] < keys_[right.member];
+    }
+    void sortEntries();
+
+    std::vector<Entry> entries_;
+    std::vector<std::string_view> keys_;
+    std::vector<NodeID> ids_;
     /// Keys that had to be normalised.
     std::deque<std::string> forms_;
 };

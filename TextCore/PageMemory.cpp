@@ -7,7 +7,8 @@
 #include <mutex>
 #include <new>
 
-#if defined(__unix__) || defined(__APPLE__)
+// Under AddressSanitizer all pieces come from its heap, so that a use after release is found.
+#if (defined(__unix__) || defined(__APPLE__)) && !defined(__SANITIZE_ADDRESS__)
 #include <sys/mman.h>
 #define QUELM_HAS_MMAP 1
 #endif
@@ -70,16 +71,13 @@ public:
         return memory;
     }
 
-    /// Whether the piece was kept.
-    bool keep(void* memory, std::size_t size) {
-        if (size > largestKept)
-            return false;
+    /// Keeps a piece; those kept longest go back to the system to make room for it.
+    void keep(void* memory, std::size_t size) {
         const std::scoped_lock lock(mutex_);
-        if (count_ == pieces_.size() || bytes_ + size > mostKept)
-            return false;
+        while (count_ == pieces_.size() || bytes_ + size > mostKept)
+            giveBackOldest();
         pieces_[count_++] = {memory, size};
         bytes_ += size;
-        return true;
     }
 
 private:
@@ -87,6 +85,14 @@ private:
         void* memory;
         std::size_t size;
     };
+
+    void giveBackOldest() {
+        ::munmap(pieces_[0].memory, pieces_[0].size);
+        bytes_ -= pieces_[0].size;
+        std::move(pieces_.begin() + 1, pieces_.begin() + static_cast<std::ptrdiff_t>(count_), pieces_.begin());
+        --count_;
+    }
+
     std::mutex mutex_;
     std::array<Piece, 32> pieces_;
     std::size_t count_ = 0;
@@ -116,7 +122,9 @@ void* allocate(std::size_t size) {
 void release(void* memory, std::size_t size) noexcept {
     if (size < smallestMapped)
         ::operator delete(memory, lineAlignment);
-    else if (const std::size_t mapped = mappedSize(size); !kept().keep(memory, mapped))
+    else if (const std::size_t mapped = mappedSize(size); mapped <= largestKept)
+        kept().keep(memory, mapped);
+    else
         ::munmap(memory, mapped);
 }
 

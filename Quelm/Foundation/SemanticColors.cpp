@@ -27,7 +27,7 @@ constexpr std::array<RoleColors, colorRoleCount> palette{{
     {ColorRole::controlBackground, 0xfffafafb, 0xff3a3a3e},
     {ColorRole::tooltipBackground, 0xfffdfdfe, 0xff38383b},
     {ColorRole::separator, 0xffd9d9de, 0xff3f3f44},
-    {ColorRole::accent, 0xff0a66d8, 0xff2f7fe0},
+    {ColorRole::accent, 0xff0a66d8, 0xff2470d2},
     {ColorRole::accentText, 0xffffffff, 0xffffffff},
     {ColorRole::alternateRow, 0x091d1d1f, 0x08f0f0f2},
     {ColorRole::selection, 0x210a66d8, 0x384c9aff},

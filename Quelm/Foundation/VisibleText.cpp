@@ -2,12 +2,16 @@
 
 #include "TextCore/Graphemes.h"
 
+#include <QStringDecoder>
+
 namespace quelm {
 
 namespace {
 
-/// Clusters may be of any length; this many bytes each are plenty for real ones.
+/// A cluster may be of any length; real texts have no more bytes a character than this, and a few longer
+/// ones.
 constexpr std::size_t bytesPerCharacter = 16;
+constexpr std::size_t bytesForLongOnes = 1024;
 
 constexpr QChar lineBreakSign(u'⏎');
 constexpr QChar tabSign(u'⇥');
@@ -56,10 +60,13 @@ QString visibleCharacters(QStringView text) {
 }
 
 VisibleText visibleText(std::string_view utf8, std::int64_t characters) {
-    const std::size_t byteLimit = static_cast<std::size_t>(characters) * bytesPerCharacter;
+    const std::size_t byteLimit = static_cast<std::size_t>(characters) * bytesPerCharacter + bytesForLongOnes;
     const std::string_view prefix = graphemes::prefix(prefixOfBytes(utf8, byteLimit), characters);
+    // A byte-order mark is a character like any other here; a plain conversion would swallow it.
+    QStringDecoder decode(QStringDecoder::Utf8, QStringConverter::Flag::ConvertInitialBom);
+    const QString text = decode(QByteArrayView(prefix.data(), static_cast<qsizetype>(prefix.size())));
     VisibleText visible;
-    visible.text = visibleCharacters(QString::fromUtf8(prefix.data(), static_cast<qsizetype>(prefix.size())));
+    visible.text = visibleCharacters(text);
     visible.isCut = prefix.size() < utf8.size();
     if (visible.isCut)
         visible.text += u'…';

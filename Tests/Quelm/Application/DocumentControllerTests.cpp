@@ -58,6 +58,13 @@ protected:
         return waitForWindows(1) ? window() : nullptr;
     }
 
+    /// Shortcuts belong to the active window.
+    void pressShortcut(EditorView* view, Qt::Key key) {
+        view->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(view));
+        QTest::keyClick(view, key, Qt::ControlModifier);
+    }
+
     TemporaryPreferences preferences_;
     TemporaryFolder folder_;
     DocumentController controller_{[this](EditorView& view) { addFileMenu(view, controller_); }};
@@ -153,7 +160,7 @@ TEST_F(DocumentControllerTests, SavingWritesTheFileBackByteForByte) {
     EditorView* opened = openWindow(path);
     ASSERT_NE(opened, nullptr);
     ASSERT_TRUE(QFile::remove(path));
-    QTest::keyClick(opened, Qt::Key_S, Qt::ControlModifier);
+    pressShortcut(opened, Qt::Key_S);
     ASSERT_TRUE(QTest::qWaitFor([&] { return QFileInfo::exists(path); }));
     EXPECT_EQ(TemporaryFolder::contents(path), bytes);
 }
@@ -161,7 +168,7 @@ TEST_F(DocumentControllerTests, SavingWritesTheFileBackByteForByte) {
 TEST_F(DocumentControllerTests, ANewDocumentIsSavedWhereTheUserSays) {
     controller_.newDocument();
     ASSERT_TRUE(waitForWindows(1));
-    QTest::keyClick(window(), Qt::Key_S, Qt::ControlModifier);
+    pressShortcut(window(), Qt::Key_S);
     auto* dialog = shownDialog<QFileDialog>();
     ASSERT_NE(dialog, nullptr);
     EXPECT_EQ(dialog->selectedFiles().front().section(u'/', -1), QStringLiteral("Sin título.json"));
@@ -192,7 +199,7 @@ TEST_F(DocumentControllerTests, ADocumentThatCouldNotBeSavedSaysWhyAndKeepsItsPl
 TEST_F(DocumentControllerTests, TheOpenDialogStartsInTheFolderOfTheDocument) {
     EditorView* opened = openWindow(folder_.write(QStringLiteral("a.json"), "[]"));
     ASSERT_NE(opened, nullptr);
-    QTest::keyClick(opened, Qt::Key_O, Qt::ControlModifier);
+    pressShortcut(opened, Qt::Key_O);
     auto* dialog = shownDialog<QFileDialog>();
     ASSERT_NE(dialog, nullptr);
     EXPECT_EQ(dialog->directory().absolutePath(),
@@ -219,7 +226,7 @@ TEST_F(DocumentControllerTests, QuittingClosesEveryWindow) {
     controller_.newDocument();
     controller_.newDocument();
     ASSERT_TRUE(waitForWindows(2));
-    QTest::keyClick(window(), Qt::Key_Q, Qt::ControlModifier);
+    pressShortcut(window(), Qt::Key_Q);
     EXPECT_TRUE(QTest::qWaitFor([&] { return controller_.windows().empty(); }));
 }
 

@@ -16,7 +16,7 @@ double luminance(const QColor& color) {
 
 /// The contrast ratio of the Web Content Accessibility Guidelines.
 double contrast(const QColor& left, const QColor& right) {
-    const auto [dark, light] = std::minmax(luminance(left), luminance(right));
+    const auto [dark, light] = std::minmax({luminance(left), luminance(right)});
     return (light + 0.05) / (dark + 0.05);
 }
 

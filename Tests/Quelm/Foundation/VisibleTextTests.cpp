@@ -49,7 +49,7 @@ TEST(VisibleTextTests, MarksPiledUpOnOneCharacterAreCutToo) {
         text += "\u0301";
     const VisibleText visible = visibleText(text, 100);
     EXPECT_TRUE(visible.isCut);
-    EXPECT_LE(visible.text.size(), 1600);
+    EXPECT_LE(visible.text.size(), 3000);
     EXPECT_FALSE(visible.text.contains(QChar::ReplacementCharacter));
 }
 

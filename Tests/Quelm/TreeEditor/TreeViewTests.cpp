@@ -71,10 +71,10 @@ TEST_F(TreeViewTests, AClickOnTheChevronWithAltOrShiftTakesTheSubtree) {
 TEST_F(TreeViewTests, TwoQuickClicksOnTheChevronToggleTwice) {
     open("[[1]]");
     const QPoint place = chevron(1);
+    // The second press of a double click arrives as an event of another type.
     QTest::mouseClick(view_->viewport(), Qt::LeftButton, {}, place);
     QTest::mouseDClick(view_->viewport(), Qt::LeftButton, {}, place);
-    // A double click is a press, a release, the double click itself and a release.
-    EXPECT_EQ(rowCount(), 3);
+    EXPECT_EQ(rowCount(), 2);
 }
 
 TEST_F(TreeViewTests, ADoubleClickOnAContainerOnlySelectsIt) {
