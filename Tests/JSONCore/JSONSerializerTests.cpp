@@ -3,6 +3,8 @@
 #include "Tests/JSONCore/Support/Printing.h"
 
 #include <gtest/gtest.h>
+#include <stdexcept>
+#include <utility>
 
 namespace quelm {
 namespace {
@@ -134,6 +136,33 @@ TEST(JSONSerializer, WritesStringsOfEveryLengthWithEscapesAnywhere) {
     }
 }
 
+TEST(JSONSerializer, WritesParsedTextsOfEveryLengthAsTheyWere) {
+    for (std::size_t length = 0; length < 200; ++length) {
+        const std::string plain(length, 'x');
+        const std::string digits(length + 1, '7');
+        ASSERT_EQ(inStyle("\"" + plain + "\"", compact), "\"" + plain + "\"");
+        const std::string text =
+            "{\"" + plain + "\":[" + digits + ",\"" + plain + "\"],\"\\t" + plain + "\":\"é" + plain + "\"}";
+        ASSERT_EQ(inStyle(text, compact), text);
+    }
+}
+
+TEST(JSONSerializer, IndentsEveryDepth) {
+    for (int depth = 1; depth <= 150; ++depth) {
+        for (const JSONStyle& style : {twoSpaces, fourSpaces, tab}) {
+            std::string expected;
+            const std::string_view unit = JSONStyle::unit(*style.prettyIndent());
+            for (int level = 0; level < depth; ++level)
+                expected += "[\n" + test::repeated(unit, static_cast<std::size_t>(level) + 1);
+            expected += "1\n";
+            for (int level = depth - 1; level >= 0; --level)
+                expected += test::repeated(unit, static_cast<std::size_t>(level)) + "]\n";
+            const auto levels = static_cast<std::size_t>(depth);
+            ASSERT_EQ(inStyle(std::string(levels, '[') + "1" + std::string(levels, ']'), style), expected);
+        }
+    }
+}
+
 TEST(JSONSerializer, EscapesKeysLikeStrings) {
     EXPECT_EQ(inStyle(R"({"\"\\\/\n\u0001é":1,"":2})", compact), R"({"\"\\/\n\u0001é":1,"":2})");
     EXPECT_EQ(inStyle(R"({"a\tb":1})", twoSpaces), "{\n  \"a\\tb\": 1\n}\n");
@@ -172,6 +201,48 @@ TEST(JSONSerializer, GivesTheSameAsBytesAndAsText) {
         EXPECT_EQ(JSONSerializer::serializeToString(tree, nodeAt(tree, {0, 1}), style).contiguous().view(),
                   style.isPretty() ? "1\n" : "1");
     }
+}
+
+/// What is given piece by piece, and how many pieces.
+std::pair<std::string, int> inPieces(const JSONTree& tree, std::optional<NodeID> from,
+                                     const JSONStyle& style) {
+    std::string text;
+    int count = 0;
+    JSONSerializer::serialize(tree, from, style, [&](std::string_view piece) {
+        text += piece;
+        ++count;
+    });
+    return {text, count};
+}
+
+TEST(JSONSerializer, GivesTheSameBytesInPieces) {
+    const JSONTree small = parsed(R"({"a":["x",1]})");
+    for (const JSONStyle& style : {compact, twoSpaces}) {
+        EXPECT_EQ(inPieces(small, std::nullopt, style).first, written(small, style));
+        EXPECT_EQ(inPieces(small, nodeAt(small, {0}), style).first,
+                  written(small, nodeAt(small, {0}), style));
+    }
+    std::string text = "[0";
+    for (int i = 1; i < 300'000; ++i)
+        text += ",{\"k\":\"\\n" + std::to_string(i) + "\"}";
+    text += ",\"" + std::string(3'000'000, 'x') + "\",\"\\n" + std::string(3'000'000, 'y') + "\"]";
+    const JSONTree large = parsed(text);
+    for (const JSONStyle& style : {compact, tab, JSONStyle::pretty(Indent::fourSpaces, true)}) {
+        const auto [bytes, pieces] = inPieces(large, std::nullopt, style);
+        EXPECT_TRUE(bytes == written(large, style));
+        EXPECT_GT(pieces, 3);
+    }
+}
+
+TEST(JSONSerializer, StopsAtWhatTheTakerOfAPieceThrows) {
+    const JSONTree tree = parsed("[" + test::repeated("\"0123456789\",", 400'000) + "0]");
+    int taken = 0;
+    const auto taker = [&](std::string_view) {
+        if (++taken == 2)
+            throw std::runtime_error("disco lleno");
+    };
+    EXPECT_THROW(JSONSerializer::serialize(tree, std::nullopt, compact, taker), std::runtime_error);
+    EXPECT_EQ(taken, 2);
 }
 
 TEST(JSONSerializer, NeverChangesTheTree) {

@@ -142,6 +142,40 @@ TEST(JSONTreeApply, UndoAndRedoMoveTheSameNodesWithoutCopying) {
     tree.checkInvariants();
 }
 
+TEST(JSONTreeApply, TakesTextsThatTheTreeItselfHolds) {
+    JSONTree tree = parsed(R"({"clave":12345,"otra":"con \" escape","tercera":"plano"})");
+    const NodeID number = nodeAt(tree, {0});
+    const NodeID escaped = nodeAt(tree, {1});
+    const NodeID plain = nodeAt(tree, {2});
+    tree.apply(TreeEdit::setValue(number, NodeKind::string, tree.sharedScalar(number)));
+    tree.apply(TreeEdit::setKey(number, tree.sharedScalar(escaped)));
+    tree.apply(TreeEdit::setKey(escaped, tree.sharedKey(plain)));
+    tree.apply(TreeEdit::setKey(plain, tree.sharedKey(plain)));
+    EXPECT_EQ(written(tree), R"({"con \" escape":"12345","tercera":"con \" escape","tercera":"plano"})");
+    const NodeID added = tree.addNode(NodeKind::string, tree.key(number), tree.scalar(plain).substr(1, 3));
+    tree.apply(TreeEdit::insert(added, tree.root(), 0));
+    EXPECT_EQ(written(tree, added), "\"lan\"");
+    EXPECT_EQ(tree.key(added), "con \" escape");
+    EXPECT_EQ(tree.uniqueKey(tree.key(added), tree.root()), "con \" escape 2");
+    tree.checkInvariants();
+}
+
+TEST(JSONTreeApply, TakesAnyPieceOfTheTextThatItWasParsedFrom) {
+    const SharedText source(std::string_view(R"({"a":"b\n","c":[1]})"));
+    JSONTree tree = *JSONParser::parse(TextRope(source));
+    const NodeID first = nodeAt(tree, {0});
+    for (std::size_t position = 0; position < source.size(); ++position) {
+        for (std::size_t count = 0; count <= source.size() - position; ++count) {
+            const SharedText piece = source.slice(position, count);
+            tree.apply(TreeEdit::setKey(first, piece));
+            tree.apply(TreeEdit::setValue(first, NodeKind::string, piece));
+            const JSONTree again = parsed(written(tree));
+            ASSERT_EQ(again.key(NodeID{2}), piece.view());
+            ASSERT_EQ(again.scalar(NodeID{2}), piece.view());
+        }
+    }
+}
+
 TEST(JSONTreeApply, AnEarlierCopyOfTheTreeStaysAsItWas) {
     JSONTree tree = parsed(R"({"a":[1,2],"b":"x"})");
     const JSONTree copy = tree;

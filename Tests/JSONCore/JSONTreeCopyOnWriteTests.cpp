@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace quelm {
 namespace {
@@ -149,6 +150,28 @@ TEST(JSONTreeCopyOnWrite, UndoOfEverythingAfterASnapshotRestoresAnEqualTree) {
     EXPECT_EQ(tree.nodeCount(), snapshot.nodeCount());
     tree.checkInvariants();
     snapshot.checkInvariants();
+}
+
+TEST(JSONTreeCopyOnWrite, ASnapshotMayBeReadOnAnotherThreadWhileTheTreeIsEdited) {
+    JSONTree tree = parsed(records());
+    const std::string text = written(tree);
+    int wrong = 0;
+    {
+        std::jthread reader([snapshot = tree, &text, &wrong] {
+            for (int round = 0; round < 10; ++round)
+                wrong +=
+                    written(snapshot) != text || snapshot.keyOccurrences(nodeAt(snapshot, {5}), "id") != 1;
+        });
+        for (std::int64_t i = 0; i < 2'000; ++i) {
+            const NodeID record = nodeAt(tree, {i * 7'919 % 50'000});
+            tree.apply(TreeEdit::setKey(record, "clave " + std::to_string(i)));
+            tree.apply(tree.duplicateChange(record)->edits);
+            tree.apply(tree.removeChange(record)->edits);
+        }
+    }
+    EXPECT_EQ(wrong, 0);
+    EXPECT_EQ(tree.children(tree.root()).size(), recordCount);
+    tree.checkInvariants();
 }
 
 TEST(JSONTreeCopyOnWrite, AnOutlineCopiesTheBlocksOfRowsItTouches) {
