@@ -42,8 +42,7 @@ ExitStatus outputStatus(const std::expected<void, SystemError>& written) {
 }
 
 std::string_view styleName(const JSONStyle& style) {
-    constexpr std::array<std::string_view, JSONStyle::allIndents.size()> names{"2 espacios", "4 espacios",
-                                                                               "tabulador"};
+    constexpr std::array<std::string_view, JSONStyle::allIndents.size()> names{"2 espacios", "4 espacios", "tabulador"};
     const auto indent = style.prettyIndent();
     return indent ? names[static_cast<std::size_t>(*indent)] : "compacto";
 }
@@ -84,9 +83,8 @@ ExitStatus CommandRunner::checkFile(const std::string& name) {
     const ExitStatus status = load(name);
     if (status != ExitStatus::success)
         return status;
-    return outputStatus(standardStreams::writeOutput(name + ": válido, " +
-                                                     nodeCountText(content_->tree->nodeCount()) + ", " +
-                                                     std::string(styleName(content_->style)) + "\n"));
+    return outputStatus(standardStreams::writeOutput(name + ": válido, " + nodeCountText(content_->tree->nodeCount()) +
+                                                     ", " + std::string(styleName(content_->style)) + "\n"));
 }
 
 ExitStatus CommandRunner::run(const RewriteCommand& command) {

@@ -71,10 +71,8 @@ std::expected<void, SystemError> adoptOwnership(int descriptor, const Status& ol
     if (::fstat(descriptor, &now) != 0)
         return std::unexpected(SystemError::last());
     mode_t mode = old.st_mode & 07777;
-    const bool hasOwner =
-        now.st_uid == old.st_uid || ::fchown(descriptor, old.st_uid, static_cast<gid_t>(-1)) == 0;
-    const bool hasGroup =
-        now.st_gid == old.st_gid || ::fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) == 0;
+    const bool hasOwner = now.st_uid == old.st_uid || ::fchown(descriptor, old.st_uid, static_cast<gid_t>(-1)) == 0;
+    const bool hasGroup = now.st_gid == old.st_gid || ::fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) == 0;
     if (!hasOwner)
         mode &= 0777;
     if (!hasGroup)
@@ -90,8 +88,7 @@ std::expected<void, SystemError> replaceFile(const std::string& path, const std:
         return std::unexpected(SystemError::last());
 
     const std::string folder = folderOf(path);
-    auto file =
-        old ? TemporaryFile::createPrivate(folder) : TemporaryFile::createWithDefaultPermissions(folder);
+    auto file = old ? TemporaryFile::createPrivate(folder) : TemporaryFile::createWithDefaultPermissions(folder);
     if (!file)
         return std::unexpected(file.error());
     if (auto written = writeAll(file->descriptor(), bytes); !written)

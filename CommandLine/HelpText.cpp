@@ -2,10 +2,10 @@
 
 // The build defines QUELM_VERSION as a string literal. Literals joined here need no work when the program
 // starts.
-#define QUELM_USAGE                                                                                          \
-    "Uso: quelm-cli check ARCHIVO...\n"                                                                      \
-    "     quelm-cli format [--indent twoSpaces|fourSpaces|tab] [--sort-keys] [-o SALIDA] ARCHIVO\n"          \
-    "     quelm-cli compact [-o SALIDA] ARCHIVO\n"                                                           \
+#define QUELM_USAGE                                                                                                    \
+    "Uso: quelm-cli check ARCHIVO...\n"                                                                                \
+    "     quelm-cli format [--indent twoSpaces|fourSpaces|tab] [--sort-keys] [-o SALIDA] ARCHIVO\n"                    \
+    "     quelm-cli compact [-o SALIDA] ARCHIVO\n"                                                                     \
     "     quelm-cli --help | --version\n"
 
 namespace quelm::helpText {

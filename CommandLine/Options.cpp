@@ -87,8 +87,7 @@ private:
         const bool isIndent = grammar_.hasLayoutOptions && argument == "--indent";
         const bool isOutput = grammar_.hasOutputOption && argument == "-o";
         if (!isIndent && !isOutput)
-            return usageError("La orden " + quoted(grammar_.name) + " no tiene la opción " +
-                              quoted(argument));
+            return usageError("La orden " + quoted(grammar_.name) + " no tiene la opción " + quoted(argument));
         if (rest_.empty())
             return usageError("Falta el valor de la opción " + quoted(argument));
         if (isIndent)
@@ -100,8 +99,7 @@ private:
     std::expected<void, UsageError> takeIndent(std::string_view value) {
         const auto indent = JSONStyle::indentFromRawValue(value);
         if (!indent)
-            return usageError("No existe la sangría " + quoted(value) +
-                              "; puede ser twoSpaces, fourSpaces o tab");
+            return usageError("No existe la sangría " + quoted(value) + "; puede ser twoSpaces, fourSpaces o tab");
         operands_.indent = *indent;
         return {};
     }
@@ -118,8 +116,8 @@ Command makeCommand(const Grammar& grammar, Operands operands) {
         return CheckCommand{std::move(operands.files)};
     if (operands.output == "-")
         operands.output.reset();
-    const JSONStyle style = grammar.hasLayoutOptions ? JSONStyle::pretty(operands.indent, operands.sortKeys)
-                                                     : JSONStyle::compact();
+    const JSONStyle style =
+        grammar.hasLayoutOptions ? JSONStyle::pretty(operands.indent, operands.sortKeys) : JSONStyle::compact();
     return RewriteCommand{style, std::move(operands.files.front()), std::move(operands.output)};
 }
 
@@ -144,8 +142,7 @@ std::expected<Command, UsageError> parseCommand(std::span<const std::string_view
     if (!operands->wantsHelp && operands->files.empty())
         return usageError("Falta el archivo");
     if (!operands->wantsHelp && operands->files.size() > 1 && !grammar->takesSeveralFiles)
-        return usageError("La orden " + quoted(name) + " lee un solo archivo y sobra " +
-                          quoted(operands->files[1]));
+        return usageError("La orden " + quoted(name) + " lee un solo archivo y sobra " + quoted(operands->files[1]));
     return makeCommand(*grammar, std::move(*operands));
 }
 

@@ -11,8 +11,7 @@ std::expected<TemporaryFile, SystemError> TemporaryFile::createPrivate(const std
     return create(folder, 0600);
 }
 
-std::expected<TemporaryFile, SystemError>
-TemporaryFile::createWithDefaultPermissions(const std::string& folder) {
+std::expected<TemporaryFile, SystemError> TemporaryFile::createWithDefaultPermissions(const std::string& folder) {
     return create(folder, 0666);
 }
 

@@ -6,8 +6,8 @@ namespace quelm {
 
 namespace {
 
-/// The index of `id` among `count` ids, or `count`. Sixteen at a time, without a branch among them, so that the compiler
-/// compares whole vectors.
+/// The index of `id` among `count` ids, or `count`. Sixteen at a time, without a branch among them, so that the
+/// compiler compares whole vectors.
 std::size_t find(const std::uint32_t* ids, std::size_t count, std::uint32_t id) {
     constexpr std::size_t stride = 16;
     std::size_t at = 0;

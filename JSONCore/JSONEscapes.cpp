@@ -44,7 +44,9 @@ std::size_t plainPrefixLength(std::string_view text) {
     return HWY_DYNAMIC_DISPATCH(plainPrefixLength)(text.data(), text.size());
 }
 
-bool needsEscape(std::string_view text) { return plainPrefixLength(text) != text.size(); }
+bool needsEscape(std::string_view text) {
+    return plainPrefixLength(text) != text.size();
+}
 
 } // namespace quelm::json
 

@@ -7,7 +7,9 @@
 namespace quelm::json {
 
 /// Quotation mark, backslash and everything below 0x20.
-constexpr bool needsEscape(unsigned char byte) { return byte < 0x20 || byte == '"' || byte == '\\'; }
+constexpr bool needsEscape(unsigned char byte) {
+    return byte < 0x20 || byte == '"' || byte == '\\';
+}
 
 /// Whether any byte of the text does. Many bytes at a time.
 bool needsEscape(std::string_view text);

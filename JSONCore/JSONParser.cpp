@@ -39,8 +39,9 @@ namespace quelm::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// One pass over the text. Places are pointers into it; at least 64 zero bytes follow its end, so that whole vectors may be
-/// loaded anywhere and every scan stops there at the latest. A scan that fails returns null and notes why and where.
+/// One pass over the text. Places are pointers into it; at least 64 zero bytes follow its end, so that whole vectors
+/// may be loaded anywhere and every scan stops there at the latest. A scan that fails returns null and notes why and
+/// where.
 class Parser {
 public:
     Parser(std::string_view text, TreeBuilder& builder, const std::stop_token& stop)
@@ -60,7 +61,8 @@ public:
     }
 
 private:
-    /// Each turn of the loop reads one value and all that may follow it before the next: closing brackets, a comma, a key.
+    /// Each turn of the loop reads one value and all that may follow it before the next: closing brackets, a comma, a
+    /// key.
     const char* parseTopLevelValue(const char* place) {
         TextRef key;
         for (;;) {
@@ -121,7 +123,8 @@ private:
                 place = parseNumber(place, key);
                 break;
             default:
-                return place == end_ ? fail(parsemessages::expectedValue, place) : fail(parsemessages::unexpectedValue, place);
+                return place == end_ ? fail(parsemessages::expectedValue, place)
+                                     : fail(parsemessages::unexpectedValue, place);
             }
             if (!place) [[unlikely]]
                 return nullptr;
@@ -203,16 +206,17 @@ private:
         return {{offsetOf(first), static_cast<std::uint32_t>(last - first), false}, last + 1};
     }
 
-    /// The same for a literal that is not plain from its opening quotation mark to its closing one: `place` is the first byte
-    /// that is not.
+    /// The same for a literal that is not plain from its opening quotation mark to its closing one: `place` is the
+    /// first byte that is not.
     HWY_NOINLINE StringLiteral parseStringWithEscapes(const char* quote, const char* place) {
         scratch_.assign(quote + 1, place);
         for (;;) {
             if (*place == '"')
                 return {builder_.storage().store(scratch_), place + 1};
             if (*place != '\\') {
-                return {{}, place == end_ ? fail(parsemessages::unterminatedString, quote)
-                                          : fail(parsemessages::controlCharacter, place)};
+                return {{},
+                        place == end_ ? fail(parsemessages::unterminatedString, quote)
+                                      : fail(parsemessages::controlCharacter, place)};
             }
             if (const LiteralFault fault = decodeEscape(place, end_, quote, scratch_); fault.message)
                 return {{}, fail(fault.message, fault.place)};
@@ -222,8 +226,8 @@ private:
         }
     }
 
-    /// The first byte that cannot stand in a string literal as it is: the least of three differences is 0 exactly there.
-    /// One comparison instead of three keeps the way from one token to the next short.
+    /// The first byte that cannot stand in a string literal as it is: the least of three differences is 0 exactly
+    /// there. One comparison instead of three keeps the way from one token to the next short.
     static HWY_INLINE const char* plainEnd(const char* place) {
         const hn::CappedTag<std::uint8_t, 32> d;
         for (;; place += hn::Lanes(d)) {
@@ -298,9 +302,13 @@ private:
     bool isCancelled_ = false;
 };
 
+namespace {
+
 ParseOutcome runParser(std::string_view text, TreeBuilder& builder, const std::stop_token& stop) {
     return Parser(text, builder, stop).run();
 }
+
+} // namespace
 
 } // namespace quelm::HWY_NAMESPACE
 HWY_AFTER_NAMESPACE();

@@ -12,7 +12,9 @@ namespace quelm::JSONScalar {
 
 namespace {
 
-constexpr bool isASCIIWhiteSpace(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+constexpr bool isASCIIWhiteSpace(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
 
 /// Whether a text is "true" in any case. No other character has one of these letters as its lower case.
 bool isTrueInAnyCase(std::string_view text) {
@@ -20,8 +22,8 @@ bool isTrueInAnyCase(std::string_view text) {
                               [](char c, char lower) { return (c >= 'A' && c <= 'Z' ? c - 'A' + 'a' : c) == lower; });
 }
 
-/// The number that a whole text is by `strtod` in the C locale; not one that starts with white space or NUL. NaN when it is
-/// none.
+/// The number that a whole text is by `strtod` in the C locale; not one that starts with white space or NUL. NaN when
+/// it is none.
 struct LenientNumber {
     bool isNumber;
     double value;

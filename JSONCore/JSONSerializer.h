@@ -18,8 +18,8 @@ namespace quelm::JSONSerializer {
 /// `from` must be stored in `tree`. Throws std::bad_alloc.
 SharedText serialize(const JSONTree& tree, std::optional<NodeID> from, const JSONStyle& style);
 
-/// The same bytes in pieces of about a megabyte, given to `take` in order, for output that need not be in memory whole. Each
-/// piece is valid during its call; what `take` throws ends the writing and is passed on.
+/// The same bytes in pieces of about a megabyte, given to `take` in order, for output that need not be in memory whole.
+/// Each piece is valid during its call; what `take` throws ends the writing and is passed on.
 void serialize(const JSONTree& tree, std::optional<NodeID> from, const JSONStyle& style,
                const std::function<void(std::string_view)>& take);
 

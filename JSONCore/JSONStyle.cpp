@@ -6,7 +6,8 @@
 namespace quelm {
 
 std::optional<JSONStyle::Indent> JSONStyle::indentFromRawValue(std::string_view rawValue) {
-    const auto found = std::ranges::find(allIndents, rawValue, [](Indent indent) { return JSONStyle::rawValue(indent); });
+    const auto found =
+        std::ranges::find(allIndents, rawValue, [](Indent indent) { return JSONStyle::rawValue(indent); });
     return found == allIndents.end() ? std::nullopt : std::optional(*found);
 }
 
@@ -15,7 +16,8 @@ JSONStyle JSONStyle::detect(std::string_view text) {
     text = text.substr(0, examined);
     bool hasUnindentedLine = false;
     // The first line normally holds only the opening bracket.
-    for (std::size_t lineFeed = text.find('\n'); lineFeed != std::string_view::npos; lineFeed = text.find('\n', lineFeed + 1)) {
+    for (std::size_t lineFeed = text.find('\n'); lineFeed != std::string_view::npos;
+         lineFeed = text.find('\n', lineFeed + 1)) {
         std::size_t spaces = 0;
         std::size_t tabs = 0;
         std::size_t at = lineFeed + 1;

@@ -19,7 +19,8 @@ void JSONTree::checkInvariants() const {
     for (NodeID id{0}; id.raw < count; ++id.raw) {
         std::int64_t size = 1;
         for (NodeID child : children(id)) {
-            require(storage.record(child).parent == static_cast<std::uint32_t>(id.raw), "a listed child knows its parent");
+            require(storage.record(child).parent == static_cast<std::uint32_t>(id.raw),
+                    "a listed child knows its parent");
             require(timesListed[static_cast<std::size_t>(child.raw)]++ == 0, "a node is listed once");
             size += subtreeSize(child);
         }

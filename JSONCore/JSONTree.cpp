@@ -22,9 +22,8 @@ const NodeRecord& checkedRecord(const TreeStorage& storage, NodeID id) {
 constexpr std::int64_t indexedObjectSize = 48;
 
 std::int64_t occurrencesWithoutIndex(const TreeStorage& storage, ChildList members, std::string_view key) {
-    return std::ranges::count_if(members, [&](NodeID member) {
-        return canonical::equal(storage.text(storage.record(member).key()), key);
-    });
+    return std::ranges::count_if(
+        members, [&](NodeID member) { return canonical::equal(storage.text(storage.record(member).key()), key); });
 }
 
 /// The index of a large object, built if need be; null for a small one. The cache's mutex must be held.
@@ -63,7 +62,9 @@ std::string memberComponent(std::string_view key) {
 
 } // namespace
 
-const TreeStorage& storageOf(const JSONTree& tree) { return *tree.storage_; }
+const TreeStorage& storageOf(const JSONTree& tree) {
+    return *tree.storage_;
+}
 
 JSONTree::JSONTree(NodeKind kind, std::string_view scalar)
     : storage_(std::make_shared<TreeStorage>(TreeStorage::withHolder())) {
@@ -82,7 +83,9 @@ TreeStorage& JSONTree::changeableStorage() {
     return *storage_;
 }
 
-void JSONTree::requireStored(NodeID id) const { checkedRecord(*storage_, id); }
+void JSONTree::requireStored(NodeID id) const {
+    checkedRecord(*storage_, id);
+}
 
 NodeID JSONTree::root() const {
     const ChildList top = storage_->children(storage_->record(holder));
@@ -90,27 +93,39 @@ NodeID JSONTree::root() const {
     return top.front();
 }
 
-std::int64_t JSONTree::nodeCount() const { return storage_->record(holder).subtreeSize() - std::int64_t{1}; }
+std::int64_t JSONTree::nodeCount() const {
+    return storage_->record(holder).subtreeSize() - std::int64_t{1};
+}
 
-std::int64_t JSONTree::storedNodeCount() const { return static_cast<std::int64_t>(storage_->nodes.size()); }
+std::int64_t JSONTree::storedNodeCount() const {
+    return static_cast<std::int64_t>(storage_->nodes.size());
+}
 
-NodeKind JSONTree::kind(NodeID id) const { return checkedRecord(*storage_, id).kind; }
+NodeKind JSONTree::kind(NodeID id) const {
+    return checkedRecord(*storage_, id).kind;
+}
 
-std::string_view JSONTree::key(NodeID id) const { return storage_->text(checkedRecord(*storage_, id).key()); }
+std::string_view JSONTree::key(NodeID id) const {
+    return storage_->text(checkedRecord(*storage_, id).key());
+}
 
 std::string_view JSONTree::scalar(NodeID id) const {
     const NodeRecord& record = checkedRecord(*storage_, id);
     return isContainer(record.kind) ? std::string_view() : storage_->text(record.scalar());
 }
 
-SharedText JSONTree::sharedKey(NodeID id) const { return storage_->sharedText(checkedRecord(*storage_, id).key()); }
+SharedText JSONTree::sharedKey(NodeID id) const {
+    return storage_->sharedText(checkedRecord(*storage_, id).key());
+}
 
 SharedText JSONTree::sharedScalar(NodeID id) const {
     const NodeRecord& record = checkedRecord(*storage_, id);
     return isContainer(record.kind) ? SharedText() : storage_->sharedText(record.scalar());
 }
 
-ChildList JSONTree::children(NodeID id) const { return storage_->children(checkedRecord(*storage_, id)); }
+ChildList JSONTree::children(NodeID id) const {
+    return storage_->children(checkedRecord(*storage_, id));
+}
 
 std::optional<NodeID> JSONTree::parent(NodeID id) const {
     const std::uint32_t parent = checkedRecord(*storage_, id).parent;
@@ -132,7 +147,9 @@ bool JSONTree::isObjectMember(NodeID id) const {
     return container && kind(*container) == NodeKind::object;
 }
 
-std::int64_t JSONTree::subtreeSize(NodeID id) const { return checkedRecord(*storage_, id).subtreeSize(); }
+std::int64_t JSONTree::subtreeSize(NodeID id) const {
+    return checkedRecord(*storage_, id).subtreeSize();
+}
 
 std::string JSONTree::path(NodeID id) const {
     std::vector<std::string> components;
@@ -221,9 +238,11 @@ NodeID JSONTree::addNode(NodeKind kind, std::string_view key, std::string_view s
 }
 
 std::int64_t JSONTree::attach(NodeID id, NodeID parent, std::int64_t index) {
-    require(checkedRecord(*storage_, id).parent == NodeRecord::noParent && id != holder, "an attached node was detached");
+    require(checkedRecord(*storage_, id).parent == NodeRecord::noParent && id != holder,
+            "an attached node was detached");
     require(isContainer(checkedRecord(*storage_, parent).kind), "a node is attached to a container");
-    require(index >= 0 && index <= children(parent).size(), "a child is inserted within its parent's list or at its end");
+    require(index >= 0 && index <= children(parent).size(),
+            "a child is inserted within its parent's list or at its end");
 
     TreeStorage& storage = changeableStorage();
     // Everything that may need memory comes first, so that running out of it leaves no half-made change.

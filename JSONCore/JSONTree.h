@@ -25,9 +25,9 @@ struct TreeStorage;
 /// node never leaves the store and its id is never reused: removing a value only detaches it with its whole subtree, so
 /// that an undo can attach the same ids again.
 ///
-/// A value type. Copies share their storage, so copying is O(1); a change copies the blocks of storage that it touches and
-/// that another tree still shares, nothing else. One tree may be read by several threads at once; a change needs it for
-/// itself. Views (`std::string_view`, `ChildList`) are valid as stated with each operation.
+/// A value type. Copies share their storage, so copying is O(1); a change copies the blocks of storage that it touches
+/// and that another tree still shares, nothing else. One tree may be read by several threads at once; a change needs it
+/// for itself. Views (`std::string_view`, `ChildList`) are valid as stated with each operation.
 ///
 /// An id outside the store is a programming error in every operation.
 class JSONTree {
@@ -92,14 +92,15 @@ public:
     /// The place of a value as a text: "$", "$.items[2]", "$[\"a b\"]". O(depth) plus a position in each array.
     std::string path(NodeID id) const;
 
-    /// How many members of the object `parent` have that key. O(1) amortised: a large object keeps an index of its keys,
-    /// built when it is first asked for and kept up by edits of this tree (a copy builds its own).
+    /// How many members of the object `parent` have that key. O(1) amortised: a large object keeps an index of its
+    /// keys, built when it is first asked for and kept up by edits of this tree (a copy builds its own).
     std::int64_t keyOccurrences(NodeID parent, std::string_view key) const;
 
     /// Builds that index now if the object is large and has none, so that later questions are answered at once.
     void prepareKeyIndex(NodeID parent) const;
 
-    /// A key for a new member of the object `parent`: `base` when no member has it, else "base 2", "base 3"… the first free.
+    /// A key for a new member of the object `parent`: `base` when no member has it, else "base 2", "base 3"… the first
+    /// free.
     std::string uniqueKey(std::string_view base, NodeID parent) const;
 
     /// Whether both documents are the same JSON, members in the same order: kinds, scalars, keys of members and numbers
@@ -111,8 +112,8 @@ public:
     /// Stores a new detached node.
     NodeID addNode(NodeKind kind, std::string_view key, std::string_view scalar);
 
-    /// Links a detached node as child number `index` (0 to the number of children) of the container `parent`, which must
-    /// not lie in the node's own subtree. Returns the size of the subtree.
+    /// Links a detached node as child number `index` (0 to the number of children) of the container `parent`, which
+    /// must not lie in the node's own subtree. Returns the size of the subtree.
     std::int64_t attach(NodeID id, NodeID parent, std::int64_t index);
 
     /// Unlinks a node and tells where it was; absent, and no effect, when it has no parent.
@@ -127,8 +128,8 @@ public:
     // Intentions. Each prepares a change of this very tree, or tells that there is nothing to do. Those that need new
     // nodes store them, detached; they are harmless when the change is not applied.
 
-    /// A new empty string: last child of `target` when `inside` is asked for (or `target` is the top-level value) and it is
-    /// a container, else its next sibling.
+    /// A new empty string: last child of `target` when `inside` is asked for (or `target` is the top-level value) and
+    /// it is a container, else its next sibling.
     std::optional<TreeChange> insertChange(NodeID target, bool inside);
 
     /// A copy of the top-level value of `pasted`, placed likewise.
@@ -156,7 +157,8 @@ public:
     /// not copied.
     NodeID appendDetached(const JSONTree& other);
 
-    /// Checks the invariants of the store, all of them, in O(stored nodes): for tests. A violation is a programming error.
+    /// Checks the invariants of the store, all of them, in O(stored nodes): for tests. A violation is a programming
+    /// error.
     void checkInvariants() const;
 
 private:

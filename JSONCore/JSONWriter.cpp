@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::size_t chunk = 16;
 
-/// Copies in whole chunks: up to `chunk` - 1 bytes more than asked for are read and written. Most texts of JSON are short,
-/// and a copy of fixed size costs less than a call.
+/// Copies in whole chunks: up to `chunk` - 1 bytes more than asked for are read and written. Most texts of JSON are
+/// short, and a copy of fixed size costs less than a call.
 [[gnu::always_inline]] inline char* copyInChunks(char* to, const char* from, std::size_t count) {
     std::memcpy(to, from, chunk);
     for (std::size_t at = chunk; at < count; at += chunk) [[unlikely]]
@@ -70,8 +70,8 @@ JSONWriter::JSONWriter(const TreeStorage& storage, std::string_view indentUnit, 
 
 SharedText JSONWriter::write(NodeID start) {
     const std::size_t nodeCount = storage_.record(start).subtreeSize();
-    // Room that is not used costs nothing, and growing copies: a large tree has about the length of its source beside its
-    // structure.
+    // Room that is not used costs nothing, and growing copies: a large tree has about the length of its source beside
+    // its structure.
     constexpr std::size_t manyNodes = 1000;
     const std::size_t texts = nodeCount > manyNodes ? storage_.source.size() : 0;
     writeInto(TextBuilder(nodeCount * (isPretty() ? 24 : 16) + texts), start);

@@ -20,8 +20,8 @@ public:
     /// The whole output.
     SharedText write(NodeID start);
 
-    /// The output in pieces of about a megabyte, given to `take` one after the other; each is valid during its call. What
-    /// `take` throws ends the writing.
+    /// The output in pieces of about a megabyte, given to `take` one after the other; each is valid during its call.
+    /// What `take` throws ends the writing.
     void write(NodeID start, const std::function<void(std::string_view)>& take);
 
 private:

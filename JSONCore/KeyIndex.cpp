@@ -81,7 +81,8 @@ std::string KeyIndex::uniqueKey(std::string_view base) {
 
 bool KeyIndex::hasSameCounts(const KeyIndex& other) const {
     const auto countsAll = [](const KeyIndex& left, const KeyIndex& right) {
-        return std::ranges::all_of(left.entries_, [&](const Entry& entry) { return right.count(entry.key) == entry.count; });
+        return std::ranges::all_of(left.entries_,
+                                   [&](const Entry& entry) { return right.count(entry.key) == entry.count; });
     };
     return countsAll(*this, other) && countsAll(other, *this);
 }

@@ -8,8 +8,9 @@
 
 namespace quelm {
 
-/// How often each key occurs in one object, keys compared by canonical equivalence. A hash table with open addressing; every
-/// operation O(1) amortised beside reading the key. The keys are views that must stay valid for the life of the index.
+/// How often each key occurs in one object, keys compared by canonical equivalence. A hash table with open addressing;
+/// every operation O(1) amortised beside reading the key. The keys are views that must stay valid for the life of the
+/// index.
 class KeyIndex {
 public:
     explicit KeyIndex(std::size_t expectedKeys);
@@ -19,8 +20,8 @@ public:
     /// The key must have been added as often as it is removed.
     void remove(std::string_view key);
 
-    /// `base` if no key is equal to it, else "base 2", "base 3"… the first that no key is equal to. Asking again goes on
-    /// where the last answer was found.
+    /// `base` if no key is equal to it, else "base 2", "base 3"… the first that no key is equal to. Asking again goes
+    /// on where the last answer was found.
     std::string uniqueKey(std::string_view base);
 
     /// Whether both count the same keys: for tests.

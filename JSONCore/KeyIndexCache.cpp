@@ -20,7 +20,9 @@ KeyIndexCache& KeyIndexCache::operator=(const KeyIndexCache& other) {
 KeyIndexCache& KeyIndexCache::operator=(KeyIndexCache&&) noexcept = default;
 KeyIndexCache::~KeyIndexCache() = default;
 
-std::mutex& KeyIndexCache::mutex() const { return state_->mutex; }
+std::mutex& KeyIndexCache::mutex() const {
+    return state_->mutex;
+}
 
 KeyIndex* KeyIndexCache::find(NodeID object) const {
     const auto found = state_->indexes.find(object);
@@ -31,6 +33,8 @@ KeyIndex& KeyIndexCache::add(NodeID object, KeyIndex index) {
     return state_->indexes.insert_or_assign(object, std::move(index)).first->second;
 }
 
-void KeyIndexCache::drop(NodeID object) { state_->indexes.erase(object); }
+void KeyIndexCache::drop(NodeID object) {
+    state_->indexes.erase(object);
+}
 
 } // namespace quelm

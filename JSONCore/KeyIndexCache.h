@@ -10,8 +10,8 @@ namespace quelm {
 
 class KeyIndex;
 
-/// The key indexes that one tree has built so far. A copy starts with none, so that edits of a tree never copy an index that
-/// a snapshot would share; a moved tree takes its indexes along. Reading threads may share it under `mutex()`.
+/// The key indexes that one tree has built so far. A copy starts with none, so that edits of a tree never copy an index
+/// that a snapshot would share; a moved tree takes its indexes along. Reading threads may share it under `mutex()`.
 class KeyIndexCache {
 public:
     KeyIndexCache();

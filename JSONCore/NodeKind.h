@@ -21,6 +21,8 @@ constexpr std::optional<NodeKind> nodeKindFromRawValue(std::uint8_t rawValue) {
 }
 
 /// Whether values of the kind have children: objects and arrays.
-constexpr bool isContainer(NodeKind kind) { return kind == NodeKind::object || kind == NodeKind::array; }
+constexpr bool isContainer(NodeKind kind) {
+    return kind == NodeKind::object || kind == NodeKind::array;
+}
 
 } // namespace quelm

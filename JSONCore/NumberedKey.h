@@ -26,7 +26,8 @@ inline std::optional<std::int64_t> keyNumber(std::string_view key, std::string_v
     const std::string_view digits = key.substr(base.size() + 1);
     std::int64_t number = 0;
     const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), number);
-    if (error != std::errc() || end != digits.data() + digits.size() || digits.front() == '0' || number < firstKeyNumber)
+    if (error != std::errc() || end != digits.data() + digits.size() || digits.front() == '0' ||
+        number < firstKeyNumber)
         return std::nullopt;
     return number;
 }

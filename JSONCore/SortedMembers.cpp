@@ -31,7 +31,9 @@ constexpr std::uint64_t mostSignificantFirst(std::uint64_t bytes) {
     return bytes;
 }
 
-constexpr bool isASCII(std::uint64_t bytes) { return (bytes & 0x8080'8080'8080'8080) == 0; }
+constexpr bool isASCII(std::uint64_t bytes) {
+    return (bytes & 0x8080'8080'8080'8080) == 0;
+}
 
 } // namespace
 

@@ -10,8 +10,8 @@
 
 namespace quelm {
 
-/// Puts the members of objects in the order of their keys: by the Unicode scalar values of their NFC forms, members with
-/// equal keys in document order. Keeps its working memory from one object to the next.
+/// Puts the members of objects in the order of their keys: by the Unicode scalar values of their NFC forms, members
+/// with equal keys in document order. Keeps its working memory from one object to the next.
 class MemberSorter {
 public:
     /// Appends the sorted members to `sorted`.

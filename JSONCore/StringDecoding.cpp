@@ -31,8 +31,12 @@ LiteralFault readHexDigits(const char*& place, const char* end, char32_t& unit) 
     return {};
 }
 
-constexpr bool isHighSurrogate(char32_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
-constexpr bool isLowSurrogate(char32_t unit) { return unit >= 0xDC00 && unit <= 0xDFFF; }
+constexpr bool isHighSurrogate(char32_t unit) {
+    return unit >= 0xD800 && unit <= 0xDBFF;
+}
+constexpr bool isLowSurrogate(char32_t unit) {
+    return unit >= 0xDC00 && unit <= 0xDFFF;
+}
 
 /// Reads a "\u" escape, or two that make a surrogate pair; `place` stands behind the "u", `backslash` at its backslash.
 LiteralFault decodeUnicodeEscape(const char*& place, const char* end, const char* backslash, std::string& text) {

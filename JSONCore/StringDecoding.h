@@ -10,8 +10,8 @@ struct LiteralFault {
     const char* place = nullptr;
 };
 
-/// Decodes one escape sequence of a string literal onto `text` and moves `place` past it. `place` stands at the backslash;
-/// the text ends at `end`, and the literal was opened at `quote`. Nothing is moved when there is a fault.
+/// Decodes one escape sequence of a string literal onto `text` and moves `place` past it. `place` stands at the
+/// backslash; the text ends at `end`, and the literal was opened at `quote`. Nothing is moved when there is a fault.
 LiteralFault decodeEscape(const char*& place, const char* end, const char* quote, std::string& text);
 
 } // namespace quelm

@@ -1,11 +1,10 @@
 // Bringing the rows up to date with edits, at a cost that follows the nodes linked and unlinked, not their siblings.
 //
-// A stored row is a node and its depth; labels, values, counts and marks are read from the tree. So a key or a value that
-// changed needs nothing here, and a node that came, went or moved needs its own rows alone.
+// A stored row is a node and its depth; labels, values, counts and marks are read from the tree. So a key or a value
+// that changed needs nothing here, and a node that came, went or moved needs its own rows alone.
 
 #include "JSONCore/OutlineRowBuilder.h"
 #include "JSONCore/TreeOutline.h"
-
 #include "TextCore/Check.h"
 
 #include <algorithm>
@@ -25,12 +24,12 @@ std::vector<NodeID> linkedNodes(std::span<const TreeEdit> edits) {
 }
 
 bool replacesTopLevelValue(std::span<const TreeEdit> edits) {
-    return std::ranges::any_of(edits, [](const TreeEdit& edit) {
-        return edit.asInsert() && edit.asInsert()->parent == JSONTree::holder;
-    });
+    return std::ranges::any_of(
+        edits, [](const TreeEdit& edit) { return edit.asInsert() && edit.asInsert()->parent == JSONTree::holder; });
 }
 
-/// Where the rows of a child without any belong: after the nearest earlier sibling that has rows, else after the parent.
+/// Where the rows of a child without any belong: after the nearest earlier sibling that has rows, else after the
+/// parent.
 std::int64_t positionForRows(NodeID child, NodeID parent, std::int64_t parentRow, const OutlineRows& rows,
                              const JSONTree& tree) {
     const ChildList siblings = tree.children(parent);

@@ -102,7 +102,8 @@ void TreeOutline::setExpanded(NodeID id, bool isExpanded, bool recursive, const 
 
 void TreeOutline::reveal(NodeID id, const JSONTree& tree) {
     std::optional<NodeID> highest;
-    for (auto ancestor = tree.parent(id); ancestor && *ancestor != JSONTree::holder; ancestor = tree.parent(*ancestor)) {
+    for (auto ancestor = tree.parent(id); ancestor && *ancestor != JSONTree::holder;
+         ancestor = tree.parent(*ancestor)) {
         if (expanded_.insert(*ancestor))
             highest = ancestor;
     }

@@ -16,8 +16,8 @@ namespace quelm {
 /// The visible rows of a tree, one a node in document order, together with the set of expanded containers.
 ///
 /// A row is stored as its node and depth alone; a `TreeRow` is made on demand from the tree, which must be the one that
-/// the outline was last brought up to date with. Copies share blocks of rows. Finding the row of an id and the id of a row
-/// are O(log rows). For one thread at a time.
+/// the outline was last brought up to date with. Copies share blocks of rows. Finding the row of an id and the id of a
+/// row are O(log rows). For one thread at a time.
 ///
 /// An id outside the tree's store is a programming error; a node without a row, or a scalar to expand, is not: nothing
 /// happens.
@@ -36,7 +36,8 @@ public:
     /// Where the node's row is, if it has one.
     std::optional<std::int64_t> index(NodeID id) const { return rows_.indexOf(id); }
 
-    /// The containers whose children are shown wherever they are visible themselves. Ids of detached nodes may stay in it.
+    /// The containers whose children are shown wherever they are visible themselves. Ids of detached nodes may stay in
+    /// it.
     const NodeSet& expanded() const { return expanded_; }
 
     /// The rows of the visible subtree at `id`, the first with the given depth, label and mark. O(rows made).
@@ -55,8 +56,9 @@ public:
     /// Expands every ancestor, so that the node has a row.
     void reveal(NodeID id, const JSONTree& tree);
 
-    /// Brings the rows up to date with edits that the tree has taken: the edits of a change followed by the inverse list
-    /// that applying them returned. O(rows of the nodes that were linked or unlinked), however many siblings they have.
+    /// Brings the rows up to date with edits that the tree has taken: the edits of a change followed by the inverse
+    /// list that applying them returned. O(rows of the nodes that were linked or unlinked), however many siblings they
+    /// have.
     void update(std::span<const TreeEdit> edits, const JSONTree& tree);
 
     /// Checks the invariants of the rows against the tree, all of them: for tests. A violation is a programming error.

@@ -38,7 +38,9 @@ struct TreeRow {
     private:
         struct Key {
             std::string text;
-            friend bool operator==(const Key& left, const Key& right) { return canonical::equal(left.text, right.text); }
+            friend bool operator==(const Key& left, const Key& right) {
+                return canonical::equal(left.text, right.text);
+            }
         };
         struct Root {
             friend bool operator==(Root, Root) = default;
@@ -54,8 +56,8 @@ struct TreeRow {
     std::int64_t depth = 0;
     Label label = Label::root();
     NodeKind kind = NodeKind::null;
-    /// Empty for containers, "null", or the text of the scalar: a text of more than 200 bytes is cut after 200 characters
-    /// and "…" follows.
+    /// Empty for containers, "null", or the text of the scalar: a text of more than 200 bytes is cut after 200
+    /// characters and "…" follows.
     std::string value;
     /// 0 for scalars.
     std::int64_t childCount = 0;

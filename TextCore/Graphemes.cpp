@@ -145,8 +145,7 @@ private:
 
     Character characterAt(std::size_t position) const {
         const auto [scalar, size] = utf8::leadingScalar(text_.substr(position));
-        return {scalar, position + size,
-                scalar < utf8::lowLimit || PlainCharacters::table().contains(scalar)};
+        return {scalar, position + size, scalar < utf8::lowLimit || PlainCharacters::table().contains(scalar)};
     }
 
     static bool isCRLF(const Character& first, const Character& second) {
@@ -154,8 +153,7 @@ private:
     }
 
     bool isLowRun(const Character& first, const Character& second) const {
-        return first.scalar < utf8::lowLimit && second.scalar < utf8::lowLimit &&
-               limit_ - clusters_ >= fewClusters;
+        return first.scalar < utf8::lowLimit && second.scalar < utf8::lowLimit && limit_ - clusters_ >= fewClusters;
     }
 
     /// Passes plain characters that plain ones follow, or nothing. False when something else comes next.
@@ -190,8 +188,7 @@ private:
     void passLowCharacters() {
         const auto clustersLeft = static_cast<std::uint64_t>(limit_ - clusters_);
         const std::size_t block = std::min<std::uint64_t>(lowBlock, clustersLeft + 1);
-        std::string_view passed =
-            text_.substr(position_, utf8::lowPrefixLength(text_.substr(position_, block)));
+        std::string_view passed = text_.substr(position_, utf8::lowPrefixLength(text_.substr(position_, block)));
         while (U8_IS_TRAIL(passed.back()))
             passed.remove_suffix(1);
         passed.remove_suffix(passed.ends_with("\r\n") ? 2 : 1);

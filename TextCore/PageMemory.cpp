@@ -26,7 +26,8 @@ constexpr std::size_t hugePage = std::size_t{2} << 20;
 constexpr std::size_t smallestMapped = std::size_t{256} << 10;
 constexpr std::size_t largestKept = mostKept / 3;
 
-/// The size that is mapped for a piece: quarters of a power of two, so that pieces of similar size can stand in for each other.
+/// The size that is mapped for a piece of at least `smallestMapped` bytes: quarters of a power of two, so that pieces
+/// of similar size can stand in for each other.
 constexpr std::size_t mappedSize(std::size_t size) {
     const std::size_t step = std::bit_floor(size) / 4;
     const std::size_t rounded = (size + step - 1) / step * step;
@@ -36,7 +37,8 @@ constexpr std::size_t mappedSize(std::size_t size) {
 void* mapPages(std::size_t size) {
     // A huge page more than is needed leaves room to start at a multiple of its size; what is over goes back at once.
     const std::size_t slack = size < hugePage ? 0 : hugePage;
-    void* mapped = ::mmap(nullptr, size + slack, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
+    void* mapped =
+        ::mmap(nullptr, size + slack, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (mapped == MAP_FAILED)
         throw std::bad_alloc();
     if (slack == 0)
@@ -61,7 +63,8 @@ public:
     void* take(std::size_t size) {
         const std::scoped_lock lock(mutex_);
         const auto end = pieces_.begin() + static_cast<std::ptrdiff_t>(count_);
-        const auto found = std::find_if(pieces_.begin(), end, [size](const Piece& piece) { return piece.size == size; });
+        const auto found =
+            std::find_if(pieces_.begin(), end, [size](const Piece& piece) { return piece.size == size; });
         if (found == end)
             return nullptr;
         void* memory = found->memory;
@@ -130,9 +133,13 @@ void release(void* memory, std::size_t size) noexcept {
 
 #else
 
-void* allocate(std::size_t size) { return ::operator new(size, lineAlignment); }
+void* allocate(std::size_t size) {
+    return ::operator new(size, lineAlignment);
+}
 
-void release(void* memory, std::size_t) noexcept { ::operator delete(memory, lineAlignment); }
+void release(void* memory, std::size_t) noexcept {
+    ::operator delete(memory, lineAlignment);
+}
 
 #endif
 

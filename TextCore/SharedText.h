@@ -23,8 +23,7 @@ public:
     explicit SharedText(std::string_view bytes);
 
     /// A piece of memory that `owner` keeps alive.
-    SharedText(std::shared_ptr<const void> owner, std::string_view bytes)
-        : owner_(std::move(owner)), bytes_(bytes) {}
+    SharedText(std::shared_ptr<const void> owner, std::string_view bytes) : owner_(std::move(owner)), bytes_(bytes) {}
 
     std::string_view view() const { return bytes_; }
     const char* data() const { return bytes_.data(); }

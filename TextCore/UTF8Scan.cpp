@@ -206,8 +206,7 @@ HWY_INLINE Vector pairFaults(Bytes d, Vector bytes, const std::uint8_t* at) {
     const Vector byFirst =
         hn::And(hn::TableLookupBytes(hn::LoadDup128(d, byFirstHigh.faultsOf), hn::ShiftRight<4>(previous)),
                 hn::TableLookupBytes(hn::LoadDup128(d, byFirstLow.faultsOf), hn::And(previous, lowNibble)));
-    const Vector bySecond =
-        hn::TableLookupBytes(hn::LoadDup128(d, bySecondHigh.faultsOf), hn::ShiftRight<4>(bytes));
+    const Vector bySecond = hn::TableLookupBytes(hn::LoadDup128(d, bySecondHigh.faultsOf), hn::ShiftRight<4>(bytes));
     // A third or fourth byte is due: the top bit is set where the byte two before is 0xE0 or more, or the one
     // three before 0xF0 or more.
     const Vector thirdByte = hn::SaturatedSub(hn::LoadU(d, at - 2), hn::Set(d, 0xE0 - 0x80));

@@ -34,8 +34,7 @@ std::size_t whiteSpaceAtBack(std::string_view text) {
     if (U8_IS_SINGLE(text.back()))
         return isASCIIWhiteSpace(text.back()) ? 1 : 0;
     // ICU counts in 32 bits here, so it sees the last character alone.
-    const std::string_view last =
-        text.substr(text.size() - std::min<std::size_t>(text.size(), U8_MAX_LENGTH));
+    const std::string_view last = text.substr(text.size() - std::min<std::size_t>(text.size(), U8_MAX_LENGTH));
     auto position = static_cast<std::int32_t>(last.size());
     UChar32 scalar;
     U8_PREV(last.data(), 0, position, scalar);

@@ -12,9 +12,13 @@ std::atomic<std::size_t> bytesCopied = 0;
 
 } // namespace
 
-std::size_t storageBytesCopied() { return bytesCopied.load(std::memory_order_relaxed); }
+std::size_t storageBytesCopied() {
+    return bytesCopied.load(std::memory_order_relaxed);
+}
 
-void countStorageBytesCopied(std::size_t bytes) { bytesCopied.fetch_add(bytes, std::memory_order_relaxed); }
+void countStorageBytesCopied(std::size_t bytes) {
+    bytesCopied.fetch_add(bytes, std::memory_order_relaxed);
+}
 
 BlockSlab* BlockSlab::make(std::size_t bytes, std::size_t count) {
     void* memory = pagememory::allocate(bytes * count);

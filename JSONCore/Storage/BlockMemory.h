@@ -9,18 +9,19 @@
 
 namespace quelm {
 
-/// Bytes that copy-on-write has copied in this process so far, directories of blocks included: what tests look at to see
-/// that an edit copies no more than it touches. Any thread.
+/// Bytes that copy-on-write has copied in this process so far, directories of blocks included: what tests look at to
+/// see that an edit copies no more than it touches. Any thread.
 std::size_t storageBytesCopied();
 
 /// Adds to that figure.
 void countStorageBytesCopied(std::size_t bytes);
 
-/// A large piece of memory from which many blocks are cut, given back to the system with the last of them. One large piece
-/// costs far fewer page faults than as many small ones (see `pagememory`).
+/// A large piece of memory from which many blocks are cut, given back to the system with the last of them. One large
+/// piece costs far fewer page faults than as many small ones (see `pagememory`).
 class BlockSlab {
 public:
-    /// Room for `count` blocks of `bytes` (a multiple of 64) each. The caller holds one reference. Throws std::bad_alloc.
+    /// Room for `count` blocks of `bytes` (a multiple of 64) each. The caller holds one reference. Throws
+    /// std::bad_alloc.
     static BlockSlab* make(std::size_t bytes, std::size_t count);
 
     /// Memory for the next block, with a reference that `release` gives back; null when none is left.
@@ -51,8 +52,8 @@ struct alignas(64) BlockHead {
 BlockHead* makeBlock(std::size_t itemBytes, BlockSlab* slab);
 void freeBlock(BlockHead* head) noexcept;
 
-/// A counted reference to a block: a head and an array of T behind it. A block is changed only while one reference to it
-/// exists. References may be copied and dropped on any thread.
+/// A counted reference to a block: a head and an array of T behind it. A block is changed only while one reference to
+/// it exists. References may be copied and dropped on any thread.
 template <class T>
 class BlockRef {
 public:

@@ -29,15 +29,15 @@ struct IDRange {
 };
 
 /// A sequence of small items that grows and shrinks anywhere, in blocks of about 64 KB: an edit moves the items of one
-/// block and adjusts a directory of one entry a block. Copies are O(1) and share blocks; the first change of a shared block
-/// copies that block alone, and the directory.
+/// block and adjusts a directory of one entry a block. Copies are O(1) and share blocks; the first change of a shared
+/// block copies that block alone, and the directory.
 ///
-/// Every block has a number that it keeps while blocks come and go before it, so that a caller can remember where an item
-/// is: changes report to a tracker, `placed(number, items)`, whatever items came to stand in a block of another number, and
-/// `dropped(items)` those that left.
+/// Every block has a number that it keeps while blocks come and go before it, so that a caller can remember where an
+/// item is: changes report to a tracker, `placed(number, items)`, whatever items came to stand in a block of another
+/// number, and `dropped(items)` those that left.
 ///
-/// `Summary` describes the items of a block through `include(item)`; it is made anew when blocks are split or joined and
-/// only widened by other inserts, never narrowed by removals.
+/// `Summary` describes the items of a block through `include(item)`; it is made anew when blocks are split or joined
+/// and only widened by other inserts, never narrowed by removals.
 ///
 /// Invariants:
 /// 1. `starts[b]` is the position of the first item of block b; `size_` ends the last one.
@@ -127,8 +127,8 @@ public:
         replace(position, count, BlockSequence(), tracker);
     }
 
-    /// Puts the items of `other` in the place of `count` items. O(blocks) beside the items of the blocks at the two ends, for
-    /// any number of items: whole blocks are dropped and taken over.
+    /// Puts the items of `other` in the place of `count` items. O(blocks) beside the items of the blocks at the two
+    /// ends, for any number of items: whole blocks are dropped and taken over.
     template <class Tracker = NotTracked>
     void replace(std::size_t position, std::size_t count, BlockSequence other, const Tracker& tracker = {}) {
         require(position <= size_ && count <= size_ - position, "the replaced items lie within the sequence");

@@ -14,7 +14,8 @@
 namespace quelm {
 
 /// A growing array in blocks of 2^Shift items. Copies share the blocks; the first change of a shared block copies that
-/// block alone. Items never move to another index and the array never shrinks. Copying costs a pointer for every 256 blocks.
+/// block alone. Items never move to another index and the array never shrinks. Copying costs a pointer for every 256
+/// blocks.
 ///
 /// Invariants:
 /// 1. Item i stands in block i >> Shift, which stands in chapter i >> (Shift + 8).
@@ -43,8 +44,8 @@ public:
         ++size_;
     }
 
-    /// Room for at least `minimum` (at most `itemsPerBlock`) new items side by side, as many as the block has; items left over
-    /// in the block before it are skipped, their values undetermined. Write from its start, then `commit`.
+    /// Room for at least `minimum` (at most `itemsPerBlock`) new items side by side, as many as the block has; items
+    /// left over in the block before it are skipped, their values undetermined. Write from its start, then `commit`.
     std::span<T> room(std::size_t minimum = 1)
         requires std::is_trivially_copyable_v<T>
     {

@@ -8,7 +8,8 @@ namespace quelm {
 
 namespace {
 
-/// A guess: real files have 10 to 30 bytes a value when compact, more when indented. Memory that is not used costs nothing.
+/// A guess: real files have 10 to 30 bytes a value when compact, more when indented. Memory that is not used costs
+/// nothing.
 constexpr std::size_t bytesPerNode = 16;
 
 std::shared_ptr<TreeStorage> storageFor(SharedText source) {

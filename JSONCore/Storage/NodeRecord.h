@@ -6,8 +6,8 @@
 
 namespace quelm {
 
-/// Where a text of a node stands: in the text that the tree was parsed from, character for character as it is meant, or in
-/// the tree's arena.
+/// Where a text of a node stands: in the text that the tree was parsed from, character for character as it is meant, or
+/// in the tree's arena.
 struct TextRef {
     std::uint32_t offset = 0;
     std::uint32_t length = 0;
@@ -56,11 +56,13 @@ struct NodeRecord {
     bool hasLargeList() const { return (flags & largeList) != 0; }
 
     static NodeRecord scalarNode(NodeKind kind, TextRef key, TextRef text, std::uint32_t parent) {
-        const auto flags = static_cast<std::uint8_t>((key.isInArena ? keyInArena : 0) | (text.isInArena ? scalarInArena : 0));
+        const auto flags =
+            static_cast<std::uint8_t>((key.isInArena ? keyInArena : 0) | (text.isInArena ? scalarInArena : 0));
         return {key.offset, key.length, text.offset, text.length, parent, kind, flags, 0};
     }
     static NodeRecord emptyContainer(NodeKind kind, TextRef key, std::uint32_t parent) {
-        return {key.offset, key.length, 0, 1, parent, kind, static_cast<std::uint8_t>(key.isInArena ? keyInArena : 0), 0};
+        return {key.offset, key.length, 0, 1, parent, kind, static_cast<std::uint8_t>(key.isInArena ? keyInArena : 0),
+                0};
     }
 
 private:

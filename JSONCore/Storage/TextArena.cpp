@@ -11,7 +11,9 @@ namespace quelm {
 TextArena::Chunk::Chunk(std::size_t chunkSize)
     : size(chunkSize), bytes_(static_cast<char*>(pagememory::allocate(chunkSize))) {}
 
-TextArena::Chunk::~Chunk() { pagememory::release(bytes_, size); }
+TextArena::Chunk::~Chunk() {
+    pagememory::release(bytes_, size);
+}
 
 std::optional<std::size_t> TextArena::Chunk::take(std::size_t count) {
     std::size_t start = used_.load(std::memory_order_relaxed);

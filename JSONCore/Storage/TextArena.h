@@ -13,9 +13,9 @@
 
 namespace quelm {
 
-/// Texts that a tree holds beside the text it was parsed from: decoded strings and edited values. Append-only; a text keeps
-/// its 32-bit offset and its place in memory. Copies share the memory and may all go on appending: each takes room of its own
-/// in the chunk they share, from any thread.
+/// Texts that a tree holds beside the text it was parsed from: decoded strings and edited values. Append-only; a text
+/// keeps its 32-bit offset and its place in memory. Copies share the memory and may all go on appending: each takes
+/// room of its own in the chunk they share, from any thread.
 ///
 /// Chunk k holds the offsets from 4096 · (2^k − 1) on, 4096 · 2^k of them, so that an offset names its chunk by itself.
 class TextArena {

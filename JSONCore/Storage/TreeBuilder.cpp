@@ -7,7 +7,8 @@ namespace quelm {
 void TreeBuilder::nextBlock() {
     commit();
     constexpr std::size_t mostListWords = 0xF000'0000; // as many as 32 bits address, less what blocks leave unused
-    if (nextID_ >= TreeStorage::maximumNodeCount - storage_.nodes.itemsPerBlock || storage_.lists.size() > mostListWords)
+    if (nextID_ >= TreeStorage::maximumNodeCount - storage_.nodes.itemsPerBlock ||
+        storage_.lists.size() > mostListWords)
         throw std::length_error("a tree stores fewer than 2^31 nodes");
     const auto pendingCount = static_cast<std::size_t>(pendingNext_ - pending_.data());
     constexpr std::size_t room = 2 * decltype(TreeStorage::nodes)::itemsPerBlock; // a stride is read beyond the last id

@@ -9,11 +9,11 @@
 
 namespace quelm {
 
-/// Appends one value with all below it to a storage, in document order: a parser or a copier says what comes next. Ids are
-/// given in that order. A container's list is written when it closes, all at once, so that lists cost no growth.
+/// Appends one value with all below it to a storage, in document order: a parser or a copier says what comes next. Ids
+/// are given in that order. A container's list is written when it closes, all at once, so that lists cost no growth.
 ///
-/// The top value is stored without a parent. Values that were added and not finished (a parse that failed) are left behind
-/// detached and empty.
+/// The top value is stored without a parent. Values that were added and not finished (a parse that failed) are left
+/// behind detached and empty.
 class TreeBuilder {
 public:
     explicit TreeBuilder(TreeStorage& storage)
@@ -29,9 +29,7 @@ public:
 
     // These throw std::length_error when the storage cannot address another value, and std::bad_alloc.
 
-    void addScalar(NodeKind kind, TextRef key, TextRef text) {
-        add(NodeRecord::scalarNode(kind, key, text, parent_));
-    }
+    void addScalar(NodeKind kind, TextRef key, TextRef text) { add(NodeRecord::scalarNode(kind, key, text, parent_)); }
 
     /// Until the matching `close`, what is added are the children of this container.
     void open(NodeKind kind, TextRef key) {

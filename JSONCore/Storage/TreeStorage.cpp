@@ -11,8 +11,8 @@ namespace quelm {
 
 namespace {
 
-/// A short list that outgrows its room moves to twice the room, up to this many children; beyond, it becomes a large one,
-/// so that the room left behind stays small beside the edits that were made.
+/// A short list that outgrows its room moves to twice the room, up to this many children; beyond, it becomes a large
+/// one, so that the room left behind stays small beside the edits that were made.
 constexpr std::size_t longestMovedList = 64;
 
 } // namespace

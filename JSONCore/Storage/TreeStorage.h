@@ -19,12 +19,14 @@ class JSONTree;
 ///
 /// Invariants:
 /// 1. Record 0 is the holder: an array without key or parent.
-/// 2. A record's texts lie within `source` or were appended to `arena`. A text within `source` needs no escape when it is
+/// 2. A record's texts lie within `source` or were appended to `arena`. A text within `source` needs no escape when it
+/// is
 ///    written as JSON: it is there as it is meant.
-/// 3. The list of a container with at most `longestShortList` children stands in `lists` as one word, the number of children
-///    and 65536 times the number that there is room for, followed by their ids, all in one block. A longer list, and any list
-///    that grew beyond what is worth moving, is one of `largeLists`. Word 0 of `lists` is the empty list of every container
-///    that never had a child.
+/// 3. The list of a container with at most `longestShortList` children stands in `lists` as one word, the number of
+/// children
+///    and 65536 times the number that there is room for, followed by their ids, all in one block. A longer list, and
+///    any list that grew beyond what is worth moving, is one of `largeLists`. Word 0 of `lists` is the empty list of
+///    every container that never had a child.
 /// 4. A record has a parent if and only if its id is in the parent's list, where it stands once.
 /// 5. The second word of a container's record is the number of nodes in its subtree.
 struct TreeStorage {
@@ -41,7 +43,8 @@ struct TreeStorage {
     NodeRecord& editRecord(NodeID id) { return nodes.edit(static_cast<std::uint32_t>(id.raw)); }
 
     std::string_view text(TextRef ref) const {
-        return ref.isInArena ? arena.text(ref.offset, ref.length) : std::string_view(source.data() + ref.offset, ref.length);
+        return ref.isInArena ? arena.text(ref.offset, ref.length)
+                             : std::string_view(source.data() + ref.offset, ref.length);
     }
     SharedText sharedText(TextRef ref) const;
 
@@ -57,8 +60,8 @@ struct TreeStorage {
         return {list + 1, *list & 0xFFFF};
     }
 
-    /// Puts a child into the list of a container. Neither the child's record nor any size is touched. No effect when it throws
-    /// std::bad_alloc.
+    /// Puts a child into the list of a container. Neither the child's record nor any size is touched. No effect when it
+    /// throws std::bad_alloc.
     void insertChild(NodeID container, std::size_t index, NodeID child);
 
     /// Takes the child at `index` out likewise.

@@ -24,8 +24,7 @@ int fail(const QString& file, const QString& message) {
 
 } // namespace
 
-int captureWindow(DocumentController& controller, const QString& file, const QString& imageFile,
-                  double scale) {
+int captureWindow(DocumentController& controller, const QString& file, const QString& imageFile, double scale) {
     std::expected<JSONContent, FileError> content = loadDocument(file);
     if (!content)
         return fail(file, content.error().message);
@@ -42,8 +41,7 @@ int captureWindow(DocumentController& controller, const QString& file, const QSt
     window.render(&image);
     QImageWriter writer(imageFile, "png");
     if (!writer.write(image))
-        return fail(imageFile,
-                    QCoreApplication::translate("quelm::Capture", "No se pudo escribir la imagen."));
+        return fail(imageFile, QCoreApplication::translate("quelm::Capture", "No se pudo escribir la imagen."));
     return 0;
 }
 

@@ -10,7 +10,6 @@ class DocumentController;
 /// logical pixel. Returns the exit status of the program: 0, or 2 with a message on standard error when the
 /// file cannot be read or the image not be written. An application must exist; `controller` stands behind the
 /// menus that are painted.
-int captureWindow(DocumentController& controller, const QString& file, const QString& imageFile,
-                  double scale);
+int captureWindow(DocumentController& controller, const QString& file, const QString& imageFile, double scale);
 
 } // namespace quelm

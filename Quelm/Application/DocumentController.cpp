@@ -20,8 +20,8 @@ namespace {
 constexpr std::chrono::milliseconds patience{200};
 
 QString nameFilters() {
-    return DocumentController::tr("Archivos JSON (%1)").arg(JSONDocument::fileNamePattern()) +
-           QStringLiteral(";;") + DocumentController::tr("Todos los archivos (*)");
+    return DocumentController::tr("Archivos JSON (%1)").arg(JSONDocument::fileNamePattern()) + QStringLiteral(";;") +
+           DocumentController::tr("Todos los archivos (*)");
 }
 
 /// A dialog for one window that deletes itself when it is done.
@@ -73,13 +73,10 @@ void DocumentController::open(const QString& path) {
 
     // The window is made while the file is read, and read before it is shown as a rule.
     const QString location = file.absoluteFilePath();
-    EditorView* window =
-        addWindow(std::make_shared<JSONDocument>(std::make_shared<DocumentConfiguration>(location)));
+    EditorView* window = addWindow(std::make_shared<JSONDocument>(std::make_shared<DocumentConfiguration>(location)));
     openings_[window] = startInBackground(
         window, [location](std::stop_token stop) { return loadDocument(location, std::move(stop)); },
-        [this, window](std::expected<JSONContent, FileError> content) {
-            finishOpening(window, std::move(content));
-        });
+        [this, window](std::expected<JSONContent, FileError> content) { finishOpening(window, std::move(content)); });
     QTimer::singleShot(patience, window, [window] { window->show(); });
 }
 
@@ -127,8 +124,7 @@ void DocumentController::saveAs(EditorView& window) {
     dialog->setDefaultSuffix(QStringLiteral("json"));
     const auto& location = window.document().configuration().fileLocation();
     dialog->selectFile(location.value_or(window.document().baseName() + QStringLiteral(".json")));
-    connect(dialog, &QFileDialog::fileSelected, &window,
-            [this, &window](const QString& path) { write(window, path); });
+    connect(dialog, &QFileDialog::fileSelected, &window, [this, &window](const QString& path) { write(window, path); });
     dialog->open();
 }
 
@@ -144,8 +140,7 @@ void DocumentController::write(EditorView& window, const QString& path) {
             if (result)
                 document->configuration().setFileLocation(path);
             else
-                alert(owner, tr("No se pudo guardar «%1».").arg(QFileInfo(path).fileName()),
-                      result.error().message);
+                alert(owner, tr("No se pudo guardar «%1».").arg(QFileInfo(path).fileName()), result.error().message);
             announceIdle();
         })
         .detach();

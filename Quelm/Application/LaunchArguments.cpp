@@ -65,8 +65,7 @@ private:
         result_.captureScale = value.toDouble(&isNumber);
         const bool isInRange = isNumber && result_.captureScale > 0 && result_.captureScale <= 8;
         if (error_.isEmpty() && !isInRange)
-            error_ = Launch::tr("La escala tiene que ser un número mayor que 0 y no mayor que 8, no «%1».")
-                         .arg(value);
+            error_ = Launch::tr("La escala tiene que ser un número mayor que 0 y no mayor que 8, no «%1».").arg(value);
     }
 
     void readAppearance(const QString& option) {

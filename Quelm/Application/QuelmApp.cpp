@@ -80,8 +80,7 @@ int QuelmApp::run(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     else if (!hasDisplay() && !mentions(raw, {"-platform"}))
         return complainAndEnd(
-            QCoreApplication::translate("quelm::QuelmApp", "No hay pantalla en la que abrir ventanas."),
-            nothingOpened);
+            QCoreApplication::translate("quelm::QuelmApp", "No hay pantalla en la que abrir ventanas."), nothingOpened);
 
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
@@ -100,8 +99,7 @@ int QuelmApp::run(int argc, char** argv) {
 
 QuelmApp::QuelmApp() : documents_([this](EditorView& window) { prepareWindow(window); }) {
     QObject::connect(
-        &documents_, &DocumentController::becameIdle, &appDelegate_, [this] { endWhenIdle(); },
-        Qt::QueuedConnection);
+        &documents_, &DocumentController::becameIdle, &appDelegate_, [this] { endWhenIdle(); }, Qt::QueuedConnection);
 }
 
 void QuelmApp::prepareWindow(EditorView& window) {

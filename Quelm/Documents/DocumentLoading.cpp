@@ -15,8 +15,7 @@ std::expected<JSONContent, FileError> loadDocument(const QString& path, std::sto
     if (!bytes)
         return std::unexpected(std::move(bytes.error()));
     try {
-        std::expected<JSONContent, JSONParseError> content =
-            JSONDocument::read(*std::move(bytes), std::move(stop));
+        std::expected<JSONContent, JSONParseError> content = JSONDocument::read(*std::move(bytes), std::move(stop));
         if (!content)
             return std::unexpected(FileError{parseErrorText(content.error())});
         // Large objects mark duplicate keys by an index, which is made here rather than at the first
@@ -25,8 +24,8 @@ std::expected<JSONContent, FileError> loadDocument(const QString& path, std::sto
             content->tree->prepareKeyIndex(content->tree->root());
         return *std::move(content);
     } catch (const std::bad_alloc&) {
-        return std::unexpected(FileError{QCoreApplication::translate(
-            "quelm::FileReading", "No hay memoria suficiente para abrir el archivo.")});
+        return std::unexpected(FileError{
+            QCoreApplication::translate("quelm::FileReading", "No hay memoria suficiente para abrir el archivo.")});
     }
 }
 

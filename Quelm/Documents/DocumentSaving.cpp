@@ -13,8 +13,8 @@ std::expected<void, FileError> saveDocument(const QString& path, const JSONConte
     try {
         return writeFile(path, JSONDocument::fileContents(snapshot));
     } catch (const std::bad_alloc&) {
-        return std::unexpected(FileError{QCoreApplication::translate(
-            "quelm::FileWriting", "No hay memoria suficiente para escribir el archivo.")});
+        return std::unexpected(FileError{
+            QCoreApplication::translate("quelm::FileWriting", "No hay memoria suficiente para escribir el archivo.")});
     }
 }
 

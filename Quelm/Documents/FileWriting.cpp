@@ -26,8 +26,7 @@ FileError openError(const QSaveFile& file) {
     if (info.exists() && !info.isWritable())
         return {FileWriting::tr("No tienes permiso para escribir en el archivo.")};
     if (!folder.isWritable())
-        return {
-            FileWriting::tr("No tienes permiso para escribir en la carpeta «%1».").arg(folder.filePath())};
+        return {FileWriting::tr("No tienes permiso para escribir en la carpeta «%1».").arg(folder.filePath())};
     return {FileWriting::tr("No se pudo crear el archivo: %1.").arg(file.errorString())};
 }
 

@@ -13,15 +13,13 @@ EditorView::EditorView(std::shared_ptr<JSONDocument> document, QWidget* parent)
     : QMainWindow(parent), document_(std::move(document)), treeEditor_(document_) {
     resize(defaultSize().boundedTo(screen()->availableSize()));
     updateTitle();
-    connect(&document_->configuration(), &DocumentConfiguration::fileLocationChanged, this,
-            &EditorView::updateTitle);
+    connect(&document_->configuration(), &DocumentConfiguration::fileLocationChanged, this, &EditorView::updateTitle);
     connect(document_.get(), &JSONDocument::modeChanged, this, &EditorView::rebuildEditorArea);
     connect(document_.get(), &JSONDocument::revisionChanged, this, [this] {
         // The tree reloads by itself; a text page keeps what it was made with.
         if (document_->mode() == EditorMode::text)
             rebuildEditorArea();
     });
-    replaceEditorArea(new OpeningPage);
 }
 
 QSize EditorView::defaultSize() {
@@ -38,6 +36,13 @@ void EditorView::showDocument() {
         return;
     isOpening_ = false;
     rebuildEditorArea();
+}
+
+void EditorView::showEvent(QShowEvent* event) {
+    // As a rule the document is there before the window is shown.
+    if (isOpening_ && !centralWidget())
+        setCentralWidget(new OpeningPage);
+    QMainWindow::showEvent(event);
 }
 
 void EditorView::updateTitle() {

@@ -32,6 +32,9 @@ public:
     /// The document has its content: from now on the window shows it.
     void showDocument();
 
+protected:
+    void showEvent(QShowEvent* event) override;
+
 private:
     void updateTitle();
     void rebuildEditorArea();

@@ -12,9 +12,8 @@ namespace quelm {
 namespace {
 
 QString previewNotice(const TextPreview& preview) {
-    return preview.isPartial()
-               ? TextPage::tr("Vista previa de solo lectura: se muestra el principio del texto.")
-               : TextPage::tr("Vista previa de solo lectura.");
+    return preview.isPartial() ? TextPage::tr("Vista previa de solo lectura: se muestra el principio del texto.")
+                               : TextPage::tr("Vista previa de solo lectura.");
 }
 
 } // namespace

@@ -91,12 +91,11 @@ void TextPreview::paintEvent(QPaintEvent* event) {
             painter.fillRect(area, mark);
         }
         painter.setPen(semanticColor(ColorRole::secondaryText, appearance));
-        painter.drawText(QRectF(0, area.top(), gutter - scaledPixels(14), height),
-                         Qt::AlignRight | Qt::AlignVCenter, QString::number(line + 1));
+        painter.drawText(QRectF(0, area.top(), gutter - scaledPixels(14), height), Qt::AlignRight | Qt::AlignVCenter,
+                         QString::number(line + 1));
         painter.setPen(palette().color(QPalette::Text));
         painter.setClipRect(QRectF(gutter, area.top(), area.width() - gutter, height));
-        const double baseline =
-            area.top() + std::round((height + metrics_.ascent() - metrics_.descent()) / 2);
+        const double baseline = area.top() + std::round((height + metrics_.ascent() - metrics_.descent()) / 2);
         painter.drawText(QPointF(gutter - horizontalScrollBar()->value(), baseline), lines_[line]);
         painter.setClipping(false);
     }

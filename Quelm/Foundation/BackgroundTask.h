@@ -42,8 +42,7 @@ public:
 
 private:
     template <typename Work, typename Finished>
-    friend BackgroundTask startInBackground(QThreadPool& pool, QObject* context, Work work,
-                                            Finished finished);
+    friend BackgroundTask startInBackground(QThreadPool& pool, QObject* context, Work work, Finished finished);
 
     struct State {
         std::stop_source source;

@@ -33,8 +33,7 @@ void store(QLatin1String key, std::string_view text) {
 std::unique_ptr<QSettings> openStore() {
     if (!overridePath().isEmpty())
         return std::make_unique<QSettings>(overridePath(), QSettings::IniFormat);
-    return std::make_unique<QSettings>(QSettings::UserScope, QStringLiteral("Quelm"),
-                                       QStringLiteral("Quelm"));
+    return std::make_unique<QSettings>(QSettings::UserScope, QStringLiteral("Quelm"), QStringLiteral("Quelm"));
 }
 
 std::string_view rawValue(InitialMode mode) {
@@ -61,8 +60,7 @@ void setSortsKeys(bool sortsKeys) {
 
 InitialMode initialMode() {
     const std::string text = storedText(initialModeKey);
-    const auto* found =
-        std::ranges::find(allInitialModes, text, [](InitialMode mode) { return rawValue(mode); });
+    const auto* found = std::ranges::find(allInitialModes, text, [](InitialMode mode) { return rawValue(mode); });
     return found == allInitialModes.end() ? InitialMode::automatic : *found;
 }
 

@@ -74,11 +74,9 @@ void ScrollAxis::barActed(int action) {
 void ScrollAxis::updateBar() {
     const QScopedValueRollback updating(isUpdatingBar_, true);
     const std::int64_t barMaximum = std::min(maximum_, longestBar);
-    const double valuesAPixel =
-        maximum_ > 0 ? static_cast<double>(barMaximum) / static_cast<double>(maximum_) : 1;
+    const double valuesAPixel = maximum_ > 0 ? static_cast<double>(barMaximum) / static_cast<double>(maximum_) : 1;
     const auto inBar = [valuesAPixel](std::int64_t pixels) {
-        return static_cast<int>(
-            std::max<std::int64_t>(1, std::llround(static_cast<double>(pixels) * valuesAPixel)));
+        return static_cast<int>(std::max<std::int64_t>(1, std::llround(static_cast<double>(pixels) * valuesAPixel)));
     };
     bar_.setRange(0, static_cast<int>(barMaximum));
     bar_.setPageStep(inBar(std::min(visibleLength_, longestBar)));

@@ -43,8 +43,7 @@ void appendVisible(QString& out, QChar character) {
     else if (unit == 0x7F)
         out += deletePicture;
     else if (isUnseenControl(unit))
-        out +=
-            QStringLiteral("\\u") + QStringLiteral("%1").arg(uint{unit}, 4, 16, QLatin1Char('0')).toUpper();
+        out += QStringLiteral("\\u") + QStringLiteral("%1").arg(uint{unit}, 4, 16, QLatin1Char('0')).toUpper();
     else
         out += character;
 }

@@ -12,8 +12,7 @@ constexpr std::size_t spareRows = 256;
 
 } // namespace
 
-const TreeRowContents& TreeRowCache::contents(std::int64_t row, const TreeEditor& editor,
-                                              const TreeRowStyle& style) {
+const TreeRowContents& TreeRowCache::contents(std::int64_t row, const TreeEditor& editor, const TreeRowStyle& style) {
     const auto found = contents_.find(row);
     if (found != contents_.end())
         return found->second;
@@ -24,8 +23,7 @@ const TreeRowContents& TreeRowCache::contents(std::int64_t row, const TreeEditor
 
 void TreeRowCache::keepOnly(std::int64_t firstRow, std::int64_t endRow) {
     if (contents_.size() > spareRows + static_cast<std::size_t>(endRow - firstRow))
-        std::erase_if(contents_,
-                      [=](const auto& entry) { return entry.first < firstRow || entry.first >= endRow; });
+        std::erase_if(contents_, [=](const auto& entry) { return entry.first < firstRow || entry.first >= endRow; });
 }
 
 } // namespace quelm

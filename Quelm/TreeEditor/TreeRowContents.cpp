@@ -20,8 +20,7 @@ struct TreeRowText {
 } // namespace
 
 TreeRowContents::TreeRowContents(const TreeRow& row, const TreeRowStyle& style)
-    : id(row.id), depth(row.depth), kind(row.kind), isExpanded(row.isExpanded),
-      isDuplicateKey(row.isDuplicateKey) {
+    : id(row.id), depth(row.depth), kind(row.kind), isExpanded(row.isExpanded), isDuplicateKey(row.isDuplicateKey) {
     if (const std::string* key = row.label.asKey()) {
         labelKind = LabelKind::key;
         const VisibleText text = visibleText(*key, mostCharacters);
@@ -44,8 +43,7 @@ TreeRowContents::TreeRowContents(const TreeRow& row, const TreeRowStyle& style)
     const VisibleText text = visibleText(row.value, mostCharacters);
     value = text.text;
     isValueCut = text.isCut || row.value.ends_with("…");
-    valueWidth =
-        style.value.metrics.horizontalAdvance(kind == NodeKind::string ? u'"' + value + u'"' : value);
+    valueWidth = style.value.metrics.horizontalAdvance(kind == NodeKind::string ? u'"' + value + u'"' : value);
 }
 
 const TreeRowStyle::Face& TreeRowContents::labelFace(const TreeRowStyle& style) const {

@@ -12,8 +12,8 @@ namespace quelm {
 
 namespace {
 
-constexpr std::array allParts{TreeRowPart::chevron, TreeRowPart::badge, TreeRowPart::label,
-                              TreeRowPart::duplicateMark, TreeRowPart::value};
+constexpr std::array allParts{TreeRowPart::chevron, TreeRowPart::badge, TreeRowPart::label, TreeRowPart::duplicateMark,
+                              TreeRowPart::value};
 
 /// Fractions of a pixel that a measured text may lack without being cut.
 constexpr double tolerance = 0.5;
@@ -110,8 +110,7 @@ void TreeRowView::paintBadge(QPainter& painter) const {
 void TreeRowView::paintLabel(QPainter& painter) const {
     const TreeRowStyle::Face& face = contents_.labelFace(style_);
     painter.setFont(face.font);
-    painter.setPen(contents_.labelKind == TreeRowContents::LabelKind::key ? style_.text
-                                                                          : style_.secondaryText);
+    painter.setPen(contents_.labelKind == TreeRowContents::LabelKind::key ? style_.text : style_.secondaryText);
     painter.drawText(QPointF(label_.left(), middleBaseline(area_, style_.key)),
                      elided(contents_.label, face, contents_.labelWidth, label_.width()));
 }
@@ -128,10 +127,8 @@ void TreeRowView::paintValue(QPainter& painter) const {
     }
     painter.setFont(style_.value.font);
     painter.setPen(style_.kindColor(contents_.kind));
-    const double marks =
-        contents_.kind == NodeKind::string ? 2 * style_.value.metrics.horizontalAdvance(u'"') : 0;
-    QString text =
-        elided(contents_.value, style_.value, contents_.valueWidth - marks, value_.width() - marks);
+    const double marks = contents_.kind == NodeKind::string ? 2 * style_.value.metrics.horizontalAdvance(u'"') : 0;
+    QString text = elided(contents_.value, style_.value, contents_.valueWidth - marks, value_.width() - marks);
     if (contents_.kind == NodeKind::string)
         text = u'"' + text + u'"';
     painter.drawText(origin, text);
@@ -154,8 +151,7 @@ QRectF TreeRowView::rect(TreeRowPart part) const {
 }
 
 std::optional<TreeRowPart> TreeRowView::partAt(const QPointF& point) const {
-    const auto* found =
-        std::ranges::find_if(allParts, [&](TreeRowPart part) { return rect(part).contains(point); });
+    const auto* found = std::ranges::find_if(allParts, [&](TreeRowPart part) { return rect(part).contains(point); });
     return found == allParts.end() ? std::nullopt : std::optional(*found);
 }
 
@@ -163,8 +159,7 @@ bool TreeRowView::isOnChevron(const QPointF& point) const {
     if (!isContainer(contents_.kind))
         return false;
     const double margin = style_.spacing / 2.0;
-    return QRectF(chevron_.left() - margin, area_.top(), chevron_.width() + 2 * margin, area_.height())
-        .contains(point);
+    return QRectF(chevron_.left() - margin, area_.top(), chevron_.width() + 2 * margin, area_.height()).contains(point);
 }
 
 bool TreeRowView::isShortened(TreeRowPart part) const {

@@ -26,8 +26,7 @@ class TreeRowView {
 public:
     /// `area` is the row's stretch of the view; `contentX` is where a row of depth 0 would begin, to the left
     /// of the area when the view is scrolled.
-    TreeRowView(const TreeRowStyle& style, const TreeRowContents& contents, const QRect& area,
-                std::int64_t contentX);
+    TreeRowView(const TreeRowStyle& style, const TreeRowContents& contents, const QRect& area, std::int64_t contentX);
 
     /// `chevronDegrees`: how far the chevron is turned at this moment; 90 when the row is expanded.
     void paint(QPainter& painter, TreeRowEmphasis emphasis, double chevronDegrees) const;

@@ -194,8 +194,7 @@ bool TreeView::viewportEvent(QEvent* event) {
     }
     const auto row = rowAt(help->pos());
     const TreeRowView view = rowView(*row);
-    QToolTip::showText(help->globalPos(), text, viewport(),
-                       view.rect(*view.partAt(help->pos())).toAlignedRect());
+    QToolTip::showText(help->globalPos(), text, viewport(), view.rect(*view.partAt(help->pos())).toAlignedRect());
     return true;
 }
 

@@ -107,8 +107,7 @@ void TreeView::paintEvent(QPaintEvent* event) {
         if (!event->rect().intersects(QRect(0, top, viewport()->width(), style_.rowHeight)))
             continue;
         const TreeRowContents& contents = cache_.contents(row, editor_, style_);
-        rowView(row).paint(painter, emphasis(row, selectedRow),
-                           chevron_.degrees(contents.id, contents.isExpanded));
+        rowView(row).paint(painter, emphasis(row, selectedRow), chevron_.degrees(contents.id, contents.isExpanded));
     }
 }
 
@@ -174,8 +173,7 @@ void TreeView::lookChanged() {
 
 void TreeView::updateExtents() {
     const std::int64_t rows = hasRows() ? editor_.outline().rowCount() : 0;
-    vertical_.setExtent(rows * style_.rowHeight + 2 * style_.verticalMargin, viewport()->height(),
-                        style_.rowHeight);
+    vertical_.setExtent(rows * style_.rowHeight + 2 * style_.verticalMargin, viewport()->height(), style_.rowHeight);
     includeVisibleDepths();
 }
 
@@ -183,8 +181,7 @@ void TreeView::includeVisibleDepths() {
     const RowRange visible = visibleRows();
     for (std::int64_t row = visible.first; row < visible.end; ++row)
         deepestSeen_ = std::max(deepestSeen_, editor_.outline().rowDepth(row));
-    const std::int64_t width =
-        style_.contentInset + deepestSeen_ * style_.indentation + style_.leastContentWidth;
+    const std::int64_t width = style_.contentInset + deepestSeen_ * style_.indentation + style_.leastContentWidth;
     horizontal_.setExtent(width, viewport()->width(), 4 * style_.indentation);
 }
 
@@ -198,8 +195,7 @@ void TreeView::scrollToRow(std::int64_t row) {
     const bool isFirst = row == 0;
     const bool isLast = row + 1 == editor_.outline().rowCount();
     const std::int64_t start = isFirst ? 0 : contentTop(row);
-    vertical_.reveal(start,
-                     contentTop(row) + style_.rowHeight + (isLast ? style_.verticalMargin : 0) - start);
+    vertical_.reveal(start, contentTop(row) + style_.rowHeight + (isLast ? style_.verticalMargin : 0) - start);
 }
 
 } // namespace quelm

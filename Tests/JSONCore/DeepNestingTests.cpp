@@ -35,9 +35,7 @@ protected:
     }
     static std::int64_t levels() { return static_cast<std::int64_t>(GetParam().levels); }
     static NodeID innermost() { return NodeID{static_cast<std::int32_t>(levels())}; }
-    static std::string path() {
-        return "$" + repeated(GetParam().isObject ? ".a" : "[0]", GetParam().levels - 1);
-    }
+    static std::string path() { return "$" + repeated(GetParam().isObject ? ".a" : "[0]", GetParam().levels - 1); }
 };
 
 TEST_P(DeepNesting, IsParsedMeasuredAndFollowed) {
@@ -128,9 +126,8 @@ TEST_P(DeepNesting, IsSortedAndWrittenByObject) {
 }
 
 INSTANTIATE_TEST_SUITE_P(, DeepNesting,
-                         testing::Values(Nesting{100'000, false}, Nesting{200'000, false},
-                                         Nesting{200'000, true}, Nesting{1'000'000, false},
-                                         Nesting{1'000'000, true}));
+                         testing::Values(Nesting{100'000, false}, Nesting{200'000, false}, Nesting{200'000, true},
+                                         Nesting{1'000'000, false}, Nesting{1'000'000, true}));
 
 } // namespace
 } // namespace quelm

@@ -69,8 +69,7 @@ std::string wideDocument(std::int64_t count, bool isObject, Random& random) {
         if (isObject && random.oneIn(3))
             text += "\"e\\u0301 " + std::to_string(random.below(count)) + "\":";
         else if (isObject)
-            text +=
-                (random.oneIn(2) ? "\"clave " : "\"\u00E9 ") + std::to_string(random.below(count)) + "\":";
+            text += (random.oneIn(2) ? "\"clave " : "\"\u00E9 ") + std::to_string(random.below(count)) + "\":";
         if (random.oneIn(50))
             text += R"({"a":[1,2],"a":"x"})";
         else
@@ -81,8 +80,7 @@ std::string wideDocument(std::int64_t count, bool isObject, Random& random) {
 
 TEST(EditingModel, SmallDocumentsAgreeAtEveryStep) {
     test::forEachRound(400, [](Random& random) {
-        EditingSession session(
-            test::randomJSON(random, {1 + random.below(60), 1 + random.below(12), random.oneIn(2)}));
+        EditingSession session(test::randomJSON(random, {1 + random.below(60), 1 + random.below(12), random.oneIn(2)}));
         editAtRandom(session, {200, 1, 1, 30, random.oneIn(2) ? 20 : 1'000}, random);
     });
 }
@@ -116,9 +114,7 @@ TEST(EditingModel, AWideContainerAgreesWhileItGrowsAndShrinks) {
         EditingSession session(random.oneIn(2) ? "[[],0]" : R"({"a":{},"b":0})");
         const NodeID container = session.model()[session.model().root()].children[0];
         session.setExpanded(container, true, false);
-        const auto sizeNow = [&] {
-            return static_cast<std::int64_t>(session.model()[container].children.size());
-        };
+        const auto sizeNow = [&] { return static_cast<std::int64_t>(session.model()[container].children.size()); };
         const auto check = [&] {
             session.checkRows();
             session.checkNodes();
@@ -143,8 +139,7 @@ TEST(EditingModel, AWideContainerAgreesWhileItGrowsAndShrinks) {
             const std::int64_t place = random.oneIn(2) ? random.below(sizeNow()) : -1;
             for (std::int64_t i = 0; i < batch && !left.empty(); ++i) {
                 const auto size = static_cast<std::int64_t>(left.size());
-                const auto which =
-                    left.begin() + (place >= 0 ? std::min(place, size - 1) : random.below(size));
+                const auto which = left.begin() + (place >= 0 ? std::min(place, size - 1) : random.below(size));
                 edits.push_back(TreeEdit::remove(*which));
                 left.erase(which);
             }

@@ -79,8 +79,7 @@ TEST(JSONParserCancellation, AnEarlierErrorComesFirstAndALaterOneIsNotReached) {
 
 TEST(JSONParserCancellation, WithoutARequestLongTextsAreParsedWhole) {
     std::stop_source source;
-    const auto tree =
-        JSONParser::parse(test::rope("[" + repeated("1,", 2 * interval) + "1]"), source.get_token());
+    const auto tree = JSONParser::parse(test::rope("[" + repeated("1,", 2 * interval) + "1]"), source.get_token());
     ASSERT_TRUE(tree);
     EXPECT_EQ(tree->nodeCount(), 2'097'154);
 }

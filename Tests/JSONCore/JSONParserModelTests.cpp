@@ -18,9 +18,8 @@ using test::Random;
 void expectParsedAlike(const std::string& text) {
     const auto expected = naiveParse(text);
     const auto tree = JSONParser::parse(test::rope(text));
-    ASSERT_EQ(tree.has_value(), expected.has_value())
-        << testing::PrintToString(text) << "\n"
-        << (tree ? expected.error() : tree.error()).errorDescription();
+    ASSERT_EQ(tree.has_value(), expected.has_value()) << testing::PrintToString(text) << "\n"
+                                                      << (tree ? expected.error() : tree.error()).errorDescription();
     if (tree) {
         test::expectSameNodes(*tree, *expected);
         ASSERT_NO_FATAL_FAILURE(tree->checkInvariants());
@@ -93,8 +92,7 @@ TEST(JSONParserModel, AgreesOnEveryBeginningOfALiteralAndWhatMayFollowIt) {
 TEST(JSONParserModel, AgreesOnRandomTexts) {
     test::forEachRound(2'000, [](Random& random) {
         for (int i = 0; i < 5; ++i) {
-            const std::string text =
-                test::randomJSON(random, {1 + random.below(200), 1 + random.below(40), true});
+            const std::string text = test::randomJSON(random, {1 + random.below(200), 1 + random.below(40), true});
             ASSERT_NO_FATAL_FAILURE(expectParsedAlike(text));
             ASSERT_TRUE(naiveParse(text));
         }
@@ -131,8 +129,7 @@ TEST(JSONParserModel, AgreesOnTextsWithAByteOrderMark) {
 
 TEST(JSONParserModel, AgreesOnLargeTexts) {
     test::forEachRound(4, [](Random& random) {
-        const std::string text =
-            test::randomJSON(random, {60'000, random.oneIn(2) ? 40'000 : 300, random.oneIn(2)});
+        const std::string text = test::randomJSON(random, {60'000, random.oneIn(2) ? 40'000 : 300, random.oneIn(2)});
         ASSERT_NO_FATAL_FAILURE(expectParsedAlike(text));
         ASSERT_NO_FATAL_FAILURE(expectParsedAlike(test::mutated(text, random)));
     });

@@ -23,10 +23,9 @@ TEST(JSONParser, AcceptsAnyValueAtTheTopLevel) {
         NodeKind kind;
         std::string_view scalar;
     } cases[] = {
-        {"{}", NodeKind::object, ""},     {"[]", NodeKind::array, ""},
-        {"\"a\"", NodeKind::string, "a"}, {"\"\"", NodeKind::string, ""},
-        {"7", NodeKind::number, "7"},     {"true", NodeKind::bool_, "true"},
-        {"null", NodeKind::null, ""},     {"false", NodeKind::bool_, "false"},
+        {"{}", NodeKind::object, ""},   {"[]", NodeKind::array, ""},         {"\"a\"", NodeKind::string, "a"},
+        {"\"\"", NodeKind::string, ""}, {"7", NodeKind::number, "7"},        {"true", NodeKind::bool_, "true"},
+        {"null", NodeKind::null, ""},   {"false", NodeKind::bool_, "false"},
     };
     for (const auto& [text, kind, scalar] : cases) {
         SCOPED_TRACE(text);
@@ -83,8 +82,8 @@ TEST(JSONParser, KeepsDuplicateKeysInOrder) {
 TEST(JSONParser, SkipsTheFourWhiteSpaceBytesEverywhereBetweenTokens) {
     const std::string white = " \t\n\r";
     std::string text;
-    for (const std::string_view token : {"{", "\"a\"", ":", "[", "1", ",", "true", ",", "{", "}", ",", "[",
-                                         "]", "]", ",", "\"b\"", ":", "null", "}"}) {
+    for (const std::string_view token : {"{", "\"a\"", ":", "[", "1", ",", "true", ",", "{", "}", ",", "[", "]", "]",
+                                         ",", "\"b\"", ":", "null", "}"}) {
         text += white;
         text += token;
     }
@@ -95,26 +94,22 @@ TEST(JSONParser, SkipsRunsOfWhiteSpaceOfEveryLength) {
     for (std::size_t length = 0; length < 300; ++length) {
         for (const char white : {' ', '\n', '\t', '\r'}) {
             const std::string run(length, white);
-            ASSERT_EQ(written(parsed(run + "[" + run + "1" + run + "," + run + "\"x\"" + run + "]" + run)),
-                      "[1,\"x\"]")
+            ASSERT_EQ(written(parsed(run + "[" + run + "1" + run + "," + run + "\"x\"" + run + "]" + run)), "[1,\"x\"]")
                 << length;
         }
     }
 }
 
 TEST(JSONParser, TakesNothingElseForWhiteSpace) {
-    const std::string_view others[] = {"\v",     "\f",     "\u00A0", "\u0085", "\u2028",
-                                       "\u2029", "\u3000", "\uFEFF", "\x7F"};
+    const std::string_view others[] = {"\v", "\f", "\u00A0", "\u0085", "\u2028", "\u2029", "\u3000", "\uFEFF", "\x7F"};
     for (const std::string_view other : others) {
         SCOPED_TRACE(testing::PrintToString(other));
         EXPECT_EQ(test::parseError(" " + std::string(other) + "1").message, "Valor inesperado");
-        EXPECT_EQ(test::parseError("1" + std::string(other)).message,
-                  "Contenido inesperado después del valor raíz");
+        EXPECT_EQ(test::parseError("1" + std::string(other)).message, "Contenido inesperado después del valor raíz");
         EXPECT_EQ(test::parseError("[1" + std::string(other) + "]").message, "Se esperaba ',' o ']'");
     }
     EXPECT_EQ(test::parseError(std::string_view("\0", 1)).message, "Valor inesperado");
-    EXPECT_EQ(test::parseError(std::string_view("1\0", 2)).message,
-              "Contenido inesperado después del valor raíz");
+    EXPECT_EQ(test::parseError(std::string_view("1\0", 2)).message, "Contenido inesperado después del valor raíz");
 }
 
 TEST(JSONParser, SkipsAByteOrderMarkAtTheStart) {
@@ -156,8 +151,7 @@ TEST(JSONParser, KeepsNumbersAsTheyAreWritten) {
         EXPECT_EQ(tree.kind(tree.root()), NodeKind::number);
         EXPECT_EQ(tree.scalar(tree.root()), number);
         EXPECT_EQ(written(parsed("[" + std::string(number) + "]")), "[" + std::string(number) + "]");
-        EXPECT_EQ(written(parsed("{\"n\":" + std::string(number) + "\n}")),
-                  "{\"n\":" + std::string(number) + "}");
+        EXPECT_EQ(written(parsed("{\"n\":" + std::string(number) + "\n}")), "{\"n\":" + std::string(number) + "}");
     }
 }
 
@@ -201,8 +195,7 @@ TEST(JSONParser, SharesTheMemoryOfTheText) {
 }
 
 TEST(JSONParser, GivesATreeThatOutlivesTheText) {
-    auto text =
-        std::make_unique<TextRope>(rope(R"({"clave":"un texto que no cabe en ningún sitio","\u0041":[1]})"));
+    auto text = std::make_unique<TextRope>(rope(R"({"clave":"un texto que no cabe en ningún sitio","\u0041":[1]})"));
     const auto tree = JSONParser::parse(*text);
     text.reset();
     ASSERT_TRUE(tree);

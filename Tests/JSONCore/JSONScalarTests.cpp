@@ -12,14 +12,13 @@ using JSONScalar::isValid;
 
 TEST(JSONScalar, NumbersAreOneLiteralAndNothingElse) {
     for (const std::string_view text :
-         {"0", "-0", "1", "-1", "42", "1234567890123456789012345678901234567890", "0.5", "-0.5", "1.50",
-          "0.0", "1e2", "1E2", "1e+2", "1e-2", "0e5", "0e005", "-12.5E+07", "0.5e-3", "1e999999999"})
+         {"0", "-0", "1", "-1", "42", "1234567890123456789012345678901234567890", "0.5", "-0.5", "1.50", "0.0", "1e2",
+          "1E2", "1e+2", "1e-2", "0e5", "0e005", "-12.5E+07", "0.5e-3", "1e999999999"})
         EXPECT_TRUE(isValid(text, NodeKind::number)) << text;
     for (const std::string_view text :
-         {"",    " ",     " 1",    "1 ",    "\t1",  "1\n",    "+1",  "-",        "--1",
-          ".5",  "-.5",   "5.",    "1.e5",  "01",   "-01",    "00",  "0x1F",     "1e",
-          "1e+", "1E-",   "1e5.5", "1.2.3", "NaN",  "nan",    "inf", "Infinity", "-Infinity",
-          "1,5", "1_000", "1a",    "a",     "true", "\u0661", "１",  "−1",       "1\u00A0"})
+         {"",     " ",        " 1",        "1 ",  "\t1",   "1\n", "+1",  "-",    "--1",    ".5",    "-.5", "5.",
+          "1.e5", "01",       "-01",       "00",  "0x1F",  "1e",  "1e+", "1E-",  "1e5.5",  "1.2.3", "NaN", "nan",
+          "inf",  "Infinity", "-Infinity", "1,5", "1_000", "1a",  "a",   "true", "\u0661", "１",    "−1",  "1\u00A0"})
         EXPECT_FALSE(isValid(text, NodeKind::number)) << text;
     EXPECT_FALSE(isValid(std::string_view("1\0", 2), NodeKind::number));
     EXPECT_FALSE(isValid(std::string_view("\0", 1), NodeKind::number));

@@ -26,8 +26,7 @@ std::vector<JSONStyle> allStyles() {
 
 TEST(JSONSerializerModel, WritesTheSameBytesAsTheModel) {
     test::forEachRound(1'000, [](Random& random) {
-        const std::string text =
-            test::randomJSON(random, {1 + random.below(200), 1 + random.below(40), true});
+        const std::string text = test::randomJSON(random, {1 + random.below(200), 1 + random.below(40), true});
         const JSONTree tree = parsed(text);
         const auto model = test::naiveParse(text);
         ASSERT_TRUE(model);
@@ -41,8 +40,7 @@ TEST(JSONSerializerModel, WritesTheSameBytesAsTheModel) {
 
 TEST(JSONSerializerModel, WritesTheSameBytesOfLargeTrees) {
     test::forEachRound(3, [](Random& random) {
-        const std::string text =
-            test::randomJSON(random, {60'000, random.oneIn(2) ? 40'000 : 300, random.oneIn(2)});
+        const std::string text = test::randomJSON(random, {60'000, random.oneIn(2) ? 40'000 : 300, random.oneIn(2)});
         const JSONTree tree = parsed(text);
         const auto model = test::naiveParse(text);
         ASSERT_TRUE(model);
@@ -53,8 +51,7 @@ TEST(JSONSerializerModel, WritesTheSameBytesOfLargeTrees) {
 
 TEST(JSONSerializerModel, WhatIsWrittenParsesToAnEqualTree) {
     test::forEachRound(1'000, [](Random& random) {
-        const JSONTree tree =
-            parsed(test::randomJSON(random, {1 + random.below(300), 1 + random.below(60), true}));
+        const JSONTree tree = parsed(test::randomJSON(random, {1 + random.below(300), 1 + random.below(60), true}));
         for (const JSONStyle& style : allStyles()) {
             const JSONTree again = parsed(written(tree, style));
             if (!style.sortsKeys()) {
@@ -70,8 +67,7 @@ TEST(JSONSerializerModel, ItsOwnStyleIsDetectedInPrettyOutput) {
     test::forEachRound(500, [](Random& random) {
         const JSONTree tree = parsed("[" + test::randomJSON(random, {20, 5, true}) + "]");
         for (const JSONStyle& style : allStyles()) {
-            const JSONStyle unsorted =
-                style.isCompact() ? style : JSONStyle::pretty(*style.prettyIndent(), false);
+            const JSONStyle unsorted = style.isCompact() ? style : JSONStyle::pretty(*style.prettyIndent(), false);
             ASSERT_EQ(JSONStyle::detect(written(tree, style)), unsorted);
         }
     });

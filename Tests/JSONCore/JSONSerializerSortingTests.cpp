@@ -27,8 +27,7 @@ TEST(JSONSerializerSorting, OrdersASCIIKeysByTheirBytes) {
 }
 
 TEST(JSONSerializerSorting, PutsAKeyBeforeItsContinuations) {
-    EXPECT_EQ(inOrder(R"({"abc":1,"ab":2,"":3,"a":4,"ab\u0000":5})"),
-              R"({"":3,"a":4,"ab":2,"ab\u0000":5,"abc":1})");
+    EXPECT_EQ(inOrder(R"({"abc":1,"ab":2,"":3,"a":4,"ab\u0000":5})"), R"({"":3,"a":4,"ab":2,"ab\u0000":5,"abc":1})");
 }
 
 TEST(JSONSerializerSorting, OrdersByUnicodeScalarsNotByLocale) {
@@ -39,11 +38,9 @@ TEST(JSONSerializerSorting, OrdersByUnicodeScalarsNotByLocale) {
 
 TEST(JSONSerializerSorting, ComparesKeysInCanonicalComposition) {
     // A decomposed é stands where the composed one does, after z, not after e.
-    EXPECT_EQ(inOrder("{\"e\u0301\":1,\"f\":2,\"z\":3,\"\u00E8\":4}"),
-              "{\"f\":2,\"z\":3,\"\u00E8\":4,\"e\u0301\":1}");
+    EXPECT_EQ(inOrder("{\"e\u0301\":1,\"f\":2,\"z\":3,\"\u00E8\":4}"), "{\"f\":2,\"z\":3,\"\u00E8\":4,\"e\u0301\":1}");
     // The Angstrom sign is the letter Å.
-    EXPECT_EQ(inOrder("{\"\u212B\":1,\"\u00C6\":2,\"\u00C4\":3}"),
-              "{\"\u00C4\":3,\"\u212B\":1,\"\u00C6\":2}");
+    EXPECT_EQ(inOrder("{\"\u212B\":1,\"\u00C6\":2,\"\u00C4\":3}"), "{\"\u00C4\":3,\"\u212B\":1,\"\u00C6\":2}");
     EXPECT_EQ(inOrder("{\"\uAC01\":1,\"\u1100\u1161\":2}"), "{\"\u1100\u1161\":2,\"\uAC01\":1}");
 }
 
@@ -90,10 +87,10 @@ TEST(JSONSerializerSorting, SortsTensOfThousandsOfMembersStably) {
 
 TEST(JSONSerializerSorting, SortsKeysWithLongCommonBeginnings) {
     const std::string stem(1'000, 'p');
-    EXPECT_EQ(inOrder("{\"" + stem + "2\":0,\"" + stem + "\":0,\"" + stem + "1\":0,\"q\":0,\"é" + stem +
-                      "\":0,\"" + stem + "é\":0}"),
-              "{\"" + stem + "\":0,\"" + stem + "1\":0,\"" + stem + "2\":0,\"" + stem + "é\":0,\"q\":0,\"é" +
-                  stem + "\":0}");
+    EXPECT_EQ(inOrder("{\"" + stem + "2\":0,\"" + stem + "\":0,\"" + stem + "1\":0,\"q\":0,\"é" + stem + "\":0,\"" +
+                      stem + "é\":0}"),
+              "{\"" + stem + "\":0,\"" + stem + "1\":0,\"" + stem + "2\":0,\"" + stem + "é\":0,\"q\":0,\"é" + stem +
+                  "\":0}");
 }
 
 } // namespace

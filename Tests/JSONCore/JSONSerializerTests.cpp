@@ -75,8 +75,7 @@ TEST(JSONSerializer, EndsPrettyOutputWithOneLineFeed) {
     const struct {
         std::string_view text;
         std::string_view pretty;
-    } cases[] = {
-        {"42", "42\n"}, {"\"a\"", "\"a\"\n"}, {"true", "true\n"}, {"null", "null\n"}, {"[1]", "[\n  1\n]\n"}};
+    } cases[] = {{"42", "42\n"}, {"\"a\"", "\"a\"\n"}, {"true", "true\n"}, {"null", "null\n"}, {"[1]", "[\n  1\n]\n"}};
     for (const auto& [text, pretty] : cases) {
         EXPECT_EQ(inStyle(text, twoSpaces), pretty);
         EXPECT_EQ(inStyle(text, compact), text);
@@ -84,8 +83,7 @@ TEST(JSONSerializer, EndsPrettyOutputWithOneLineFeed) {
 }
 
 TEST(JSONSerializer, WritesNumbersAndBooleansAsTheTreeHoldsThem) {
-    EXPECT_EQ(inStyle("[1.50,1e3,-0,1E+2,12345678901234567890]", compact),
-              "[1.50,1e3,-0,1E+2,12345678901234567890]");
+    EXPECT_EQ(inStyle("[1.50,1e3,-0,1E+2,12345678901234567890]", compact), "[1.50,1e3,-0,1E+2,12345678901234567890]");
     EXPECT_EQ(written(JSONTree(NodeKind::number, "not a number")), "not a number");
     EXPECT_EQ(written(JSONTree(NodeKind::bool_, "TRUE")), "TRUE");
     EXPECT_EQ(written(JSONTree(NodeKind::number, "")), "");
@@ -104,8 +102,7 @@ TEST(JSONSerializer, EscapesWhatMustBeEscapedAndNothingElse) {
         const auto character = static_cast<char>(byte);
         SCOPED_TRACE(byte);
         std::string expected(1, character);
-        if (const auto which = std::string_view("\b\t\n\f\r\"\\").find(character);
-            which != std::string_view::npos)
+        if (const auto which = std::string_view("\b\t\n\f\r\"\\").find(character); which != std::string_view::npos)
             expected = std::string("\\") + "btnfr\"\\"[which];
         else if (byte < 0x20)
             expected = std::string("\\u00") + (byte < 0x10 ? "0" : "1") + "0123456789abcdef"[byte % 16];
@@ -115,8 +112,7 @@ TEST(JSONSerializer, EscapesWhatMustBeEscapedAndNothingElse) {
 }
 
 TEST(JSONSerializer, WritesControlCharactersWithLowercaseDigits) {
-    EXPECT_EQ(written(stringTree(std::string_view("\0\x1F\x7F\x1B\x01", 5))),
-              "\"\\u0000\\u001f\x7F\\u001b\\u0001\"");
+    EXPECT_EQ(written(stringTree(std::string_view("\0\x1F\x7F\x1B\x01", 5))), "\"\\u0000\\u001f\x7F\\u001b\\u0001\"");
 }
 
 TEST(JSONSerializer, LeavesOtherTextAsItIs) {
@@ -131,8 +127,7 @@ TEST(JSONSerializer, WritesStringsOfEveryLengthWithEscapesAnywhere) {
         ASSERT_EQ(written(stringTree(plain)), "\"" + plain + "\"");
         ASSERT_EQ(written(stringTree(plain + "\n")), "\"" + plain + "\\n\"");
         ASSERT_EQ(written(stringTree("\x01" + plain + "\"")), "\"\\u0001" + plain + "\\\"\"");
-        ASSERT_EQ(written(stringTree(std::string(length, '\x1F'))),
-                  "\"" + test::repeated("\\u001f", length) + "\"");
+        ASSERT_EQ(written(stringTree(std::string(length, '\x1F'))), "\"" + test::repeated("\\u001f", length) + "\"");
     }
 }
 
@@ -204,8 +199,7 @@ TEST(JSONSerializer, GivesTheSameAsBytesAndAsText) {
 }
 
 /// What is given piece by piece, and how many pieces.
-std::pair<std::string, int> inPieces(const JSONTree& tree, std::optional<NodeID> from,
-                                     const JSONStyle& style) {
+std::pair<std::string, int> inPieces(const JSONTree& tree, std::optional<NodeID> from, const JSONStyle& style) {
     std::string text;
     int count = 0;
     JSONSerializer::serialize(tree, from, style, [&](std::string_view piece) {
@@ -219,8 +213,7 @@ TEST(JSONSerializer, GivesTheSameBytesInPieces) {
     const JSONTree small = parsed(R"({"a":["x",1]})");
     for (const JSONStyle& style : {compact, twoSpaces}) {
         EXPECT_EQ(inPieces(small, std::nullopt, style).first, written(small, style));
-        EXPECT_EQ(inPieces(small, nodeAt(small, {0}), style).first,
-                  written(small, nodeAt(small, {0}), style));
+        EXPECT_EQ(inPieces(small, nodeAt(small, {0}), style).first, written(small, nodeAt(small, {0}), style));
     }
     std::string text = "[0";
     for (int i = 1; i < 300'000; ++i)

@@ -59,8 +59,7 @@ TEST(JSONStyleDetection, TheFirstIndentedLineDecides) {
 
 TEST(JSONStyleDetection, ExactlyFourSpacesAreFourAnyOtherNumberIsTwo) {
     for (std::size_t spaces = 1; spaces <= 20; ++spaces)
-        EXPECT_EQ(JSONStyle::detect("[\n" + std::string(spaces, ' ') + "1]"),
-                  spaces == 4 ? fourSpaces : twoSpaces)
+        EXPECT_EQ(JSONStyle::detect("[\n" + std::string(spaces, ' ') + "1]"), spaces == 4 ? fourSpaces : twoSpaces)
             << spaces;
 }
 

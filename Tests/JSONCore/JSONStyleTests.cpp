@@ -21,8 +21,7 @@ std::vector<JSONStyle> allStyles() {
 }
 
 TEST(JSONStyle, OffersItsIndentsInOrder) {
-    EXPECT_THAT(JSONStyle::allIndents,
-                testing::ElementsAre(Indent::twoSpaces, Indent::fourSpaces, Indent::tab));
+    EXPECT_THAT(JSONStyle::allIndents, testing::ElementsAre(Indent::twoSpaces, Indent::fourSpaces, Indent::tab));
 }
 
 TEST(JSONStyle, StoresIndentsByTheirNames) {
@@ -34,8 +33,8 @@ TEST(JSONStyle, StoresIndentsByTheirNames) {
 }
 
 TEST(JSONStyle, KnowsNoOtherNamesOfIndents) {
-    for (const std::string_view name : {"", "TwoSpaces", "two", "twospaces", "twoSpaces ", " tab", "Tab",
-                                        "TAB", "0", "tabs", "fourSpacesX", "compact"})
+    for (const std::string_view name : {"", "TwoSpaces", "two", "twospaces", "twoSpaces ", " tab", "Tab", "TAB", "0",
+                                        "tabs", "fourSpacesX", "compact"})
         EXPECT_EQ(JSONStyle::indentFromRawValue(name), std::nullopt) << name;
     EXPECT_EQ(JSONStyle::indentFromRawValue(std::string_view("tab\0", 4)), std::nullopt);
 }

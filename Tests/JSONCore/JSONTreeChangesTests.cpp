@@ -1,3 +1,4 @@
+#include "JSONCore/JSONParser.h"
 #include "JSONCore/JSONTree.h"
 #include "Tests/JSONCore/Support/JSONText.h"
 #include "Tests/JSONCore/Support/Printing.h"
@@ -112,13 +113,11 @@ TEST(JSONTreeApply, AListIsAppliedInOrder) {
     const JSONTree before = tree;
     const NodeID member = nodeAt(tree, {0});
     const std::vector<TreeEdit> edits{TreeEdit::setKey(member, "b"), TreeEdit::setKey(member, "c"),
-                                      TreeEdit::setValue(member, NodeKind::string, "1"),
-                                      TreeEdit::setKey(member, "d")};
+                                      TreeEdit::setValue(member, NodeKind::string, "1"), TreeEdit::setKey(member, "d")};
     const std::vector<TreeEdit> inverses = tree.apply(edits);
     EXPECT_EQ(written(tree), R"({"d":"1"})");
-    EXPECT_THAT(inverses,
-                ElementsAre(TreeEdit::setKey(member, "c"), TreeEdit::setValue(member, NodeKind::number, "1"),
-                            TreeEdit::setKey(member, "b"), TreeEdit::setKey(member, "a")));
+    EXPECT_THAT(inverses, ElementsAre(TreeEdit::setKey(member, "c"), TreeEdit::setValue(member, NodeKind::number, "1"),
+                                      TreeEdit::setKey(member, "b"), TreeEdit::setKey(member, "a")));
     EXPECT_EQ(tree.apply(inverses), edits);
     EXPECT_EQ(tree, before);
 }

@@ -51,28 +51,21 @@ const std::vector<SingleEdit>& singleEdits() {
          [](JSONTree& tree, std::int64_t at) {
              tree.apply(TreeEdit::setValue(nodeAt(tree, {at, 0}), NodeKind::string, "nuevo"));
          }},
-        {"setKey", [](JSONTree& tree,
-                      std::int64_t at) { tree.apply(TreeEdit::setKey(nodeAt(tree, {at, 1}), "clave")); }},
+        {"setKey",
+         [](JSONTree& tree, std::int64_t at) { tree.apply(TreeEdit::setKey(nodeAt(tree, {at, 1}), "clave")); }},
         {"insert beside",
-         [](JSONTree& tree, std::int64_t at) {
-             tree.apply(tree.insertChange(nodeAt(tree, {at}), false)->edits);
-         }},
+         [](JSONTree& tree, std::int64_t at) { tree.apply(tree.insertChange(nodeAt(tree, {at}), false)->edits); }},
         {"insert inside",
-         [](JSONTree& tree, std::int64_t at) {
-             tree.apply(tree.insertChange(nodeAt(tree, {at}), true)->edits);
-         }},
-        {"move",
-         [](JSONTree& tree, std::int64_t at) {
-             tree.apply(tree.moveChange(nodeAt(tree, {at}), at == 0 ? 1 : -1)->edits);
-         }},
-        {"duplicate", [](JSONTree& tree,
-                         std::int64_t at) { tree.apply(tree.duplicateChange(nodeAt(tree, {at}))->edits); }},
+         [](JSONTree& tree, std::int64_t at) { tree.apply(tree.insertChange(nodeAt(tree, {at}), true)->edits); }},
+        {"move", [](JSONTree& tree,
+                    std::int64_t at) { tree.apply(tree.moveChange(nodeAt(tree, {at}), at == 0 ? 1 : -1)->edits); }},
+        {"duplicate",
+         [](JSONTree& tree, std::int64_t at) { tree.apply(tree.duplicateChange(nodeAt(tree, {at}))->edits); }},
         {"retype",
          [](JSONTree& tree, std::int64_t at) {
              tree.apply(tree.kindChange(nodeAt(tree, {at, 2}), NodeKind::string)->edits);
          }},
-        {"remove",
-         [](JSONTree& tree, std::int64_t at) { tree.apply(tree.removeChange(nodeAt(tree, {at}))->edits); }},
+        {"remove", [](JSONTree& tree, std::int64_t at) { tree.apply(tree.removeChange(nodeAt(tree, {at}))->edits); }},
     };
     return edits;
 }
@@ -159,8 +152,7 @@ TEST(JSONTreeCopyOnWrite, ASnapshotMayBeReadOnAnotherThreadWhileTheTreeIsEdited)
     {
         std::jthread reader([snapshot = tree, &text, &wrong] {
             for (int round = 0; round < 10; ++round)
-                wrong +=
-                    written(snapshot) != text || snapshot.keyOccurrences(nodeAt(snapshot, {5}), "id") != 1;
+                wrong += written(snapshot) != text || snapshot.keyOccurrences(nodeAt(snapshot, {5}), "id") != 1;
         });
         for (std::int64_t i = 0; i < 2'000; ++i) {
             const NodeID record = nodeAt(tree, {i * 7'919 % 50'000});
@@ -184,8 +176,7 @@ TEST(JSONTreeCopyOnWrite, AnOutlineCopiesTheBlocksOfRowsItTouches) {
         const NodeID record = nodeAt(tree, {position});
         const TreeOutline snapshot = outline;
         const std::int64_t rows = snapshot.rowCount();
-        EXPECT_LE(bytesCopiedBy([&] { outline.setExpanded(record, false, false, tree); }),
-                  mostCopiedByAnEdit);
+        EXPECT_LE(bytesCopiedBy([&] { outline.setExpanded(record, false, false, tree); }), mostCopiedByAnEdit);
         EXPECT_LT(outline.rowCount(), rows);
         EXPECT_EQ(snapshot.rowCount(), rows);
         EXPECT_TRUE(snapshot.expanded().contains(record));

@@ -61,8 +61,8 @@ TEST(JSONTreeSubtree, DoesNotFollowChangesOfItsSource) {
 }
 
 TEST(JSONTreeSubtree, OutlivesItsSource) {
-    auto tree = std::make_unique<JSONTree>(
-        parsed(R"({"a":["un texto largo que vive en otra parte","con \n escape"]})"));
+    auto tree =
+        std::make_unique<JSONTree>(parsed(R"({"a":["un texto largo que vive en otra parte","con \n escape"]})"));
     tree->apply(TreeEdit::setKey(nodeAt(*tree, {0}), "una clave escrita después"));
     const JSONTree copy = tree->subtree(tree->root());
     tree.reset();

@@ -120,8 +120,7 @@ TEST_F(JSONTreeDeathTest, AskingForAMissingTopLevelValueStops) {
 
 TEST_F(JSONTreeDeathTest, AFailedCheckSaysWhatWasViolated) {
     EXPECT_DEATH(tree_.kind(NodeID{8}), "a node id is stored in the tree");
-    EXPECT_DEATH(tree_.attach(tree_.addNode(NodeKind::null, "", ""), list_, 3),
-                 "inserted within its parent's list");
+    EXPECT_DEATH(tree_.attach(tree_.addNode(NodeKind::null, "", ""), list_, 3), "inserted within its parent's list");
 }
 
 } // namespace

@@ -40,8 +40,7 @@ std::string applied(JSONTree& tree, const std::optional<TreeChange>& change,
 
 TEST(JSONTreeInsert, BesideAMemberAddsItsNextSibling) {
     JSONTree tree = parsed(R"({"a":{"x":1},"b":2})");
-    EXPECT_EQ(applied(tree, tree.insertChange(nodeAt(tree, {0}), false), {1}),
-              R"({"a":{"x":1},"clave":"","b":2})");
+    EXPECT_EQ(applied(tree, tree.insertChange(nodeAt(tree, {0}), false), {1}), R"({"a":{"x":1},"clave":"","b":2})");
     EXPECT_EQ(applied(tree, tree.insertChange(nodeAt(tree, {0}), false), {1}),
               R"({"a":{"x":1},"clave 2":"","clave":"","b":2})");
     EXPECT_EQ(applied(tree, tree.insertChange(nodeAt(tree, {3}), false), {4}),
@@ -72,8 +71,7 @@ TEST(JSONTreeInsert, AtATopLevelScalarDoesNotApply) {
 
 TEST(JSONTreeInsert, InsideAContainerAddsItsLastChild) {
     JSONTree tree = parsed(R"([[],{"clave":1},[1,2]])");
-    EXPECT_EQ(applied(tree, tree.insertChange(nodeAt(tree, {0}), true), {0, 0}),
-              R"([[""],{"clave":1},[1,2]])");
+    EXPECT_EQ(applied(tree, tree.insertChange(nodeAt(tree, {0}), true), {0, 0}), R"([[""],{"clave":1},[1,2]])");
     EXPECT_EQ(applied(tree, tree.insertChange(nodeAt(tree, {1}), true), {1, 1}),
               R"([[""],{"clave":1,"clave 2":""},[1,2]])");
     EXPECT_EQ(applied(tree, tree.insertChange(nodeAt(tree, {2}), true), {2, 2}),
@@ -160,8 +158,7 @@ TEST(JSONTreeDuplicate, PutsACopyRightAfterTheMember) {
 
 TEST(JSONTreeDuplicate, NumbersTheCopiesOfAKeyWithoutText) {
     JSONTree tree = parsed(R"({"":1," copia":2})");
-    EXPECT_EQ(applied(tree, tree.duplicateChange(nodeAt(tree, {0})), {1}),
-              R"({"":1," copia 2":1," copia":2})");
+    EXPECT_EQ(applied(tree, tree.duplicateChange(nodeAt(tree, {0})), {1}), R"({"":1," copia 2":1," copia":2})");
 }
 
 TEST(JSONTreeDuplicate, KeepsTheKeyOfAnElement) {
@@ -210,8 +207,7 @@ TEST(JSONTreeKind, OfAContainerLeavesItsChildrenBehind) {
     const NodeID object = nodeAt(tree, {0});
     const auto change = tree.kindChange(object, NodeKind::array);
     const NodeID fresh{static_cast<std::int32_t>(before.storedNodeCount())};
-    EXPECT_EQ(change,
-              (TreeChange{{TreeEdit::remove(object), TreeEdit::insert(fresh, tree.root(), 0)}, fresh}));
+    EXPECT_EQ(change, (TreeChange{{TreeEdit::remove(object), TreeEdit::insert(fresh, tree.root(), 0)}, fresh}));
     const std::vector<TreeEdit> inverses = tree.apply(change->edits);
     EXPECT_EQ(written(tree), R"({"o":[],"z":0})");
     EXPECT_EQ(tree.nodeCount(), 3);
@@ -224,8 +220,7 @@ TEST(JSONTreeKind, OfAContainerLeavesItsChildrenBehind) {
 
 TEST(JSONTreeKind, BetweenScalarsAndContainersMakesANewNode) {
     JSONTree tree = parsed(R"([1,"a",{"x":1}])");
-    EXPECT_EQ(applied(tree, tree.kindChange(nodeAt(tree, {0}), NodeKind::object), {0}),
-              R"([{},"a",{"x":1}])");
+    EXPECT_EQ(applied(tree, tree.kindChange(nodeAt(tree, {0}), NodeKind::object), {0}), R"([{},"a",{"x":1}])");
     EXPECT_EQ(applied(tree, tree.kindChange(nodeAt(tree, {1}), NodeKind::array), {1}), R"([{},[],{"x":1}])");
     EXPECT_EQ(applied(tree, tree.kindChange(nodeAt(tree, {2}), NodeKind::string), {2}), R"([{},[],""])");
     EXPECT_EQ(applied(tree, tree.kindChange(nodeAt(tree, {0}), NodeKind::number), {0}), R"([0,[],""])");
@@ -275,11 +270,9 @@ TEST(JSONTreeMove, GoesAnyDistanceWithinTheSiblings) {
 
 TEST(JSONTreeMove, BeyondTheEndsOrNowhereDoesNotApply) {
     JSONTree tree = parsed("[10,20,30]");
-    for (const std::int64_t offset :
-         {std::int64_t{-1}, std::int64_t{0}, std::int64_t{3}, farthest, -farthest - 1})
+    for (const std::int64_t offset : {std::int64_t{-1}, std::int64_t{0}, std::int64_t{3}, farthest, -farthest - 1})
         EXPECT_EQ(tree.moveChange(nodeAt(tree, {0}), offset), std::nullopt) << offset;
-    for (const std::int64_t offset :
-         {std::int64_t{1}, std::int64_t{0}, std::int64_t{-3}, farthest, -farthest - 1})
+    for (const std::int64_t offset : {std::int64_t{1}, std::int64_t{0}, std::int64_t{-3}, farthest, -farthest - 1})
         EXPECT_EQ(tree.moveChange(nodeAt(tree, {2}), offset), std::nullopt) << offset;
     JSONTree single = parsed("[1]");
     EXPECT_EQ(single.moveChange(nodeAt(single, {0}), 1), std::nullopt);

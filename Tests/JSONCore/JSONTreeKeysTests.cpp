@@ -29,8 +29,7 @@ JSONTree largeObjectOf(std::vector<std::string> keys) {
     return objectOf(keys);
 }
 
-void expectUniqueKey(const std::vector<std::string>& taken, std::string_view base,
-                     std::string_view expected) {
+void expectUniqueKey(const std::vector<std::string>& taken, std::string_view base, std::string_view expected) {
     SCOPED_TRACE(expected);
     const JSONTree small = objectOf(taken);
     EXPECT_EQ(small.uniqueKey(base, small.root()), expected);
@@ -168,8 +167,7 @@ TEST(JSONTreeKeys, MayBeAskedForByManyThreadsAtOnce) {
 
 TEST(JSONTreeKeys, AgreeWithAWalkOverAllMembers) {
     test::forEachRound(20, [](test::Random& random) {
-        const std::string stems[] = {"k", "k 2",          "clave",  "\u00E9", "e\u0301",
-                                     "",  "\u1112\u1161", "\uD558", "A",      "a"};
+        const std::string stems[] = {"k", "k 2", "clave", "\u00E9", "e\u0301", "", "\u1112\u1161", "\uD558", "A", "a"};
         const auto randomKey = [&] {
             std::string key = random.oneOf(stems);
             for (std::int64_t i = random.below(3); i > 0; --i)
@@ -198,14 +196,13 @@ TEST(JSONTreeKeys, AgreeWithAWalkOverAllMembers) {
                 const std::string key = randomKey();
                 const NodeID added = tree.addNode(NodeKind::null, key, "");
                 ASSERT_EQ(model.addNode(NodeKind::null, key, ""), added);
-                apply(TreeEdit::insert(added, model.root(),
-                                       random.below(static_cast<std::int64_t>(members.size()) + 1)));
+                apply(
+                    TreeEdit::insert(added, model.root(), random.below(static_cast<std::int64_t>(members.size()) + 1)));
             }
             if (random.oneIn(200))
                 tree = JSONTree(tree);
             const std::string asked = randomKey();
-            ASSERT_EQ(tree.keyOccurrences(tree.root(), asked), model.keyOccurrences(model.root(), asked))
-                << asked;
+            ASSERT_EQ(tree.keyOccurrences(tree.root(), asked), model.keyOccurrences(model.root(), asked)) << asked;
             if (random.oneIn(4)) {
                 ASSERT_EQ(tree.uniqueKey(asked, tree.root()), model.uniqueKey(asked, model.root())) << asked;
             }

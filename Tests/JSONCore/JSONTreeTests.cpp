@@ -206,8 +206,7 @@ TEST(JSONTree, CountsOnlyNodesThatHangBelowTheHolder) {
 
 TEST(JSONTree, IsCopiedAndMovedWithoutThrowing) {
     static_assert(std::is_copy_constructible_v<JSONTree> && std::is_copy_assignable_v<JSONTree>);
-    static_assert(std::is_nothrow_move_constructible_v<JSONTree> &&
-                  std::is_nothrow_move_assignable_v<JSONTree>);
+    static_assert(std::is_nothrow_move_constructible_v<JSONTree> && std::is_nothrow_move_assignable_v<JSONTree>);
     JSONTree tree = parsed("[1,2]");
     JSONTree moved = std::move(tree);
     EXPECT_EQ(written(moved), "[1,2]");

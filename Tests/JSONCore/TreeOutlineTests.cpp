@@ -129,8 +129,7 @@ TEST(TreeOutline, ShortensLongScalars) {
 TEST(TreeOutline, ExpandsAndCollapsesOneContainer) {
     Opened opened("[[1,[2]],3]");
     opened.expand({0});
-    EXPECT_EQ(opened.rows(),
-              "$ array 2 open\n  [0] array 2 open\n    [0] number 1\n    [1] array 1\n  [1] number 3\n");
+    EXPECT_EQ(opened.rows(), "$ array 2 open\n  [0] array 2 open\n    [0] number 1\n    [1] array 1\n  [1] number 3\n");
     opened.expand({0});
     EXPECT_EQ(opened.outline.rowCount(), 5);
     opened.collapse({0});
@@ -157,8 +156,7 @@ TEST(TreeOutline, ExpandsAContainerThatHasNoRowYet) {
     opened.expand({0, 0});
     EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] array 1\n");
     opened.expand({0});
-    EXPECT_EQ(opened.rows(),
-              "$ array 1 open\n  [0] array 1 open\n    [0] array 1 open\n      [0] number 1\n");
+    EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] array 1 open\n    [0] array 1 open\n      [0] number 1\n");
 }
 
 TEST(TreeOutline, ExpandsAllContainersBelowRecursively) {
@@ -298,21 +296,16 @@ TEST(TreeOutline, RefreshingAParentShowsItsNewChildren) {
 TEST(TreeOutline, BuildsTheRowsOfASubtreeWithTheFirstRowAsGiven) {
     Opened opened(R"({"a":{"x":1,"x":[2]},"b":0})");
     opened.expand({0});
-    const auto rows =
-        opened.outline.buildRows(opened.at({0}), 5, TreeRow::Label::index(9), true, opened.tree);
+    const auto rows = opened.outline.buildRows(opened.at({0}), 5, TreeRow::Label::index(9), true, opened.tree);
     ASSERT_EQ(rows.size(), 3U);
-    EXPECT_EQ(rows[0],
-              (TreeRow{opened.at({0}), 5, TreeRow::Label::index(9), NodeKind::object, "", 2, true, true}));
-    EXPECT_EQ(rows[1], (TreeRow{opened.at({0, 0}), 6, TreeRow::Label::key("x"), NodeKind::number, "1", 0,
-                                false, true}));
-    EXPECT_EQ(rows[2],
-              (TreeRow{opened.at({0, 1}), 6, TreeRow::Label::key("x"), NodeKind::array, "", 1, false, true}));
+    EXPECT_EQ(rows[0], (TreeRow{opened.at({0}), 5, TreeRow::Label::index(9), NodeKind::object, "", 2, true, true}));
+    EXPECT_EQ(rows[1],
+              (TreeRow{opened.at({0, 0}), 6, TreeRow::Label::key("x"), NodeKind::number, "1", 0, false, true}));
+    EXPECT_EQ(rows[2], (TreeRow{opened.at({0, 1}), 6, TreeRow::Label::key("x"), NodeKind::array, "", 1, false, true}));
     EXPECT_EQ(opened.outline.rowCount(), 5);
-    const auto scalar =
-        opened.outline.buildRows(opened.at({1}), 0, TreeRow::Label::root(), false, opened.tree);
+    const auto scalar = opened.outline.buildRows(opened.at({1}), 0, TreeRow::Label::root(), false, opened.tree);
     ASSERT_EQ(scalar.size(), 1U);
-    EXPECT_EQ(scalar[0],
-              (TreeRow{opened.at({1}), 0, TreeRow::Label::root(), NodeKind::number, "0", 0, false, false}));
+    EXPECT_EQ(scalar[0], (TreeRow{opened.at({1}), 0, TreeRow::Label::root(), NodeKind::number, "0", 0, false, false}));
 }
 
 TEST(TreeOutline, CopiesDoNotFollowEachOther) {

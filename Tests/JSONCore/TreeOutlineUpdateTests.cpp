@@ -24,9 +24,7 @@ struct Edited {
         outline.update(edits, tree);
         return inverses;
     }
-    std::vector<TreeEdit> apply(const std::optional<TreeChange>& change) {
-        return apply(change.value().edits);
-    }
+    std::vector<TreeEdit> apply(const std::optional<TreeChange>& change) { return apply(change.value().edits); }
 
     std::string rows() const { return test::rowsText(outline, tree); }
     NodeID at(std::initializer_list<std::int64_t> positions) const { return nodeAt(tree, positions); }
@@ -203,10 +201,10 @@ TEST(TreeOutlineUpdate, TakesSeveralEditsAtOnce) {
     const NodeID inner = edited.at({1, 1});
     const NodeID last = edited.at({2});
     // The inner list moves into the object, the object to the end, the last value into the inner list.
-    const auto undo = edited.apply({TreeEdit::remove(inner), TreeEdit::setKey(inner, "a"),
-                                    TreeEdit::insert(inner, object, 0), TreeEdit::remove(last),
-                                    TreeEdit::insert(last, inner, 1), TreeEdit::remove(object),
-                                    TreeEdit::insert(object, edited.tree.root(), 1)});
+    const auto undo =
+        edited.apply({TreeEdit::remove(inner), TreeEdit::setKey(inner, "a"), TreeEdit::insert(inner, object, 0),
+                      TreeEdit::remove(last), TreeEdit::insert(last, inner, 1), TreeEdit::remove(object),
+                      TreeEdit::insert(object, edited.tree.root(), 1)});
     EXPECT_EQ(edited.rows(), "$ array 2 open\n"
                              "  [0] array 1 open\n"
                              "    [0] number 2\n"
@@ -222,8 +220,8 @@ TEST(TreeOutlineUpdate, TakesSeveralEditsAtOnce) {
 TEST(TreeOutlineUpdate, IgnoresDetachedNodes) {
     Edited edited("[1]");
     const NodeID detached = edited.tree.addNode(NodeKind::array, "k", "");
-    edited.apply({TreeEdit::setKey(detached, "z"),
-                  TreeEdit::insert(edited.tree.addNode(NodeKind::null, "", ""), detached, 0)});
+    edited.apply(
+        {TreeEdit::setKey(detached, "z"), TreeEdit::insert(edited.tree.addNode(NodeKind::null, "", ""), detached, 0)});
     EXPECT_EQ(edited.rows(), "$ array 1 open\n  [0] number 1\n");
 }
 

@@ -61,15 +61,13 @@ TEST(TreeRow, EqualsAnotherOnlyWithAllFields) {
 
 TEST(TreeRow, ComparesTextsByCanonicalEquivalence) {
     const TreeRow composed{NodeID{3}, 2, Label::key("\u00E9"), NodeKind::string, "\u212B", 0, false, false};
-    const TreeRow decomposed{NodeID{3}, 2,    Label::key("e\u0301"), NodeKind::string, "A\u030A", 0,
-                             false,     false};
+    const TreeRow decomposed{NodeID{3}, 2, Label::key("e\u0301"), NodeKind::string, "A\u030A", 0, false, false};
     EXPECT_EQ(composed, decomposed);
 }
 
 TEST(TreeRowText, OfAtMost200BytesIsShownWhole) {
-    for (const std::string& text :
-         {std::string(), std::string("a"), std::string(199, 'a'), std::string(200, 'a'), repeated("é", 100),
-          repeated("€", 66), repeated("😀", 50), repeated("\n", 200)})
+    for (const std::string& text : {std::string(), std::string("a"), std::string(199, 'a'), std::string(200, 'a'),
+                                    repeated("é", 100), repeated("€", 66), repeated("😀", 50), repeated("\n", 200)})
         EXPECT_EQ(TreeRow::displayText(text), text);
 }
 
@@ -91,11 +89,9 @@ TEST(TreeRowText, OfMoreThan200BytesButFewerCharactersKeepsThemAll) {
 
 TEST(TreeRowText, CountsCharactersThatTheUserPerceives) {
     for (const std::string_view character : {"e\u0301", "🇪🇸", "👨‍👩‍👧", "👍🏽", "\r\n", "\uAC01"})
-        EXPECT_EQ(TreeRow::displayText(repeated(character, 250)), repeated(character, 200) + ellipsis)
-            << character;
+        EXPECT_EQ(TreeRow::displayText(repeated(character, 250)), repeated(character, 200) + ellipsis) << character;
     // One character of many marks.
-    EXPECT_EQ(TreeRow::displayText("a" + repeated("\u0301", 1'000)),
-              "a" + repeated("\u0301", 1'000) + ellipsis);
+    EXPECT_EQ(TreeRow::displayText("a" + repeated("\u0301", 1'000)), "a" + repeated("\u0301", 1'000) + ellipsis);
     EXPECT_EQ(TreeRow::displayText(std::string(199, 'a') + "e" + repeated("\u0301", 50) + "z"),
               std::string(199, 'a') + "e" + repeated("\u0301", 50) + ellipsis);
 }

@@ -88,10 +88,9 @@ TEST(CanonicalText, OtherwiseSimilarTextsDiffer) {
 TEST(CanonicalText, OrderIsThatOfScalarValuesNotOfAnyLanguage) {
     using namespace std::string_view_literals;
     constexpr std::string_view ascending[] = {
-        ""sv,       "\0"sv,     "\0\0"sv,       "10"sv,         "9"sv,          "A"sv,
-        "Z"sv,      "a"sv,      "a\0"sv,        "ab"sv,         "b"sv,          "o"sv,
-        "z"sv,      "\u00E1"sv, "\u00F1"sv,     "\u0436"sv,     "\u4E2D"sv,     "\uE000"sv,
-        "\uFF61"sv, "\uFFFF"sv, "\U00010000"sv, "\U0001F600"sv, "\U0010FFFF"sv,
+        ""sv,       "\0"sv,     "\0\0"sv,   "10"sv,     "9"sv,          "A"sv,          "Z"sv,          "a"sv,
+        "a\0"sv,    "ab"sv,     "b"sv,      "o"sv,      "z"sv,          "\u00E1"sv,     "\u00F1"sv,     "\u0436"sv,
+        "\u4E2D"sv, "\uE000"sv, "\uFF61"sv, "\uFFFF"sv, "\U00010000"sv, "\U0001F600"sv, "\U0010FFFF"sv,
     };
     for (std::size_t left = 0; left < std::size(ascending); ++left)
         for (std::size_t right = 0; right < std::size(ascending); ++right)
@@ -122,8 +121,8 @@ TEST(CanonicalText, ComparesRandomTextsAsICUDoes) {
         std::string right = start + test::randomText(random, alphabet, randomBelow(random, 4));
         if (turn % 3 == 0) {
             UErrorCode status = U_ZERO_ERROR;
-            const icu::UnicodeString decomposed = icu::Normalizer2::getNFDInstance(status)->normalize(
-                icu::UnicodeString::fromUTF8(left), status);
+            const icu::UnicodeString decomposed =
+                icu::Normalizer2::getNFDInstance(status)->normalize(icu::UnicodeString::fromUTF8(left), status);
             right.clear();
             decomposed.toUTF8String(right);
         }
@@ -147,8 +146,7 @@ TEST(CanonicalText, AShortDifferenceBehindALongCommonStartIsFound) {
 
 TEST(CanonicalText, AFormIsTheTextItselfWhereItIsInThatFormAlready) {
     std::string storage = "left alone";
-    for (const std::string_view text :
-         {"", "ascii", "ma\u00F1ana", "\u4E2D\u6587", "\U0001F600", "q\u0323\u0307"}) {
+    for (const std::string_view text : {"", "ascii", "ma\u00F1ana", "\u4E2D\u6587", "\U0001F600", "q\u0323\u0307"}) {
         const std::string_view form = canonical::form(text, storage);
         EXPECT_EQ(form.data(), text.data());
         EXPECT_EQ(form.size(), text.size());
@@ -168,16 +166,15 @@ TEST(CanonicalText, AnyOtherFormIsAViewOfTheStorage) {
 TEST(CanonicalText, FormsOrderedByTheirBytesAreOrderedByScalarValue) {
     std::vector<std::string> keys{"\U0001F600", "\uFF61", "man\u0303ana", "ma\u00F1ana a", "manana", "\u212A",
                                   "L",          "J"};
-    std::ranges::sort(
-        keys, [](const auto& left, const auto& right) { return canonical::compare(left, right) < 0; });
+    std::ranges::sort(keys, [](const auto& left, const auto& right) { return canonical::compare(left, right) < 0; });
     std::vector<std::string> forms;
     for (const std::string& key : keys) {
         std::string storage;
         forms.emplace_back(canonical::form(key, storage));
     }
     EXPECT_TRUE(std::ranges::is_sorted(forms));
-    EXPECT_EQ(forms, (std::vector<std::string>{"J", "K", "L", "manana", "ma\u00F1ana", "ma\u00F1ana a",
-                                               "\uFF61", "\U0001F600"}));
+    EXPECT_EQ(forms, (std::vector<std::string>{"J", "K", "L", "manana", "ma\u00F1ana", "ma\u00F1ana a", "\uFF61",
+                                               "\U0001F600"}));
 }
 
 } // namespace

@@ -48,8 +48,7 @@ void expectBoundariesOfICU(std::string_view text, std::mt19937& random, std::siz
         const std::size_t clusters = sample < 3 && sample < boundaries.size()
                                          ? boundaries.size() - sample
                                          : 1 + randomBelow(random, boundaries.size());
-        ASSERT_EQ(graphemes::prefix(text, static_cast<std::int64_t>(clusters)).size(),
-                  boundaries[clusters - 1])
+        ASSERT_EQ(graphemes::prefix(text, static_cast<std::int64_t>(clusters)).size(), boundaries[clusters - 1])
             << clusters << " clusters of " << testing::PrintToString(text);
     }
 }
@@ -67,15 +66,13 @@ constexpr Alphabet alphabets[] = {
     {"RegionalIndicators", U"a\n\U0001F1EA\U0001F1F8\U0001F1E6\U0001F1FF\u0301\u200D"},
     {"Emoji", U"a#\uFE0F\u20E3\u200D\U0001F468\U0001F469\U0001F3FD\U0001F3F3\u2764\u00A9\U0001F600\u0301"},
     {"Prepend", U"ab1\n\u0600\u06DD\u0915\U000110BD\U000110CD\U000111C2\u0301\u0F39"},
-    {"Indic",
-     U"a "
-     U"\u0915\u0937\u0924\u093F\u093C\u094D\u200D\u200C\u09CD\u0995\u0D4D\u0D15\u0B4D\u0B15\u0C4D\u0C15\u0ACD"
-     U"\u0A95\u0BCD\u0B95"},
+    {"Indic", U"a "
+              U"\u0915\u0937\u0924\u093F\u093C\u094D\u200D\u200C\u09CD\u0995\u0D4D\u0D15\u0B4D\u0B15\u0C4D\u0C15\u0ACD"
+              U"\u0A95\u0BCD\u0B95"},
     {"Controls", U"a\r\n\u0000\u0085\u2028\u2029\u200B\u200E\uFEFF\u0301\u200D\U000E0001\U000E0020"},
     {"PlainLetters", U"a\u00F1\u0436\u4E2D\u6587\u3042\uFF01\uAC00\U00020000\U0001F600\uFFFD"},
-    {"Everything",
-     U"ab\r\n\u00E9\u0301\u0300\u1100\u1161\u11A8\uAC00\uAC01\U0001F1EA\U0001F1F8\U0001F469\u200D"
-     U"\U0001F4BB\U0001F3FD\u0600\U000110BD\u0915\u094D\u093F\u0E33\u4E2D\uFEFF\u00AD"},
+    {"Everything", U"ab\r\n\u00E9\u0301\u0300\u1100\u1161\u11A8\uAC00\uAC01\U0001F1EA\U0001F1F8\U0001F469\u200D"
+                   U"\U0001F4BB\U0001F3FD\u0600\U000110BD\u0915\u094D\u093F\u0E33\u4E2D\uFEFF\u00AD"},
 };
 
 class GraphemesOfTest : public testing::TestWithParam<Alphabet> {};
@@ -86,8 +83,7 @@ INSTANTIATE_TEST_SUITE_P(RandomTextOf, GraphemesOfTest, testing::ValuesIn(alphab
 TEST_P(GraphemesOfTest, AgreesWithOnePassOfICU) {
     std::mt19937 random(1);
     for (int turn = 0; turn < 3'000; ++turn)
-        expectBoundariesOfICU(test::randomText(random, GetParam().characters, randomBelow(random, 40)),
-                              random, 12);
+        expectBoundariesOfICU(test::randomText(random, GetParam().characters, randomBelow(random, 40)), random, 12);
     for (int turn = 0; turn < 30; ++turn)
         expectBoundariesOfICU(test::randomText(random, GetParam().characters, 4'000), random, 30);
 }
@@ -100,8 +96,7 @@ TEST_P(GraphemesOfTest, AgreesWithOnePassOfICUAmongLongPlainRuns) {
             text += std::string(randomBelow(random, 3) * randomBelow(random, 100), 'x');
             text += test::randomText(random, GetParam().characters, randomBelow(random, 30));
             text += repeated("\u4E2D", randomBelow(random, 2) * randomBelow(random, 40));
-            text +=
-                test::randomText(random, U"xy\r\n\u00F1", randomBelow(random, 2) * randomBelow(random, 200));
+            text += test::randomText(random, U"xy\r\n\u00F1", randomBelow(random, 2) * randomBelow(random, 200));
         }
         expectBoundariesOfICU(text, random, 20);
     }
@@ -162,8 +157,7 @@ TEST(Graphemes, AClusterMayBeLongerThanAnyPieceThatICUIsGiven) {
     for (const std::string& cluster : clusters) {
         ASSERT_EQ(boundariesByICU(cluster).size(), 1u);
         expectBoundariesOfICU(cluster, random, 1);
-        expectBoundariesOfICU(joined({"x\n", cluster, "b", cluster, repeated("\U0001F1EA", 7), cluster}),
-                              random, 20);
+        expectBoundariesOfICU(joined({"x\n", cluster, "b", cluster, repeated("\U0001F1EA", 7), cluster}), random, 20);
     }
 }
 
@@ -187,8 +181,7 @@ TEST(Graphemes, ALongRunOfLatinTextIsCountedWhateverPlaceItsBlocksEndAt) {
 }
 
 TEST(Graphemes, TheASCIICharacterBesideOtherTextMayBelongToIt) {
-    for (const std::size_t before :
-         {0, 1, 2, 14, 15, 16, 17, 63, 64, 65, 255, 256, 65'534, 65'535, 65'536, 65'537}) {
+    for (const std::size_t before : {0, 1, 2, 14, 15, 16, 17, 63, 64, 65, 255, 256, 65'534, 65'535, 65'536, 65'537}) {
         const std::string run(before, 'x');
         const auto length = static_cast<std::int64_t>(before);
         EXPECT_EQ(graphemes::count(run + "e\u0301"), length + 1);
@@ -210,8 +203,7 @@ TEST(Graphemes, APrefixOfNoClustersIsEmptyAndALongOneIsTheText) {
 }
 
 TEST(Graphemes, APrefixIsFoundWithoutALookAtTheRestOfTheText) {
-    constexpr std::size_t rest = std::size_t{1}
-                                 << 32; // would be read for seconds, and may not be read at all
+    constexpr std::size_t rest = std::size_t{1} << 32; // would be read for seconds, and may not be read at all
     for (const std::string_view unit :
          {"x", "\r\n", "\u00F1", "\u4E2D", "e\u0301", "\u0915\u093F", "\U0001F1EA\U0001F1F8"}) {
         const test::GuardedText text(repeated(unit, 4'000), rest);

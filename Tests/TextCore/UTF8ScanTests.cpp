@@ -106,9 +106,8 @@ void damage(std::mt19937& random, std::string& bytes) {
 
 TEST_P(UTF8ScanTest, ValidationDecidesEverySequenceAsTheDefinitionDoes) {
     // Every value at which what is allowed changes, in each place of four bytes.
-    constexpr unsigned char values[] = {0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF,
-                                        0xC0, 0xC1, 0xC2, 0xDF, 0xE0, 0xE1, 0xEC, 0xED,
-                                        0xEE, 0xEF, 0xF0, 0xF1, 0xF3, 0xF4, 0xF5, 0xFF};
+    constexpr unsigned char values[] = {0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0, 0xC1, 0xC2, 0xDF,
+                                        0xE0, 0xE1, 0xEC, 0xED, 0xEE, 0xEF, 0xF0, 0xF1, 0xF3, 0xF4, 0xF5, 0xFF};
     // The sequence stands across the edges of vectors and of blocks of vectors, among ASCII and other text.
     constexpr std::size_t places[] = {0, 14, 29, 62, 63, 64, 126, 189, 254, 317, 318, 319, 320, 380, 396};
     const std::string texts[] = {std::string(400, 'x'), repeated("\u00E9", 200), repeated("\u20AC", 134)};
@@ -126,8 +125,8 @@ TEST_P(UTF8ScanTest, ValidationDecidesEverySequenceAsTheDefinitionDoes) {
                         ++place;
                     text.insert(place, bytes);
                     ASSERT_EQ(utf8::isValid(text), isValidByDefinition(bytes))
-                        << std::hex << +first << ' ' << +second << ' ' << +third << ' ' << +fourth << " at "
-                        << std::dec << place;
+                        << std::hex << +first << ' ' << +second << ' ' << +third << ' ' << +fourth << " at " << std::dec
+                        << place;
                 }
 }
 
@@ -171,8 +170,7 @@ TEST_P(UTF8ScanTest, ValidationFindsASequenceCutShortWhereverTheTextEnds) {
             for (std::size_t size = 1; size < whole.size(); ++size) {
                 const std::string cut = text + std::string(whole.substr(0, size));
                 ASSERT_FALSE(utf8::isValid(cut)) << before << " bytes before " << size;
-                ASSERT_FALSE(utf8::isValid(cut + std::string(700, 'x')))
-                    << before << " bytes before " << size;
+                ASSERT_FALSE(utf8::isValid(cut + std::string(700, 'x'))) << before << " bytes before " << size;
             }
         }
     }
@@ -214,8 +212,7 @@ TEST_P(UTF8ScanTest, CountsTheCharactersOfValidText) {
     for (int turn = 0; turn < 5'000; ++turn) {
         const std::string text = randomValidText(random, 300);
         std::size_t characters = 0;
-        for (std::size_t at = 0; at < text.size();
-             at += utf8::leadingScalar(std::string_view(text).substr(at)).size)
+        for (std::size_t at = 0; at < text.size(); at += utf8::leadingScalar(std::string_view(text).substr(at)).size)
             ++characters;
         ASSERT_EQ(utf8::countCharacters(text), characters);
     }
@@ -227,8 +224,7 @@ TEST_P(UTF8ScanTest, TheLowPrefixEndsBeforeTheFirstCharacterFromItsLimit) {
         ASSERT_EQ(utf8::lowPrefixLength(low), low.size());
         ASSERT_EQ(utf8::lowPrefixLength(joined({low, "\u0300", low})), low.size());
         ASSERT_EQ(utf8::lowPrefixLength(joined({low, "\U0010FFFF", low})), low.size());
-        ASSERT_EQ(utf8::lowPrefixLength(low + "\xCB"), low.size() + 1)
-            << "a text that ends within a character";
+        ASSERT_EQ(utf8::lowPrefixLength(low + "\xCB"), low.size() + 1) << "a text that ends within a character";
     }
 }
 

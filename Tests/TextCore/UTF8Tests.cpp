@@ -72,8 +72,7 @@ std::string repairedByICU(std::string_view bytes) {
 
 TEST(UTF8, RepairsRandomBytesAsICUDoes) {
     std::mt19937 random(1);
-    constexpr std::string_view pieces[] = {"plain ",     "\u00E9",   "\u20AC",
-                                           "\U0001F600", "\xE2\x82", "\xF0\x9F\x98"};
+    constexpr std::string_view pieces[] = {"plain ", "\u00E9", "\u20AC", "\U0001F600", "\xE2\x82", "\xF0\x9F\x98"};
     for (int turn = 0; turn < 20'000; ++turn) {
         std::string bytes;
         for (std::size_t left = randomBelow(random, 40); left > 0; --left) {

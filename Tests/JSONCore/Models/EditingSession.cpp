@@ -9,8 +9,7 @@
 
 namespace quelm::test {
 
-EditingSession::EditingSession(const std::string& text)
-    : tree_(parsed(text)), model_(naiveParse(text).value()) {
+EditingSession::EditingSession(const std::string& text) : tree_(parsed(text)), model_(naiveParse(text).value()) {
     rebuild();
 }
 
@@ -39,8 +38,7 @@ void EditingSession::remove(NodeID id) {
     perform(tree_.removeChange(id), model_.removeChange(id));
 }
 
-void EditingSession::perform(const std::optional<TreeChange>& change,
-                             const std::optional<TreeChange>& expected) {
+void EditingSession::perform(const std::optional<TreeChange>& change, const std::optional<TreeChange>& expected) {
     ASSERT_EQ(change, expected);
     ASSERT_EQ(tree_.storedNodeCount(), model_.storedNodeCount());
     if (change)
@@ -78,8 +76,7 @@ void EditingSession::applyThereAndBack(const TreeEdit& edit) {
     ASSERT_EQ(tree_.nodeCount(), after.nodeCount());
 }
 
-void EditingSession::replay(std::vector<std::vector<TreeEdit>>& from,
-                            std::vector<std::vector<TreeEdit>>& to) {
+void EditingSession::replay(std::vector<std::vector<TreeEdit>>& from, std::vector<std::vector<TreeEdit>>& to) {
     if (from.empty())
         return;
     const std::vector<TreeEdit> edits = std::move(from.back());

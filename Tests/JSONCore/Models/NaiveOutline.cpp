@@ -84,11 +84,10 @@ std::vector<TreeRow> NaiveOutline::buildRows(NodeID id, std::int64_t depth, cons
             const NodeID child = node.children[i];
             const std::string& key = tree[child].key;
             if (isObject)
-                stack.push_back({child, next.depth + 1, TreeRow::Label::key(key),
-                                 duplicates.contains(canonicalForm(key))});
-            else
                 stack.push_back(
-                    {child, next.depth + 1, TreeRow::Label::index(static_cast<std::int64_t>(i)), false});
+                    {child, next.depth + 1, TreeRow::Label::key(key), duplicates.contains(canonicalForm(key))});
+            else
+                stack.push_back({child, next.depth + 1, TreeRow::Label::index(static_cast<std::int64_t>(i)), false});
         }
     }
     return rows;
@@ -111,14 +110,12 @@ void NaiveOutline::refresh(NodeID id, const NaiveTree& tree) {
         return;
     const auto first = rows_.begin() + *position;
     const TreeRow old = *first;
-    const auto last =
-        std::find_if(first + 1, rows_.end(), [&](const TreeRow& row) { return row.depth <= old.depth; });
+    const auto last = std::find_if(first + 1, rows_.end(), [&](const TreeRow& row) { return row.depth <= old.depth; });
     const auto parent = tree[id].parent;
     std::vector<TreeRow> fresh;
     if (parent && old.label.asKey() && tree[*parent].kind == NodeKind::object) {
         const std::string& key = tree[id].key;
-        fresh =
-            buildRows(id, old.depth, TreeRow::Label::key(key), tree.keyOccurrences(*parent, key) > 1, tree);
+        fresh = buildRows(id, old.depth, TreeRow::Label::key(key), tree.keyOccurrences(*parent, key) > 1, tree);
     } else if (parent) {
         fresh = buildRows(id, old.depth, old.label, old.isDuplicateKey, tree);
     }

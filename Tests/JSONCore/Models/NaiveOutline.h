@@ -24,8 +24,8 @@ public:
     bool isInExpanded(NodeID id) const { return expanded_.contains(id); }
     std::optional<std::int64_t> index(NodeID id) const;
 
-    std::vector<TreeRow> buildRows(NodeID id, std::int64_t depth, const TreeRow::Label& label,
-                                   bool isDuplicateKey, const NaiveTree& tree) const;
+    std::vector<TreeRow> buildRows(NodeID id, std::int64_t depth, const TreeRow::Label& label, bool isDuplicateKey,
+                                   const NaiveTree& tree) const;
     void rebuild(const NaiveTree& tree);
     void refresh(NodeID id, const NaiveTree& tree);
     void setExpanded(NodeID id, bool isExpanded, bool recursive, const NaiveTree& tree);

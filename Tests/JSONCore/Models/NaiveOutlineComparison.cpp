@@ -29,16 +29,14 @@ void expectSameRows(const TreeOutline& outline, const JSONTree& tree, const Naiv
     for (std::int64_t i = 0; i < outline.rowCount(); ++i) {
         const TreeRow& mustBe = expected[static_cast<std::size_t>(i)];
         const TreeRow row = outline.row(i, tree);
-        ASSERT_TRUE(isSameRow(row, mustBe))
-            << "row " << i << "\n  is      #" << row.id.raw << ' ' << describe(row) << "\n  must be #"
-            << mustBe.id.raw << ' ' << describe(mustBe);
+        ASSERT_TRUE(isSameRow(row, mustBe)) << "row " << i << "\n  is      #" << row.id.raw << ' ' << describe(row)
+                                            << "\n  must be #" << mustBe.id.raw << ' ' << describe(mustBe);
         ASSERT_EQ(outline.rowID(i), mustBe.id) << "row " << i;
         ASSERT_EQ(outline.rowDepth(i), mustBe.depth) << "row " << i;
         positions[static_cast<std::size_t>(mustBe.id.raw)] = i;
     }
     for (NodeID id{0}; id.raw < tree.storedNodeCount(); ++id.raw) {
-        ASSERT_EQ(outline.index(id).value_or(-1), positions[static_cast<std::size_t>(id.raw)])
-            << "node #" << id.raw;
+        ASSERT_EQ(outline.index(id).value_or(-1), positions[static_cast<std::size_t>(id.raw)]) << "node #" << id.raw;
         ASSERT_EQ(outline.expanded().contains(id), model.isInExpanded(id)) << "node #" << id.raw;
     }
 }

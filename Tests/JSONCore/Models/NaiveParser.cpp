@@ -36,9 +36,7 @@ public:
 
 private:
     [[noreturn]] void fail(std::string message) const { throw Fault{std::move(message), at_}; }
-    [[noreturn]] static void fail(std::string message, std::size_t offset) {
-        throw Fault{std::move(message), offset};
-    }
+    [[noreturn]] static void fail(std::string message, std::size_t offset) { throw Fault{std::move(message), offset}; }
 
     /// The byte at the position, or -1 at the end.
     int byte() const { return at_ < text_.size() ? static_cast<unsigned char>(text_[at_]) : -1; }

@@ -80,8 +80,7 @@ bool NaiveTree::isInSubtree(NodeID id, NodeID top) const {
 
 std::string NaiveTree::path(NodeID id) const {
     std::vector<std::string> components;
-    for (auto parent = (*this)[id].parent; parent && *parent != JSONTree::holder;
-         parent = (*this)[id].parent) {
+    for (auto parent = (*this)[id].parent; parent && *parent != JSONTree::holder; parent = (*this)[id].parent) {
         if ((*this)[*parent].kind == NodeKind::array)
             components.push_back("[" + std::to_string(*indexInParent(id)) + "]");
         else if (isIdentifierLike((*this)[id].key))
@@ -170,8 +169,7 @@ std::optional<JSONTree::Position> NaiveTree::placeOfMovable(NodeID id) const {
     return JSONTree::Position{*parent, *indexInParent(id)};
 }
 
-std::optional<TreeChange> NaiveTree::place(NodeID added, std::string_view keyStem, NodeID target,
-                                           bool inside) {
+std::optional<TreeChange> NaiveTree::place(NodeID added, std::string_view keyStem, NodeID target, bool inside) {
     std::optional<JSONTree::Position> position;
     if ((inside || target == root()) && isContainer((*this)[target].kind))
         position = {target, static_cast<std::int64_t>((*this)[target].children.size())};
@@ -223,8 +221,7 @@ std::optional<TreeChange> NaiveTree::moveChange(NodeID id, std::int64_t offset) 
     const auto last = static_cast<std::int64_t>((*this)[position->parent].children.size()) - 1;
     if (offset < -position->index || offset > last - position->index)
         return std::nullopt;
-    return TreeChange{
-        {TreeEdit::remove(id), TreeEdit::insert(id, position->parent, position->index + offset)}, id};
+    return TreeChange{{TreeEdit::remove(id), TreeEdit::insert(id, position->parent, position->index + offset)}, id};
 }
 
 std::optional<TreeChange> NaiveTree::removeChange(NodeID id) const {

@@ -1,8 +1,7 @@
 #include "JSONCore/Storage/BlockSequence.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <gtest/gtest.h>
 #include <numeric>
 #include <random>
 #include <unordered_map>
@@ -88,7 +87,8 @@ TEST(BlockSequence, BehavesLikeAVectorUnderRandomEdits) {
     for (int step = 0; step < 400; ++step) {
         const std::size_t size = checked.model.size();
         const std::size_t position = random() % (size + 1);
-        const std::size_t count = std::min<std::size_t>(size - position, random() % 3 == 0 ? random() % 20'000 : random() % 4);
+        const std::size_t count =
+            std::min<std::size_t>(size - position, random() % 3 == 0 ? random() % 20'000 : random() % 4);
         const std::size_t added = random() % 4 == 0 ? random() % 40'000 : random() % 4;
         if (random() % 2 == 0)
             checked.insert(position, nextItem++);
@@ -112,7 +112,8 @@ TEST(BlockSequence, JoinsBlocksThatHaveBecomeSmall) {
     CheckedSequence checked;
     checked.replace(0, 0, consecutive(0, 4 * Sequence::blockCapacity));
     while (checked.model.size() > 100)
-        checked.replace(checked.model.size() / 2, std::min<std::size_t>(checked.model.size() - checked.model.size() / 2, 3000), {});
+        checked.replace(checked.model.size() / 2,
+                        std::min<std::size_t>(checked.model.size() - checked.model.size() / 2, 3000), {});
     checked.expectEqualModel();
     EXPECT_EQ(checked.sequence.blockCount(), 1U);
 }

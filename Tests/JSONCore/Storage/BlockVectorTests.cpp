@@ -1,7 +1,6 @@
 #include "JSONCore/Storage/BlockVector.h"
 
 #include <gtest/gtest.h>
-
 #include <memory>
 #include <random>
 #include <vector>

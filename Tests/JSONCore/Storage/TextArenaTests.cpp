@@ -1,7 +1,6 @@
 #include "JSONCore/Storage/TextArena.h"
 
 #include <gtest/gtest.h>
-
 #include <random>
 #include <string>
 #include <thread>

@@ -23,8 +23,7 @@ void PrintTo(const JSONStyle& style, std::ostream* out) {
     if (style.isCompact())
         *out << "compact";
     else
-        *out << "pretty(" << JSONStyle::rawValue(*style.prettyIndent())
-             << (style.sortsKeys() ? ", sorted)" : ")");
+        *out << "pretty(" << JSONStyle::rawValue(*style.prettyIndent()) << (style.sortsKeys() ? ", sorted)" : ")");
 }
 
 void PrintTo(const TreeEdit& edit, std::ostream* out) {
@@ -68,8 +67,7 @@ void PrintTo(const TreeRow& row, std::ostream* out) {
 namespace test {
 
 std::string_view nameOf(NodeKind kind) {
-    static constexpr std::array<std::string_view, 6> names{"object", "array", "string",
-                                                           "number", "bool",  "null"};
+    static constexpr std::array<std::string_view, 6> names{"object", "array", "string", "number", "bool", "null"};
     return names[static_cast<std::size_t>(kind)];
 }
 

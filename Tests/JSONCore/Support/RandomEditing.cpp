@@ -42,8 +42,7 @@ std::vector<TreeEdit> fittingEdits(const EditingSession& session, Random& random
     std::vector<TreeEdit> edits;
     std::vector<NodeID> removed;
     for (std::int64_t i = 1 + random.below(5); i > 0; --i) {
-        const NodeID id =
-            !removed.empty() && random.oneIn(2) ? random.oneOf(removed) : randomNode(session, random);
+        const NodeID id = !removed.empty() && random.oneIn(2) ? random.oneOf(removed) : randomNode(session, random);
         const NaiveNode& node = trial[id];
         std::optional<TreeEdit> edit;
         if (random.oneIn(3)) {
@@ -57,8 +56,8 @@ std::vector<TreeEdit> fittingEdits(const EditingSession& session, Random& random
         } else if (!node.parent) {
             const NodeID parent = randomNode(session, random);
             if (isContainer(trial[parent].kind) && !trial.isInSubtree(parent, id))
-                edit = TreeEdit::insert(
-                    id, parent, random.below(static_cast<std::int64_t>(trial[parent].children.size()) + 1));
+                edit = TreeEdit::insert(id, parent,
+                                        random.below(static_cast<std::int64_t>(trial[parent].children.size()) + 1));
         }
         if (edit) {
             trial.apply(*edit);

@@ -75,8 +75,7 @@ std::string literal(std::string_view text, bool isUntidy, Random& random) {
         }
     }
     if (isUntidy && random.oneIn(20))
-        result +=
-            random.oneOf(std::array<std::string_view, 4>{"\\uD83D\\uDE00", "\\u00e9", "\\u0000", "\\uffff"});
+        result += random.oneOf(std::array<std::string_view, 4>{"\\uD83D\\uDE00", "\\u00e9", "\\u0000", "\\uffff"});
     return result + "\"";
 }
 
@@ -128,8 +127,7 @@ private:
                 white();
             }
             const std::int64_t fair = values / (count - i);
-            const std::int64_t share =
-                std::min(values, random_.oneIn(3) ? 1 : 1 + random_.below(2 * fair + 1));
+            const std::int64_t share = std::min(values, random_.oneIn(3) ? 1 : 1 + random_.below(2 * fair + 1));
             values -= share;
             value(share);
             white();
@@ -246,8 +244,9 @@ std::string mutated(const std::string& text, Random& random) {
             break;
         case 3:
             if (at != characters.end())
-                std::swap(*at, characters[static_cast<std::size_t>(
-                                   random.below(static_cast<std::int64_t>(characters.size())))]);
+                std::swap(
+                    *at,
+                    characters[static_cast<std::size_t>(random.below(static_cast<std::int64_t>(characters.size())))]);
             break;
         default:
             if (random.oneIn(3))
