@@ -1,5 +1,6 @@
 #include "CommandLine/CommandRunner.h"
 
+#include "CommandLine/FileDescriptor.h"
 #include "CommandLine/FileReading.h"
 #include "CommandLine/FileWriting.h"
 #include "CommandLine/HelpText.h"
@@ -91,16 +92,29 @@ ExitStatus CommandRunner::run(const RewriteCommand& command) {
     const ExitStatus status = load(command.input);
     if (status != ExitStatus::success)
         return status;
-    try {
-        output_ = JSONSerializer::serialize(*content_->tree, std::nullopt, command.style);
-    } catch (const std::bad_alloc&) {
-        return complainAboutWriting(command.output.value_or("salida estándar"), SystemError{ENOMEM});
-    }
     if (!command.output)
-        return outputStatus(standardStreams::writeOutput(output_.view()));
-    if (const auto written = writeFile(*command.output, output_.view()); !written)
+        return outputStatus(writeResult(command.style, standardStreams::writeOutput));
+    const auto writeTo = [&](int descriptor) {
+        return writeResult(command.style, [descriptor](std::string_view piece) { return writeAll(descriptor, piece); });
+    };
+    if (const auto written = writeFile(*command.output, writeTo); !written)
         return complainAboutWriting(*command.output, written.error());
     return ExitStatus::success;
+}
+
+/// Writes the document a piece at a time: the whole of it is never in memory.
+std::expected<void, SystemError> CommandRunner::writeResult(const JSONStyle& style, const WritePiece& write) {
+    try {
+        JSONSerializer::serialize(*content_->tree, std::nullopt, style, [&write](std::string_view piece) {
+            if (const auto written = write(piece); !written)
+                throw written.error();
+        });
+        return {};
+    } catch (const SystemError& error) {
+        return std::unexpected(error);
+    } catch (const std::bad_alloc&) {
+        return std::unexpected(SystemError{ENOMEM});
+    }
 }
 
 /// Puts the file into `content_`, which has a tree when the status is `success`; tells what is wrong

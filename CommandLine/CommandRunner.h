@@ -1,10 +1,11 @@
 #pragma once
 
 #include "CommandLine/Options.h"
+#include "CommandLine/SystemError.h"
 #include "JSONCore/JSONContent.h"
-#include "TextCore/SharedText.h"
 
 #include <expected>
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -23,7 +24,7 @@ enum class ExitStatus : int {
 
 /// Carries out one command on the standard streams.
 ///
-/// It keeps the last file that it read and the bytes that it wrote until its own end, so that a program that
+/// It keeps the last file that it read until its own end, so that a program that
 /// ends with its last command need not give back a large tree first.
 class CommandRunner {
 public:
@@ -39,8 +40,10 @@ private:
     ExitStatus checkFile(const std::string& name);
     ExitStatus load(const std::string& name);
 
+    using WritePiece = std::function<std::expected<void, SystemError>(std::string_view piece)>;
+    std::expected<void, SystemError> writeResult(const JSONStyle& style, const WritePiece& write);
+
     std::optional<JSONContent> content_;
-    SharedText output_;
 };
 
 } // namespace quelm

@@ -47,11 +47,11 @@ std::expected<std::string, SystemError> linkTarget(std::string path) {
     return std::unexpected(SystemError{ELOOP});
 }
 
-std::expected<void, SystemError> writeThrough(const std::string& path, std::string_view bytes) {
+std::expected<void, SystemError> writeThrough(const std::string& path, const WriteBytes& write) {
     auto file = openFile(path.c_str(), O_WRONLY);
     if (!file)
         return std::unexpected(file.error());
-    if (auto written = writeAll(file->number(), bytes); !written)
+    if (auto written = write(file->number()); !written)
         return written;
     return file->close();
 }
@@ -83,7 +83,7 @@ std::expected<void, SystemError> adoptOwnership(int descriptor, const Status& ol
 }
 
 std::expected<void, SystemError> replaceFile(const std::string& path, const std::optional<Status>& old,
-                                             std::string_view bytes) {
+                                             const WriteBytes& write) {
     if (old && ::faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0)
         return std::unexpected(SystemError::last());
 
@@ -91,7 +91,7 @@ std::expected<void, SystemError> replaceFile(const std::string& path, const std:
     auto file = old ? TemporaryFile::createPrivate(folder) : TemporaryFile::createWithDefaultPermissions(folder);
     if (!file)
         return std::unexpected(file.error());
-    if (auto written = writeAll(file->descriptor(), bytes); !written)
+    if (auto written = write(file->descriptor()); !written)
         return written;
     if (old) {
         if (auto adopted = adoptOwnership(file->descriptor(), *old); !adopted)
@@ -115,13 +115,17 @@ bool isSameFile(const Status& left, const Status& right) {
 } // namespace
 
 std::expected<void, SystemError> writeFile(const std::string& path, std::string_view bytes) {
+    return writeFile(path, [bytes](int descriptor) { return writeAll(descriptor, bytes); });
+}
+
+std::expected<void, SystemError> writeFile(const std::string& path, const WriteBytes& write) {
     if (path.empty())
         return std::unexpected(SystemError{ENOENT}); // it would lead to the working folder
     const auto old = statusOf(path);
     if (!old)
         return std::unexpected(old.error());
     if (*old && !S_ISREG((*old)->st_mode))
-        return writeThrough(path, bytes);
+        return writeThrough(path, write);
 
     const auto target = linkTarget(path);
     if (!target)
@@ -130,9 +134,9 @@ std::expected<void, SystemError> writeFile(const std::string& path, std::string_
         // A link such as /dev/stdout may lead to a file that has no name any more.
         const auto named = statusOf(*target);
         if (!named || !*named || !isSameFile(**named, **old))
-            return writeThrough(path, bytes);
+            return writeThrough(path, write);
     }
-    return replaceFile(*target, *old, bytes);
+    return replaceFile(*target, *old, write);
 }
 
 } // namespace quelm

@@ -3,6 +3,7 @@
 #include "CommandLine/SystemError.h"
 
 #include <expected>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -15,5 +16,11 @@ namespace quelm {
 ///
 /// What is no regular file (a pipe, a device) is written to as it is.
 std::expected<void, SystemError> writeFile(const std::string& path, std::string_view bytes);
+
+/// Writes bytes to a descriptor, as many as there are.
+using WriteBytes = std::function<std::expected<void, SystemError>(int descriptor)>;
+
+/// The same for bytes that are made while they are written. When `write` fails, the file is left as it was.
+std::expected<void, SystemError> writeFile(const std::string& path, const WriteBytes& write);
 
 } // namespace quelm

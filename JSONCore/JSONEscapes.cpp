@@ -1,5 +1,7 @@
 #include "JSONCore/JSONEscapes.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 
 // This file is compiled once for every instruction set that Highway knows.
@@ -14,7 +16,7 @@ namespace quelm::json::HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-std::size_t plainPrefixLength(const char* text, std::size_t size) {
+bool holdsEscaped(const char* text, std::size_t size) {
     const hn::CappedTag<std::uint8_t, 32> d;
     const std::size_t lanes = hn::Lanes(d);
     std::size_t at = 0;
@@ -22,13 +24,10 @@ std::size_t plainPrefixLength(const char* text, std::size_t size) {
         const auto bytes = hn::LoadU(d, reinterpret_cast<const std::uint8_t*>(text) + at);
         const auto isControl = hn::Eq(hn::Min(bytes, hn::Set(d, 0x1F)), bytes);
         const auto isQuoteOrBackslash = hn::Or(hn::Eq(bytes, hn::Set(d, '"')), hn::Eq(bytes, hn::Set(d, '\\')));
-        const std::intptr_t first = hn::FindFirstTrue(d, hn::Or(isControl, isQuoteOrBackslash));
-        if (first >= 0)
-            return at + static_cast<std::size_t>(first);
+        if (!hn::AllFalse(d, hn::Or(isControl, isQuoteOrBackslash)))
+            return true;
     }
-    while (at < size && !needsEscape(static_cast<unsigned char>(text[at])))
-        ++at;
-    return at;
+    return std::any_of(text + at, text + size, [](char c) { return needsEscape(static_cast<unsigned char>(c)); });
 }
 
 } // namespace quelm::json::HWY_NAMESPACE
@@ -38,14 +37,10 @@ HWY_AFTER_NAMESPACE();
 
 namespace quelm::json {
 
-HWY_EXPORT(plainPrefixLength);
-
-std::size_t plainPrefixLength(std::string_view text) {
-    return HWY_DYNAMIC_DISPATCH(plainPrefixLength)(text.data(), text.size());
-}
+HWY_EXPORT(holdsEscaped);
 
 bool needsEscape(std::string_view text) {
-    return plainPrefixLength(text) != text.size();
+    return HWY_DYNAMIC_DISPATCH(holdsEscaped)(text.data(), text.size());
 }
 
 } // namespace quelm::json

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstddef>
 #include <string_view>
 
 /// Which bytes a JSON string literal cannot hold as they are (RFC 8259, section 7).
@@ -13,8 +12,5 @@ constexpr bool needsEscape(unsigned char byte) {
 
 /// Whether any byte of the text does. Many bytes at a time.
 bool needsEscape(std::string_view text);
-
-/// The number of leading bytes that do not. Many bytes at a time.
-std::size_t plainPrefixLength(std::string_view text);
 
 } // namespace quelm::json

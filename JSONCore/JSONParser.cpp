@@ -4,11 +4,12 @@
 #include "JSONCore/ParseMessages.h"
 #include "JSONCore/Storage/DocumentBuilder.h"
 #include "JSONCore/StringDecoding.h"
+#include "TextCore/UTF8.h"
 
 #include <cstdint>
 #include <cstring>
 #include <stdexcept>
-#include <string>
+#include <string_view>
 #include <utility>
 
 // This file is compiled once for every instruction set that Highway knows; the one that fits the processor runs.
@@ -207,39 +208,62 @@ private:
     }
 
     /// The same for a literal that is not plain from its opening quotation mark to its closing one: `place` is the
-    /// first byte that is not.
+    /// first byte that is not. Bytes are copied a vector at a time, up to a vector too many, and taken as far as they
+    /// are plain.
     HWY_NOINLINE StringLiteral parseStringWithEscapes(const char* quote, const char* place) {
-        scratch_.assign(quote + 1, place);
+        const hn::CappedTag<std::uint8_t, 32> d;
+        scratch_.clear();
+        scratch_.append({quote + 1, place});
         for (;;) {
-            if (*place == '"')
-                return {builder_.storage().store(scratch_), place + 1};
+            char* const start = scratch_.room(hn::Lanes(d) + utf8::longestForm);
+            const auto bytes = load(d, place);
+            hn::StoreU(bytes, d, reinterpret_cast<std::uint8_t*>(start));
+            const std::intptr_t first = firstNotPlain(d, bytes);
+            if (first < 0) {
+                scratch_.advance(hn::Lanes(d));
+                place += hn::Lanes(d);
+                continue;
+            }
+            place += first;
+            char* out = start + first;
+            if (*place == '"') {
+                scratch_.advance(static_cast<std::size_t>(first));
+                return {builder_.storage().append({scratch_.data(), scratch_.size()}), place + 1};
+            }
             if (*place != '\\') {
                 return {{},
                         place == end_ ? fail(parsemessages::unterminatedString, quote)
                                       : fail(parsemessages::controlCharacter, place)};
             }
-            if (const LiteralFault fault = decodeEscape(place, end_, quote, scratch_); fault.message)
+            if (const char character = shortEscape(place[1])) {
+                *out++ = character;
+                place += 2;
+            } else if (const LiteralFault fault = decodeLongEscape(place, end_, quote, out); fault.message) {
                 return {{}, fail(fault.message, fault.place)};
-            const char* next = plainEnd(place);
-            scratch_.append(place, next);
-            place = next;
+            }
+            scratch_.advance(static_cast<std::size_t>(out - start));
         }
     }
 
-    /// The first byte that cannot stand in a string literal as it is: the least of three differences is 0 exactly
-    /// there. One comparison instead of three keeps the way from one token to the next short.
+    /// The first byte that cannot stand in a string literal as it is.
     static HWY_INLINE const char* plainEnd(const char* place) {
         const hn::CappedTag<std::uint8_t, 32> d;
         for (;; place += hn::Lanes(d)) {
-            const auto bytes = load(d, place);
-            const auto fromQuote = hn::Xor(bytes, hn::Set(d, '"'));
-            const auto fromBackslash = hn::Xor(bytes, hn::Set(d, '\\'));
-            const auto aboveControls = hn::SaturatedSub(bytes, hn::Set(d, 0x1F));
-            const auto least = hn::Min(hn::Min(fromQuote, fromBackslash), aboveControls);
-            const std::intptr_t first = hn::FindFirstTrue(d, hn::Eq(least, hn::Zero(d)));
+            const std::intptr_t first = firstNotPlain(d, load(d, place));
             if (first >= 0) [[likely]]
                 return place + first;
         }
+    }
+
+    /// The same among the bytes of a vector, or -1. The least of three differences is 0 exactly there: one comparison
+    /// instead of three keeps the way from one token to the next short.
+    template <class D>
+    static HWY_INLINE std::intptr_t firstNotPlain(D d, hn::Vec<D> bytes) {
+        const auto fromQuote = hn::Xor(bytes, hn::Set(d, '"'));
+        const auto fromBackslash = hn::Xor(bytes, hn::Set(d, '\\'));
+        const auto aboveControls = hn::SaturatedSub(bytes, hn::Set(d, 0x1F));
+        const auto least = hn::Min(hn::Min(fromQuote, fromBackslash), aboveControls);
+        return hn::FindFirstTrue(d, hn::Eq(least, hn::Zero(d)));
     }
 
     static HWY_INLINE const char* skipWhiteSpace(const char* place) {
@@ -297,7 +321,7 @@ private:
     const std::stop_token& stop_;
     const char* nextCancellationCheck_ = cancellationCheckAfter(begin_);
     /// Decoded text of the literal at hand; its capacity serves all.
-    std::string scratch_;
+    TextBuilder scratch_;
     LiteralFault failure_;
     bool isCancelled_ = false;
 };

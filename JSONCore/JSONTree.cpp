@@ -33,10 +33,11 @@ KeyIndex* keyIndexOf(const TreeStorage& storage, NodeID object, KeyIndexCache& c
     const ChildList members = storage.children(storage.record(object));
     if (members.size() < indexedObjectSize)
         return nullptr;
-    KeyIndex index(static_cast<std::size_t>(members.size()));
+    std::vector<std::string_view> keys;
+    keys.reserve(static_cast<std::size_t>(members.size()));
     for (NodeID member : members)
-        index.add(storage.text(storage.record(member).key()));
-    return &cache.add(object, std::move(index));
+        keys.push_back(storage.text(storage.record(member).key()));
+    return &cache.add(object, KeyIndex(keys));
 }
 
 /// Whether a key is written as ".key" in a path.

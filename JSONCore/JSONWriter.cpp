@@ -2,6 +2,8 @@
 
 #include "JSONCore/JSONEscapes.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 #include <utility>
 
@@ -20,40 +22,23 @@ constexpr std::size_t chunk = 16;
     return to + count;
 }
 
-/// The one-letter escape of a byte, or 0.
-constexpr char escapeLetter(unsigned char byte) {
-    switch (byte) {
-    case '\b':
-        return 'b';
-    case '\t':
-        return 't';
-    case '\n':
-        return 'n';
-    case '\f':
-        return 'f';
-    case '\r':
-        return 'r';
-    case '"':
-    case '\\':
-        return static_cast<char>(byte);
-    default:
-        return 0;
-    }
-}
+/// What follows the backslash when a byte is escaped, 'u' for those that need a code; 0 for bytes that stand as they
+/// are.
+constexpr std::array<char, 256> escapeLetters = [] {
+    std::array<char, 256> letters{};
+    for (unsigned byte = 0; byte < letters.size(); ++byte)
+        letters[byte] = json::needsEscape(static_cast<unsigned char>(byte)) ? 'u' : '\0';
+    letters['\b'] = 'b';
+    letters['\t'] = 't';
+    letters['\n'] = 'n';
+    letters['\f'] = 'f';
+    letters['\r'] = 'r';
+    letters['"'] = '"';
+    letters['\\'] = '\\';
+    return letters;
+}();
 
 constexpr std::size_t longestEscape = 6;
-
-char* writeEscape(char* at, unsigned char byte) {
-    *at++ = '\\';
-    if (const char letter = escapeLetter(byte)) {
-        *at++ = letter;
-        return at;
-    }
-    constexpr char digits[] = "0123456789abcdef";
-    for (char c : {'u', '0', '0', digits[byte >> 4], digits[byte & 15]})
-        *at++ = c;
-    return at;
-}
 
 } // namespace
 
@@ -209,19 +194,22 @@ char* JSONWriter::closeContainer(char* at) {
 }
 
 char* JSONWriter::writeEscaped(char* at, std::string_view text) {
+    constexpr char digits[] = "0123456789abcdef";
+    constexpr std::size_t pieceSize = 1024;
     at = needRoom(at, 1);
     *at++ = '"';
-    while (!text.empty()) {
-        const std::size_t plain = json::plainPrefixLength(text);
-        at = needRoom(at, plain);
-        std::memcpy(at, text.data(), plain);
-        at += plain;
-        text.remove_prefix(plain);
-        // Escapes often stand in a row.
-        while (!text.empty() && json::needsEscape(static_cast<unsigned char>(text.front()))) {
-            at = needRoom(at, longestEscape);
-            at = writeEscape(at, static_cast<unsigned char>(text.front()));
-            text.remove_prefix(1);
+    for (; !text.empty(); text.remove_prefix(std::min(pieceSize, text.size()))) {
+        at = needRoom(at, std::min(pieceSize, text.size()) * longestEscape);
+        for (char c : text.substr(0, pieceSize)) {
+            // Both forms are written without asking which it is: escapes come too irregularly to be guessed.
+            const auto byte = static_cast<unsigned char>(c);
+            const char letter = escapeLetters[byte];
+            at[0] = letter != 0 ? '\\' : c;
+            at[1] = letter;
+            at += letter != 0 ? 2 : 1;
+            if (letter == 'u') [[unlikely]]
+                for (char digit : {'0', '0', digits[byte >> 4], digits[byte & 15]})
+                    *at++ = digit;
         }
     }
     at = needRoom(at, 1);

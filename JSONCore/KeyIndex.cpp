@@ -6,13 +6,32 @@
 #include "TextCore/UTF8.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 
 namespace quelm {
 
 KeyIndex::KeyIndex(std::size_t expectedKeys) {
-    entries_.reserve(expectedKeys);
-    slots_.resize(std::bit_ceil(std::max<std::size_t>(16, expectedKeys * 2)));
+    // A few keys more than there are at first cost no move of the whole table.
+    const std::size_t capacity = expectedKeys + expectedKeys / 8 + 16;
+    entries_.reserve(capacity);
+    slots_.resize(std::bit_ceil(capacity * 2));
+}
+
+KeyIndex::KeyIndex(std::span<const std::string_view> keys) : KeyIndex(keys.size()) {
+    // The table of a large object is in no cache: the slots of some keys are called for while those before are filled
+    // in.
+    constexpr std::size_t stride = 16;
+    std::array<std::uint64_t, stride> hashes;
+    for (; !keys.empty(); keys = keys.subspan(std::min(stride, keys.size()))) {
+        const auto some = keys.first(std::min(stride, keys.size()));
+        for (std::size_t i = 0; i < some.size(); ++i) {
+            hashes[i] = canonical::hash(some[i]);
+            __builtin_prefetch(&slots_[hashes[i] & (slots_.size() - 1)]);
+        }
+        for (std::size_t i = 0; i < some.size(); ++i)
+            add(some[i], hashes[i]);
+    }
 }
 
 const KeyIndex::Entry* KeyIndex::find(std::string_view key, std::uint64_t hash) const {
@@ -31,7 +50,10 @@ std::int64_t KeyIndex::count(std::string_view key) const {
 }
 
 void KeyIndex::add(std::string_view key) {
-    const std::uint64_t hash = canonical::hash(key);
+    add(key, canonical::hash(key));
+}
+
+void KeyIndex::add(std::string_view key, std::uint64_t hash) {
     if (const Entry* entry = find(key, hash)) {
         ++entries_[static_cast<std::size_t>(entry - entries_.data())].count;
         return;

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +15,9 @@ namespace quelm {
 class KeyIndex {
 public:
     explicit KeyIndex(std::size_t expectedKeys);
+
+    /// An index of all the keys.
+    explicit KeyIndex(std::span<const std::string_view> keys);
 
     std::int64_t count(std::string_view key) const;
     void add(std::string_view key);
@@ -39,6 +43,7 @@ private:
         std::int64_t firstFree;
     };
 
+    void add(std::string_view key, std::uint64_t hash);
     const Entry* find(std::string_view key, std::uint64_t hash) const;
     void rebuild();
     Stem& stem(std::string_view base);

@@ -39,7 +39,7 @@ constexpr bool isLowSurrogate(char32_t unit) {
 }
 
 /// Reads a "\u" escape, or two that make a surrogate pair; `place` stands behind the "u", `backslash` at its backslash.
-LiteralFault decodeUnicodeEscape(const char*& place, const char* end, const char* backslash, std::string& text) {
+LiteralFault decodeUnicodeEscape(const char*& place, const char* end, const char* backslash, char*& out) {
     char32_t scalar = 0;
     if (const LiteralFault fault = readHexDigits(place, end, scalar); fault.message)
         return fault;
@@ -58,52 +58,23 @@ LiteralFault decodeUnicodeEscape(const char*& place, const char* end, const char
     }
     if (scalar > 0x10FFFF)
         return {parsemessages::invalidScalar, backslash};
-    utf8::append(text, scalar);
+    out = utf8::encode(scalar, out);
     return {};
-}
-
-/// The character that a two-character escape stands for, or 0 when it is none. None of them stands for NUL.
-char shortEscape(char letter) {
-    switch (letter) {
-    case '"':
-    case '\\':
-    case '/':
-        return letter;
-    case 'b':
-        return '\b';
-    case 'f':
-        return '\f';
-    case 'n':
-        return '\n';
-    case 'r':
-        return '\r';
-    case 't':
-        return '\t';
-    default:
-        return 0;
-    }
 }
 
 } // namespace
 
-LiteralFault decodeEscape(const char*& place, const char* end, const char* quote, std::string& text) {
+LiteralFault decodeLongEscape(const char*& place, const char* end, const char* quote, char*& out) {
     const char* backslash = place;
     if (end - backslash < 2)
         return {parsemessages::unterminatedString, quote};
-    const char letter = backslash[1];
-    if (letter == 'u') {
-        const char* after = backslash + 2;
-        const LiteralFault fault = decodeUnicodeEscape(after, end, backslash, text);
-        if (!fault.message)
-            place = after;
-        return fault;
-    }
-    const char character = shortEscape(letter);
-    if (character == 0)
+    if (backslash[1] != 'u')
         return {parsemessages::invalidEscape, backslash};
-    text += character;
-    place = backslash + 2;
-    return {};
+    const char* after = backslash + 2;
+    const LiteralFault fault = decodeUnicodeEscape(after, end, backslash, out);
+    if (!fault.message)
+        place = after;
+    return fault;
 }
 
 } // namespace quelm

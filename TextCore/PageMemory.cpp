@@ -24,6 +24,9 @@ constexpr std::align_val_t lineAlignment{64};
 constexpr std::size_t hugePage = std::size_t{2} << 20;
 /// From this size on, pieces are mapped; smaller ones come from the heap.
 constexpr std::size_t smallestMapped = std::size_t{256} << 10;
+/// From this size on, pieces are made of whole huge pages: one of them costs about as much as the ordinary pages of a
+/// quarter of it.
+constexpr std::size_t smallestHuge = hugePage / 4;
 constexpr std::size_t largestKept = mostKept / 3;
 
 /// The size that is mapped for a piece of at least `smallestMapped` bytes: quarters of a power of two, so that pieces
@@ -31,12 +34,12 @@ constexpr std::size_t largestKept = mostKept / 3;
 constexpr std::size_t mappedSize(std::size_t size) {
     const std::size_t step = std::bit_floor(size) / 4;
     const std::size_t rounded = (size + step - 1) / step * step;
-    return size < hugePage ? rounded : (rounded + hugePage - 1) / hugePage * hugePage;
+    return size < smallestHuge ? rounded : (rounded + hugePage - 1) / hugePage * hugePage;
 }
 
 void* mapPages(std::size_t size) {
     // A huge page more than is needed leaves room to start at a multiple of its size; what is over goes back at once.
-    const std::size_t slack = size < hugePage ? 0 : hugePage;
+    const std::size_t slack = size % hugePage == 0 ? hugePage : 0;
     void* mapped =
         ::mmap(nullptr, size + slack, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE, -1, 0);
     if (mapped == MAP_FAILED)
@@ -72,6 +75,12 @@ public:
         --count_;
         bytes_ -= size;
         return memory;
+    }
+
+    void giveBackAll() {
+        const std::scoped_lock lock(mutex_);
+        while (count_ != 0)
+            giveBackOldest();
     }
 
     /// Keeps a piece; those kept longest go back to the system to make room for it.
@@ -131,7 +140,13 @@ void release(void* memory, std::size_t size) noexcept {
         ::munmap(memory, mapped);
 }
 
+void releaseKept() noexcept {
+    kept().giveBackAll();
+}
+
 #else
+
+void releaseKept() noexcept {}
 
 void* allocate(std::size_t size) {
     return ::operator new(size, lineAlignment);

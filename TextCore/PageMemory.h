@@ -16,4 +16,7 @@ void* allocate(std::size_t size);
 /// Gives back a piece that `allocate` returned for that same `size`.
 void release(void* memory, std::size_t size) noexcept;
 
+/// Gives the pieces that are kept back to the system: for measurements that are to begin with no memory at hand.
+void releaseKept() noexcept;
+
 } // namespace quelm::pagememory

@@ -5,6 +5,8 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
+#include <new>
 #include <utility>
 
 namespace quelm {
@@ -59,6 +61,8 @@ void TextBuilder::append(std::string_view bytes) {
 }
 
 void TextBuilder::grow(std::size_t count) {
+    if (count > std::numeric_limits<std::size_t>::max() / 4 - size_)
+        throw std::bad_alloc();
     const std::size_t wanted = std::max({size_ + count, capacity_ * 2, std::size_t{64}});
     auto* larger = static_cast<char*>(pagememory::allocate(wanted + SharedText::padding));
     if (data_) {

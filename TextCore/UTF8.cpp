@@ -39,8 +39,8 @@ std::optional<std::string> repaired(std::string_view bytes) {
     return text;
 }
 
-void append(std::string& text, char32_t scalar) {
-    const auto put = [&text](char32_t byte) { text.push_back(static_cast<char>(byte)); };
+char* encode(char32_t scalar, char* out) {
+    const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(byte); };
     if (scalar < 0x80) {
         put(scalar);
     } else if (scalar < 0x800) {
@@ -58,6 +58,12 @@ void append(std::string& text, char32_t scalar) {
         put(0x80 | (scalar >> 6 & 0x3F));
         put(0x80 | (scalar & 0x3F));
     }
+    return out;
+}
+
+void append(std::string& text, char32_t scalar) {
+    char form[longestForm];
+    text.append(form, encode(scalar, form));
 }
 
 } // namespace quelm::utf8

@@ -27,8 +27,14 @@ std::size_t countLineFeeds(std::string_view bytes);
 /// are.
 std::optional<std::string> repaired(std::string_view bytes);
 
-/// Appends the UTF-8 form of a scalar value (0 to 0x10FFFF without surrogates, otherwise a programming
-/// error).
+/// The most bytes in the UTF-8 form of a scalar value.
+inline constexpr std::size_t longestForm = 4;
+
+/// Writes the UTF-8 form of a scalar value (0 to 0x10FFFF without surrogates, otherwise a programming error) to `out`,
+/// which has room for `longestForm` bytes, and returns where it ends.
+char* encode(char32_t scalar, char* out);
+
+/// Appends that form.
 void append(std::string& text, char32_t scalar);
 
 } // namespace quelm::utf8

@@ -11,8 +11,7 @@ namespace {
 
 class Standing {
 public:
-    explicit Standing(const Contestant& contestant)
-        : contestant_(&contestant), result_{contestant.name, {}} {}
+    explicit Standing(const Contestant& contestant) : contestant_(&contestant), result_{contestant.name, {}} {}
 
     void runOnce(int round, FreedMemory freedMemory) {
         if (hasFailed_ || round >= contestant_->mostRounds)

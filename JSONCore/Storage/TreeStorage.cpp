@@ -35,15 +35,22 @@ SharedText TreeStorage::sharedText(TextRef ref) const {
 TextRef TreeStorage::store(std::string_view text) {
     if (text.empty())
         return {};
-    require(text.size() <= TextArena::maximumTextSize, "a text of a node is at most 2 GiB long");
-    const auto length = static_cast<std::uint32_t>(text.size());
     const std::less_equal<const char*> notAfter;
-    if (notAfter(source.data(), text.data()) && notAfter(text.data() + text.size(), source.data() + source.size()) &&
-        !json::needsEscape(text))
-        return {static_cast<std::uint32_t>(text.data() - source.data()), length, false};
+    const bool isInSource =
+        notAfter(source.data(), text.data()) && notAfter(text.data() + text.size(), source.data() + source.size());
+    if (isInSource && !json::needsEscape(text))
+        return {static_cast<std::uint32_t>(text.data() - source.data()), static_cast<std::uint32_t>(text.size()),
+                false};
     if (const auto offset = arena.offsetOf(text))
-        return {*offset, length, true};
-    return {arena.append(text), length, true};
+        return {*offset, static_cast<std::uint32_t>(text.size()), true};
+    return append(text);
+}
+
+TextRef TreeStorage::append(std::string_view text) {
+    if (text.empty())
+        return {};
+    require(text.size() <= TextArena::maximumTextSize, "a text of a node is at most 2 GiB long");
+    return {arena.append(text), static_cast<std::uint32_t>(text.size()), true};
 }
 
 void TreeStorage::setLargeList(NodeRecord& container, const std::uint32_t* ids, std::size_t count) {

@@ -51,6 +51,9 @@ struct TreeStorage {
     /// A reference to a text: to where it stands already if it can be used in place, else to a copy in the arena.
     TextRef store(std::string_view text);
 
+    /// A reference to a copy in the arena.
+    TextRef append(std::string_view text);
+
     ChildList children(const NodeRecord& record) const {
         if (!isContainer(record.kind))
             return {};

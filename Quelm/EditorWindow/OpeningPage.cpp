@@ -1,7 +1,6 @@
 #include "Quelm/EditorWindow/OpeningPage.h"
 
 #include "Quelm/Foundation/Fonts.h"
-#include "Quelm/Foundation/SemanticColors.h"
 
 #include <QLabel>
 #include <QVBoxLayout>
@@ -15,9 +14,7 @@ OpeningPage::OpeningPage(QWidget* parent) : QWidget(parent) {
     auto* label = new QLabel(tr("Abriendo…"));
     label->setAlignment(Qt::AlignCenter);
     label->setFont(systemFont(TextStyle::body));
-    QPalette quiet = label->palette();
-    quiet.setColor(QPalette::WindowText, semanticColor(ColorRole::secondaryText, appearanceOf(quiet)));
-    label->setPalette(quiet);
+    label->setForegroundRole(QPalette::PlaceholderText);
 
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(label);

@@ -24,16 +24,25 @@ constexpr std::size_t mostBytes = 4 * 1024 * 1024;
 
 constexpr int tabWidth = 4;
 
+/// Far more bytes than the characters of a line have.
+constexpr std::size_t mostBytesALine = 16 * 1024;
+
+bool isContinuation(char byte) {
+    return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
 /// Tabs indent text, so that here they are painted as room rather than as signs.
-QString expandedTabs(std::string_view line) {
+VisibleText shownLine(std::string_view line) {
     std::string expanded;
-    for (const char byte : line.substr(0, mostCharactersALine * 16)) {
+    for (const char byte : line) {
+        if (expanded.size() >= mostBytesALine && !isContinuation(byte))
+            break;
         if (byte == '\t')
             expanded.append(tabWidth - expanded.size() % tabWidth, ' ');
         else
             expanded += byte;
     }
-    return visibleText(expanded, mostCharactersALine).text;
+    return visibleText(expanded, mostCharactersALine);
 }
 
 } // namespace
@@ -47,19 +56,22 @@ TextPreview::TextPreview(const SharedText& text, QWidget* parent)
 
     std::string_view rest = text.view().substr(0, mostBytes);
     while (!rest.empty() && lines_.size() < mostLines) {
-        const std::size_t end = rest.find('\n');
+        const std::size_t end = std::min(rest.find('\n'), rest.size());
         std::string_view line = rest.substr(0, end);
-        rest.remove_prefix(std::min(rest.size(), end == std::string_view::npos ? end : end + 1));
+        rest.remove_prefix(std::min(rest.size(), end + 1));
         if (line.ends_with('\r'))
             line.remove_suffix(1);
-        lines_ += expandedTabs(line);
-        isPartial_ = isPartial_ || lines_.back().endsWith(u'…');
+        const VisibleText shown = shownLine(line);
+        lines_ += shown.text;
+        isPartial_ = isPartial_ || shown.isCut;
     }
     isPartial_ = isPartial_ || !rest.empty() || text.size() > mostBytes;
 }
 
 void TextPreview::markLine(std::int64_t line) {
     markedLine_ = line;
+    isMarkToBeShown_ = true;
+    updateExtents();
     viewport()->update();
 }
 
@@ -101,6 +113,11 @@ void TextPreview::paintEvent(QPaintEvent* event) {
     }
 }
 
+void TextPreview::showEvent(QShowEvent* event) {
+    QAbstractScrollArea::showEvent(event);
+    updateExtents();
+}
+
 void TextPreview::resizeEvent(QResizeEvent* event) {
     QAbstractScrollArea::resizeEvent(event);
     updateExtents();
@@ -128,6 +145,17 @@ void TextPreview::updateExtents() {
     horizontalScrollBar()->setRange(0, std::max(0, width - viewport()->width()));
     horizontalScrollBar()->setPageStep(viewport()->width());
     horizontalScrollBar()->setSingleStep(static_cast<int>(4 * advance));
+    showMark();
+}
+
+void TextPreview::showMark() {
+    if (!isMarkToBeShown_ || !isVisible())
+        return;
+    isMarkToBeShown_ = false;
+    if (*markedLine_ > lines_.size())
+        return;
+    const auto middle = static_cast<int>(*markedLine_ - 1) * lineHeight() - viewport()->height() / 2;
+    verticalScrollBar()->setValue(middle);
 }
 
 } // namespace quelm

@@ -24,16 +24,18 @@ public:
     /// Whether the text has more than `lines()` say.
     bool isPartial() const { return isPartial_; }
 
-    /// Tints a line, counted from 1, if it is among those shown.
+    /// Tints a line, counted from 1, and scrolls to it once, if it is among those shown.
     void markLine(std::int64_t line);
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void showEvent(QShowEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void changeEvent(QEvent* event) override;
 
 private:
     void updateExtents();
+    void showMark();
     int lineHeight() const;
     double gutterWidth() const;
 
@@ -42,6 +44,7 @@ private:
     QStringList lines_;
     bool isPartial_ = false;
     std::optional<std::int64_t> markedLine_;
+    bool isMarkToBeShown_ = false;
 };
 
 } // namespace quelm

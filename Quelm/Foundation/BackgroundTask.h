@@ -67,6 +67,8 @@ BackgroundTask startInBackground(QThreadPool& pool, QObject* context, Work work,
     auto* watcher = new QFutureWatcher<Result>(context);
     QObject::connect(watcher, &QFutureWatcherBase::finished, watcher,
                      [watcher, state, finished = std::move(finished)]() mutable {
+                         // What follows may delete the context, and must not delete the sender with it.
+                         watcher->setParent(nullptr);
                          watcher->deleteLater();
                          if (std::exchange(state->isAwaited, false))
                              finished(watcher->future().takeResult());

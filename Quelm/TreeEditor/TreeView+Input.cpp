@@ -98,6 +98,8 @@ void TreeView::selectRow(std::int64_t row) {
     editor_.select(editor_.outline().rowID(row));
     scrollToRow(row);
     revealHorizontally(row);
+    // Going to a deep row may have brought the horizontal scroll bar up in front of it.
+    scrollToRow(row);
 }
 
 void TreeView::revealHorizontally(std::int64_t row) {
@@ -125,7 +127,7 @@ bool TreeView::collapseOrScrollLeft() {
         if (editor_.selection() == selection)
             startTurn(*selection);
         else if (const auto row = rowNearSelection())
-            revealHorizontally(*row);
+            selectRow(*row);
         return true;
     }
     const std::int64_t before = horizontal_.position();

@@ -1,5 +1,6 @@
 #include "JSONCore/TreeOutline.h"
 #include "Tests/JSONCore/Support/JSONText.h"
+#include "Tests/JSONCore/Support/OpenedOutline.h"
 #include "Tests/JSONCore/Support/OutlineText.h"
 #include "Tests/JSONCore/Support/Printing.h"
 
@@ -9,31 +10,9 @@ namespace quelm {
 namespace {
 
 using test::nodeAt;
+using test::Opened;
 using test::parsed;
 using test::rowsText;
-
-/// A tree and its outline as they are when a document has been opened.
-struct Opened {
-    explicit Opened(std::string_view text) : tree(parsed(text)) { outline.rebuild(tree); }
-
-    std::string rows() const { return rowsText(outline, tree); }
-    NodeID at(std::initializer_list<std::int64_t> positions) const { return nodeAt(tree, positions); }
-    void expand(std::initializer_list<std::int64_t> positions) {
-        outline.setExpanded(at(positions), true, false, tree);
-    }
-    void collapse(std::initializer_list<std::int64_t> positions) {
-        outline.setExpanded(at(positions), false, false, tree);
-    }
-    void expandAll(std::initializer_list<std::int64_t> positions) {
-        outline.setExpanded(at(positions), true, true, tree);
-    }
-    void collapseAll(std::initializer_list<std::int64_t> positions) {
-        outline.setExpanded(at(positions), false, true, tree);
-    }
-
-    JSONTree tree;
-    TreeOutline outline;
-};
 
 TEST(TreeOutline, StartsWithoutRows) {
     const JSONTree tree = parsed("[1]");
@@ -124,127 +103,6 @@ TEST(TreeOutline, ShortensLongScalars) {
     EXPECT_EQ(opened.outline.row(2, opened.tree).value, std::string(200, 'a'));
     EXPECT_EQ(opened.outline.row(3, opened.tree).value, test::repeated("é", 101) + "…");
     EXPECT_EQ(opened.outline.row(4, opened.tree).value, std::string(200, '7') + "…");
-}
-
-TEST(TreeOutline, ExpandsAndCollapsesOneContainer) {
-    Opened opened("[[1,[2]],3]");
-    opened.expand({0});
-    EXPECT_EQ(opened.rows(), "$ array 2 open\n  [0] array 2 open\n    [0] number 1\n    [1] array 1\n  [1] number 3\n");
-    opened.expand({0});
-    EXPECT_EQ(opened.outline.rowCount(), 5);
-    opened.collapse({0});
-    EXPECT_EQ(opened.rows(), "$ array 2 open\n  [0] array 2\n  [1] number 3\n");
-    opened.collapse({});
-    EXPECT_EQ(opened.rows(), "$ array 2\n");
-    opened.expand({});
-    EXPECT_EQ(opened.rows(), "$ array 2 open\n  [0] array 2\n  [1] number 3\n");
-}
-
-TEST(TreeOutline, RemembersWhatWasExpandedBelowACollapsedContainer) {
-    Opened opened("[[[1]]]");
-    opened.expand({0});
-    opened.expand({0, 0});
-    const std::string open = opened.rows();
-    opened.collapse({});
-    EXPECT_EQ(opened.rows(), "$ array 1\n");
-    opened.expand({});
-    EXPECT_EQ(opened.rows(), open);
-}
-
-TEST(TreeOutline, ExpandsAContainerThatHasNoRowYet) {
-    Opened opened("[[[1]]]");
-    opened.expand({0, 0});
-    EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] array 1\n");
-    opened.expand({0});
-    EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] array 1 open\n    [0] array 1 open\n      [0] number 1\n");
-}
-
-TEST(TreeOutline, ExpandsAllContainersBelowRecursively) {
-    Opened opened(R"([{"a":[1,{"b":{}}]},2,[3]])");
-    opened.expandAll({0});
-    EXPECT_EQ(opened.rows(), "$ array 3 open\n"
-                             "  [0] object 1 open\n"
-                             "    \"a\" array 2 open\n"
-                             "      [0] number 1\n"
-                             "      [1] object 1 open\n"
-                             "        \"b\" object 0 open\n"
-                             "  [1] number 2\n"
-                             "  [2] array 1\n");
-    EXPECT_EQ(opened.outline.expanded().size(), 5);
-    EXPECT_FALSE(opened.outline.expanded().contains(opened.at({1})));
-}
-
-TEST(TreeOutline, CollapsesAllContainersBelowRecursively) {
-    Opened opened(R"([{"a":[1,{"b":{}}]},2])");
-    opened.expandAll({});
-    opened.collapseAll({0});
-    opened.expand({0});
-    EXPECT_EQ(opened.rows(), "$ array 2 open\n  [0] object 1 open\n    \"a\" array 2\n  [1] number 2\n");
-    opened.collapseAll({});
-    EXPECT_EQ(opened.rows(), "$ array 2\n");
-    EXPECT_TRUE(opened.outline.expanded().empty());
-}
-
-TEST(TreeOutline, NeverExpandsAScalar) {
-    Opened opened("[1]");
-    opened.expand({0});
-    opened.expandAll({0});
-    EXPECT_FALSE(opened.outline.expanded().contains(opened.at({0})));
-    EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] number 1\n");
-}
-
-TEST(TreeOutline, RevealsANodeByExpandingItsAncestors) {
-    Opened opened(R"({"a":[[1],[2]],"b":{"c":3}})");
-    opened.outline.reveal(opened.at({0, 1, 0}), opened.tree);
-    EXPECT_EQ(opened.rows(), "$ object 2 open\n"
-                             "  \"a\" array 2 open\n"
-                             "    [0] array 1\n"
-                             "    [1] array 1 open\n"
-                             "      [0] number 2\n"
-                             "  \"b\" object 1\n");
-    EXPECT_EQ(opened.outline.index(opened.at({0, 1, 0})), 4);
-}
-
-TEST(TreeOutline, RevealingDoesNotExpandTheNodeItself) {
-    Opened opened("[[[1]]]");
-    opened.outline.reveal(opened.at({0, 0}), opened.tree);
-    EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] array 1 open\n    [0] array 1\n");
-}
-
-TEST(TreeOutline, RevealsBelowACollapsedTopLevelValue) {
-    Opened opened("[[1]]");
-    opened.collapse({});
-    opened.outline.reveal(opened.at({0, 0}), opened.tree);
-    EXPECT_EQ(opened.rows(), "$ array 1 open\n  [0] array 1 open\n    [0] number 1\n");
-}
-
-TEST(TreeOutline, RevealingWhatIsVisibleChangesNothing) {
-    Opened opened("[[1]]");
-    const std::string before = opened.rows();
-    opened.outline.reveal(opened.tree.root(), opened.tree);
-    opened.outline.reveal(opened.at({0}), opened.tree);
-    opened.outline.reveal(JSONTree::holder, opened.tree);
-    EXPECT_EQ(opened.rows(), before);
-}
-
-TEST(TreeOutline, RevealsInAnOutlineThatHasNoRowsYet) {
-    const JSONTree tree = parsed("[[1]]");
-    TreeOutline outline;
-    outline.reveal(nodeAt(tree, {0, 0}), tree);
-    EXPECT_EQ(rowsText(outline, tree), "$ array 1 open\n  [0] array 1 open\n    [0] number 1\n");
-}
-
-TEST(TreeOutline, RevealingADetachedNodeShowsNothing) {
-    Opened opened("[[[1]]]");
-    const NodeID list = opened.at({0});
-    const NodeID inner = opened.at({0, 0});
-    const std::vector<TreeEdit> edits{TreeEdit::remove(list)};
-    std::vector<TreeEdit> all = edits;
-    for (const TreeEdit& inverse : opened.tree.apply(edits))
-        all.push_back(inverse);
-    opened.outline.update(all, opened.tree);
-    opened.outline.reveal(opened.tree.children(inner)[0], opened.tree);
-    EXPECT_EQ(opened.rows(), "$ array 0 open\n");
 }
 
 TEST(TreeOutline, RebuildingExpandsTheTopLevelValueAndKeepsTheRest) {

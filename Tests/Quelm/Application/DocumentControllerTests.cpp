@@ -49,9 +49,8 @@ protected:
         });
     }
     QMessageBox* waitForAlert() {
-        return QTest::qWaitFor([] { return shownDialog<QMessageBox>() != nullptr; })
-                   ? shownDialog<QMessageBox>()
-                   : nullptr;
+        return QTest::qWaitFor([] { return shownDialog<QMessageBox>() != nullptr; }) ? shownDialog<QMessageBox>()
+                                                                                     : nullptr;
     }
     EditorView* openWindow(const QString& path) {
         controller_.open(path);
@@ -101,8 +100,7 @@ TEST_F(DocumentControllerTests, AFileThatCannotBeOpenedIsToldInAnAlert) {
     QMessageBox* alert = waitForAlert();
     ASSERT_NE(alert, nullptr);
     EXPECT_EQ(alert->text(), QStringLiteral("No se pudo abrir «latin1.json»."));
-    EXPECT_EQ(alert->informativeText(),
-              QStringLiteral("Línea 1, columna 1: El archivo no está codificado en UTF-8"));
+    EXPECT_EQ(alert->informativeText(), QStringLiteral("Línea 1, columna 1: El archivo no está codificado en UTF-8"));
     EXPECT_EQ(alert->button(QMessageBox::Ok)->text().remove(u'&'), QStringLiteral("Aceptar"));
     EXPECT_TRUE(controller_.windows().empty());
     EXPECT_TRUE(controller_.hasOnlyFailed());
@@ -202,8 +200,7 @@ TEST_F(DocumentControllerTests, TheOpenDialogStartsInTheFolderOfTheDocument) {
     pressShortcut(opened, Qt::Key_O);
     auto* dialog = shownDialog<QFileDialog>();
     ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(dialog->directory().absolutePath(),
-              QFileInfo(folder_.path(QStringLiteral("a.json"))).absolutePath());
+    EXPECT_EQ(dialog->directory().absolutePath(), QFileInfo(folder_.path(QStringLiteral("a.json"))).absolutePath());
     EXPECT_EQ(dialog->fileMode(), QFileDialog::ExistingFiles);
     dialog->close();
 }
@@ -215,11 +212,9 @@ TEST_F(DocumentControllerTests, TheFileMenuHasItsItemsAndShortcuts) {
     QStringList items;
     for (const QAction* action : menu->actions())
         if (!action->isSeparator())
-            items +=
-                action->text().remove(u'&') + u' ' + action->shortcut().toString(QKeySequence::PortableText);
-    EXPECT_EQ(items,
-              QStringList({QStringLiteral("Abrir… Ctrl+O"), QStringLiteral("Guardar Ctrl+S"),
-                           QStringLiteral("Guardar como… Ctrl+Shift+S"), QStringLiteral("Salir Ctrl+Q")}));
+            items += action->text().remove(u'&') + u' ' + action->shortcut().toString(QKeySequence::PortableText);
+    EXPECT_EQ(items, QStringList({QStringLiteral("Abrir… Ctrl+O"), QStringLiteral("Guardar Ctrl+S"),
+                                  QStringLiteral("Guardar como… Ctrl+Shift+S"), QStringLiteral("Salir Ctrl+Q")}));
 }
 
 TEST_F(DocumentControllerTests, QuittingClosesEveryWindow) {

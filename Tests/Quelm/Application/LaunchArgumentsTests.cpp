@@ -29,13 +29,11 @@ TEST(LaunchArgumentsTests, WithoutArgumentsThereAreNoFiles) {
 }
 
 TEST(LaunchArgumentsTests, FilesKeepTheirOrder) {
-    EXPECT_EQ(parse({"b.json", "a.json"})->files,
-              QStringList({QStringLiteral("b.json"), QStringLiteral("a.json")}));
+    EXPECT_EQ(parse({"b.json", "a.json"})->files, QStringList({QStringLiteral("b.json"), QStringLiteral("a.json")}));
 }
 
 TEST(LaunchArgumentsTests, AfterTwoDashesEverythingIsAFile) {
-    EXPECT_EQ(parse({"--", "--help", "-"})->files,
-              QStringList({QStringLiteral("--help"), QStringLiteral("-")}));
+    EXPECT_EQ(parse({"--", "--help", "-"})->files, QStringList({QStringLiteral("--help"), QStringLiteral("-")}));
 }
 
 TEST(LaunchArgumentsTests, ACaptureNamesItsPictureAndScale) {
@@ -58,8 +56,7 @@ TEST(LaunchArgumentsTests, HelpAndVersionAreTasks) {
 TEST(LaunchArgumentsTests, WhatIsWrongIsToldInWords) {
     EXPECT_EQ(errorOf({"--fast"}), QStringLiteral("No existe la opción --fast."));
     EXPECT_EQ(errorOf({"--capture"}), QStringLiteral("A la opción --capture le falta su valor."));
-    EXPECT_EQ(errorOf({"--capture", "a.png"}),
-              QStringLiteral("Una captura necesita exactamente un archivo."));
+    EXPECT_EQ(errorOf({"--capture", "a.png"}), QStringLiteral("Una captura necesita exactamente un archivo."));
     EXPECT_EQ(errorOf({"--capture", "a.png", "a", "b"}),
               QStringLiteral("Una captura necesita exactamente un archivo."));
     for (const char* scale : {"0", "-1", "9", "dos", ""})

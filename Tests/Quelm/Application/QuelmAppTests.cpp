@@ -28,8 +28,7 @@ ProgramRun runQuelm(const QStringList& arguments, const QString& platform = {}) 
     process.start(QStringLiteral(QUELM_PATH), arguments);
     const bool hasEnded = process.waitForFinished();
     return {hasEnded && process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1,
-            QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+            QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(process.readAllStandardError())};
 }
 
 class QuelmAppTests : public testing::Test {
@@ -66,18 +65,16 @@ TEST_F(QuelmAppTests, ACaptureIsAPictureOfTheWindowInTheScaleAskedFor) {
     EXPECT_EQ(once.errors, QString());
     const QImage single(picture());
     EXPECT_EQ(single.size(), QSize(860, 760));
-    const ProgramRun twice = runQuelm(
-        {QStringLiteral("--capture"), picture(), QStringLiteral("--scale"), QStringLiteral("2"), file});
+    const ProgramRun twice =
+        runQuelm({QStringLiteral("--capture"), picture(), QStringLiteral("--scale"), QStringLiteral("2"), file});
     EXPECT_EQ(twice.status, 0);
     EXPECT_EQ(QImage(picture()).size(), QSize(1720, 1520));
 }
 
 TEST_F(QuelmAppTests, ACaptureShowsTheFile) {
-    runQuelm(
-        {QStringLiteral("--capture"), picture(), folder_.write(QStringLiteral("a.json"), "{\"a\":[1,2]}")});
+    runQuelm({QStringLiteral("--capture"), picture(), folder_.write(QStringLiteral("a.json"), "{\"a\":[1,2]}")});
     const QImage valid(picture());
-    runQuelm(
-        {QStringLiteral("--capture"), picture(), folder_.write(QStringLiteral("a.json"), "{\"a\":[1,2}")});
+    runQuelm({QStringLiteral("--capture"), picture(), folder_.write(QStringLiteral("a.json"), "{\"a\":[1,2}")});
     const QImage invalid(picture());
     EXPECT_NE(valid, invalid);
     runQuelm({QStringLiteral("--capture"), picture(), QStringLiteral("--appearance"), QStringLiteral("dark"),

@@ -16,9 +16,7 @@ TEST(DocumentConfigurationTests, ANewDocumentHasNoFileAndNoTitle) {
 }
 
 TEST(DocumentConfigurationTests, TheBaseNameIsTheFileNameWithoutItsExtension) {
-    const auto baseName = [](const char* path) {
-        return DocumentConfiguration(QString::fromUtf8(path)).baseName();
-    };
+    const auto baseName = [](const char* path) { return DocumentConfiguration(QString::fromUtf8(path)).baseName(); };
     EXPECT_EQ(baseName("/datos/año.json"), QStringLiteral("año"));
     EXPECT_EQ(baseName("/datos/copia.2.json"), QStringLiteral("copia.2"));
     EXPECT_EQ(baseName("/datos/sin extensión"), QStringLiteral("sin extensión"));

@@ -31,8 +31,7 @@ TEST_F(DocumentLoadingTests, InvalidJSONIsNoFailure) {
 TEST_F(DocumentLoadingTests, AnotherEncodingIsAFailureInWords) {
     const auto content = loadDocument(folder_.write(QStringLiteral("a.json"), "\"a\xf1o\""));
     ASSERT_FALSE(content);
-    EXPECT_EQ(content.error().message,
-              QStringLiteral("Línea 1, columna 1: El archivo no está codificado en UTF-8"));
+    EXPECT_EQ(content.error().message, QStringLiteral("Línea 1, columna 1: El archivo no está codificado en UTF-8"));
 }
 
 TEST_F(DocumentLoadingTests, AMissingFileIsAFailureInWords) {

@@ -57,8 +57,7 @@ TEST_F(FileWritingTests, APipeIsNotReplacedByAFile) {
     ASSERT_EQ(mkfifo(qUtf8Printable(path), 0600), 0);
     const auto written = writeFile(path, SharedText("[]"));
     ASSERT_FALSE(written);
-    EXPECT_EQ(written.error().message,
-              QStringLiteral("Ya hay algo con ese nombre que no es un archivo normal."));
+    EXPECT_EQ(written.error().message, QStringLiteral("Ya hay algo con ese nombre que no es un archivo normal."));
     EXPECT_FALSE(QFileInfo(path).isFile());
 }
 

@@ -154,8 +154,7 @@ TEST_F(JSONDocumentTests, BytesThatAreNotUTF8CannotBeRead) {
 }
 
 TEST_F(JSONDocumentTests, AReadFileIsWrittenBackByteForByte) {
-    for (const char* text :
-         {"{\"a\" : 1.0e+2 ,\r\n\t\"b\":[ ]}", "\xEF\xBB\xBF[1]", "[1 2", "  ", "\"\\u00e1\"\n\n"}) {
+    for (const char* text : {"{\"a\" : 1.0e+2 ,\r\n\t\"b\":[ ]}", "\xEF\xBB\xBF[1]", "[1 2", "  ", "\"\\u00e1\"\n\n"}) {
         auto content = JSONDocument::read(SharedText(text));
         ASSERT_TRUE(content) << text;
         document_.apply(*std::move(content));

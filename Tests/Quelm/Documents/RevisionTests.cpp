@@ -7,8 +7,7 @@ namespace {
 
 TEST(RevisionTests, ARevisionIsFollowedByOneMore) {
     EXPECT_EQ(nextRevision(0), 1);
-    EXPECT_EQ(nextRevision(std::numeric_limits<std::int64_t>::max() - 1),
-              std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(nextRevision(std::numeric_limits<std::int64_t>::max() - 1), std::numeric_limits<std::int64_t>::max());
 }
 
 TEST(RevisionDeathTests, CountingBeyondTheLastRevisionStopsTheProcess) {

@@ -13,8 +13,8 @@ namespace {
 
 TEST(TextPreviewTests, AShortTextIsShownWhole) {
     const TextPreview preview(SharedText("uno\n\tdos\r\n\ntres"));
-    EXPECT_EQ(preview.lines(), QStringList({QStringLiteral("uno"), QStringLiteral("    dos"), QString(),
-                                            QStringLiteral("tres")}));
+    EXPECT_EQ(preview.lines(),
+              QStringList({QStringLiteral("uno"), QStringLiteral("    dos"), QString(), QStringLiteral("tres")}));
     EXPECT_FALSE(preview.isPartial());
 }
 
@@ -67,6 +67,19 @@ TEST(TextPreviewTests, AMarkedLineStandsOut) {
     const QImage before = preview.grab().toImage();
     preview.markLine(2);
     EXPECT_NE(preview.grab().toImage(), before);
+}
+
+TEST(TextPreviewTests, AMarkedLineFarDownIsScrolledTo) {
+    TextPreview preview{SharedText(std::string(300, '\n'))};
+    preview.resize(300, 200);
+    preview.markLine(250);
+    preview.show();
+    EXPECT_GT(preview.verticalScrollBar()->value(), 0);
+    EXPECT_LT(preview.verticalScrollBar()->value(), preview.verticalScrollBar()->maximum());
+}
+
+TEST(TextPreviewTests, ALineThatEndsInDotsIsNotTakenForACutOne) {
+    EXPECT_FALSE(TextPreview{SharedText("uno…")}.isPartial());
 }
 
 } // namespace

@@ -90,6 +90,19 @@ TEST(BackgroundTaskTests, AContextThatIsGoneReceivesNothing) {
     EXPECT_FALSE(isDelivered);
 }
 
+TEST(BackgroundTaskTests, TheContextMayBeDeletedFromWithinTheDelivery) {
+    auto* context = new QObject;
+    bool isDelivered = false;
+    BackgroundTask task = startInBackground(
+        context, [](std::stop_token) { return 0; },
+        [&](int) {
+            delete context;
+            isDelivered = true;
+        });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isDelivered; }));
+    QTest::qWait(1);
+}
+
 TEST(BackgroundTaskTests, ADetachedTaskStillDelivers) {
     QObject context;
     int result = 0;
@@ -108,8 +121,7 @@ TEST(BackgroundTaskTests, TheHandleMayBeReplacedFromWithinTheDelivery) {
     task = startInBackground(
         &context, [](std::stop_token) { return 1; },
         [&](int) {
-            task = startInBackground(
-                &context, [](std::stop_token) { return 2; }, [&](int value) { result = value; });
+            task = startInBackground(&context, [](std::stop_token) { return 2; }, [&](int value) { result = value; });
         });
     EXPECT_TRUE(QTest::qWaitFor([&] { return result == 2; }));
 }

@@ -26,14 +26,12 @@ TEST(FontsTests, WeightsAreKept) {
 
 TEST(FontsTests, TheMonospacedFontHasOneWidth) {
     const QFontMetricsF metrics(monospacedFont(TextStyle::body));
-    EXPECT_EQ(metrics.horizontalAdvance(QStringLiteral("iiii")),
-              metrics.horizontalAdvance(QStringLiteral("MMMM")));
+    EXPECT_EQ(metrics.horizontalAdvance(QStringLiteral("iiii")), metrics.horizontalAdvance(QStringLiteral("MMMM")));
 }
 
 TEST(FontsTests, DigitsOfAnIndexHaveOneWidth) {
     const QFontMetricsF metrics(monospacedDigitFont(TextStyle::body));
-    EXPECT_EQ(metrics.horizontalAdvance(QStringLiteral("1111")),
-              metrics.horizontalAdvance(QStringLiteral("8888")));
+    EXPECT_EQ(metrics.horizontalAdvance(QStringLiteral("1111")), metrics.horizontalAdvance(QStringLiteral("8888")));
 }
 
 } // namespace

@@ -72,9 +72,8 @@ TEST_P(SemanticColorsTests, SelectedTextCanBeReadOnTheAccent) {
 TEST_P(SemanticColorsTests, WindowTextCanBeReadInTheOwnPalette) {
     const QPalette palette = ownPalette(GetParam());
     for (const auto& [text, background] :
-         {std::pair{QPalette::WindowText, QPalette::Window},
-          std::pair{QPalette::ButtonText, QPalette::Button}, std::pair{QPalette::Text, QPalette::Base},
-          std::pair{QPalette::ToolTipText, QPalette::ToolTipBase},
+         {std::pair{QPalette::WindowText, QPalette::Window}, std::pair{QPalette::ButtonText, QPalette::Button},
+          std::pair{QPalette::Text, QPalette::Base}, std::pair{QPalette::ToolTipText, QPalette::ToolTipBase},
           std::pair{QPalette::PlaceholderText, QPalette::Base}})
         EXPECT_GE(contrast(palette.color(text), palette.color(background)), 4.5) << text;
 }
@@ -83,8 +82,7 @@ TEST_P(SemanticColorsTests, TheOwnPaletteHasTheAppearanceItIsMadeFor) {
     EXPECT_EQ(appearanceOf(ownPalette(GetParam())), GetParam());
 }
 
-INSTANTIATE_TEST_SUITE_P(Appearances, SemanticColorsTests,
-                         testing::Values(Appearance::light, Appearance::dark));
+INSTANTIATE_TEST_SUITE_P(Appearances, SemanticColorsTests, testing::Values(Appearance::light, Appearance::dark));
 
 TEST(AppearanceTests, LightTextOnADarkWindowIsDark) {
     QPalette palette;

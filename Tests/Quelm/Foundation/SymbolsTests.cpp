@@ -7,8 +7,7 @@
 namespace quelm {
 namespace {
 
-constexpr std::array names{"chevron.right", "exclamationmark.triangle.fill", "info.circle",
-                           "xmark.octagon.fill"};
+constexpr std::array names{"chevron.right", "exclamationmark.triangle.fill", "info.circle", "xmark.octagon.fill"};
 
 QImage painted(const QString& name, double ratio, double degrees = 0) {
     QImage image(QSize(16, 16) * ratio, QImage::Format_ARGB32_Premultiplied);

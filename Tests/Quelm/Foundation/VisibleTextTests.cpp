@@ -20,15 +20,16 @@ TEST_P(VisibleTextTests, ShowsEveryCharacterAsASignOfOneLine) {
     EXPECT_FALSE(visible.isCut);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Texts, VisibleTextTests,
-    testing::Values(VisibleCase{"", u""}, VisibleCase{"año 2024", u"año 2024"}, VisibleCase{"a\nb", u"a⏎b"},
-                    VisibleCase{"a\r\nb", u"a␍⏎b"}, VisibleCase{"a\tb", u"a⇥b"},
-                    VisibleCase{std::string_view("\0", 1), u"␀"}, VisibleCase{"\x1b[0m", u"␛[0m"},
-                    VisibleCase{"\x7f", u"␡"}, VisibleCase{"\u0085", u"\\u0085"},
-                    VisibleCase{"a\u2028b\u2029c", u"a⏎b⏎c"}, VisibleCase{"\u202Eabc", u"\\u202Eabc"},
-                    VisibleCase{"\u2066x\u2069", u"\\u2066x\\u2069"}, VisibleCase{"\uFEFF{}", u"\\uFEFF{}"},
-                    VisibleCase{"שלום", u"שלום"}, VisibleCase{"👩‍👩‍👧", u"👩‍👩‍👧"}));
+INSTANTIATE_TEST_SUITE_P(Texts, VisibleTextTests,
+                         testing::Values(VisibleCase{"", u""}, VisibleCase{"año 2024", u"año 2024"},
+                                         VisibleCase{"a\nb", u"a⏎b"}, VisibleCase{"a\r\nb", u"a␍⏎b"},
+                                         VisibleCase{"a\tb", u"a⇥b"}, VisibleCase{std::string_view("\0", 1), u"␀"},
+                                         VisibleCase{"\x1b[0m", u"␛[0m"}, VisibleCase{"\x7f", u"␡"},
+                                         VisibleCase{"\u0085", u"\\u0085"}, VisibleCase{"a\u2028b\u2029c", u"a⏎b⏎c"},
+                                         VisibleCase{"\u202Eabc", u"\\u202Eabc"},
+                                         VisibleCase{"\u2066x\u2069", u"\\u2066x\\u2069"},
+                                         VisibleCase{"\uFEFF{}", u"\\uFEFF{}"}, VisibleCase{"שלום", u"שלום"},
+                                         VisibleCase{"👩‍👩‍👧", u"👩‍👩‍👧"}));
 
 TEST(VisibleTextTests, ALongTextIsCutAtACharacterAndSaysSo) {
     const std::string text = "áéíóú";
@@ -39,8 +40,7 @@ TEST(VisibleTextTests, ALongTextIsCutAtACharacterAndSaysSo) {
 }
 
 TEST(VisibleTextTests, ACharacterOfManyBytesIsNotCutInTheMiddle) {
-    EXPECT_EQ(visibleText("👩‍👩‍👧👩‍👩‍👧", 1).text,
-              QStringLiteral("👩‍👩‍👧…"));
+    EXPECT_EQ(visibleText("👩‍👩‍👧👩‍👩‍👧", 1).text, QStringLiteral("👩‍👩‍👧…"));
 }
 
 TEST(VisibleTextTests, MarksPiledUpOnOneCharacterAreCutToo) {

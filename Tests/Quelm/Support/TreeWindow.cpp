@@ -63,8 +63,7 @@ void TreeWindow::clickChevron(std::int64_t row, Qt::KeyboardModifiers modifiers)
 
 void TreeWindow::turnWheel(QPoint pixels, QPoint angle) {
     const QPointF place(100, 100);
-    QWheelEvent event(place, view_->viewport()->mapToGlobal(place), pixels, angle, {}, {}, Qt::NoScrollPhase,
-                      false);
+    QWheelEvent event(place, view_->viewport()->mapToGlobal(place), pixels, angle, {}, {}, Qt::NoScrollPhase, false);
     QApplication::sendEvent(view_->viewport(), &event);
 }
 
@@ -74,8 +73,7 @@ QPoint TreeWindow::rowCentre(std::int64_t row) const {
 
 QPoint TreeWindow::rowCentreForHeight(int row) const {
     const TreeRowStyle& style = view_->rowStyle();
-    return {view_->viewport()->width() / 2,
-            style.verticalMargin + row * style.rowHeight + style.rowHeight / 2};
+    return {view_->viewport()->width() / 2, style.verticalMargin + row * style.rowHeight + style.rowHeight / 2};
 }
 
 QPoint TreeWindow::chevron(std::int64_t row) const {

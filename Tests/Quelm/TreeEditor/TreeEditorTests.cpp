@@ -16,9 +16,7 @@ protected:
         editor_ = std::make_unique<TreeEditor>(document_);
         editor_->reload();
     }
-    void replace(std::string_view text) {
-        document_->apply(JSONContent::fromText(TextRope(SharedText(text))));
-    }
+    void replace(std::string_view text) { document_->apply(JSONContent::fromText(TextRope(SharedText(text)))); }
 
     const JSONTree& tree() const { return *document_->content().tree; }
     NodeID root() const { return tree().root(); }

@@ -27,22 +27,16 @@ TEST_F(TreeRowContentsTests, ChildrenAreCountedInWords) {
 }
 
 TEST_F(TreeRowContentsTests, AContainerShowsItsCount) {
-    EXPECT_EQ(contents(containerRow(TreeRow::Label::key("a"), NodeKind::object, 1)).value,
-              QStringLiteral("1 clave"));
+    EXPECT_EQ(contents(containerRow(TreeRow::Label::key("a"), NodeKind::object, 1)).value, QStringLiteral("1 clave"));
     EXPECT_EQ(contents(containerRow(TreeRow::Label::key("a"), NodeKind::array, 3)).value,
               QStringLiteral("3 elementos"));
 }
 
 TEST_F(TreeRowContentsTests, LabelsAreKeysPositionsAndTheRoot) {
-    EXPECT_EQ(contents(scalarRow(TreeRow::Label::key("año"), NodeKind::null, "null")).label,
-              QStringLiteral("año"));
-    EXPECT_EQ(contents(scalarRow(TreeRow::Label::root(), NodeKind::null, "null")).label,
-              QStringLiteral("raíz"));
-    EXPECT_TRUE(
-        contents(scalarRow(TreeRow::Label::root(), NodeKind::null, "null")).labelFace(style_).font.italic());
-    EXPECT_EQ(contents(scalarRow(TreeRow::Label::key("año"), NodeKind::null, "null"))
-                  .labelFace(style_)
-                  .font.weight(),
+    EXPECT_EQ(contents(scalarRow(TreeRow::Label::key("año"), NodeKind::null, "null")).label, QStringLiteral("año"));
+    EXPECT_EQ(contents(scalarRow(TreeRow::Label::root(), NodeKind::null, "null")).label, QStringLiteral("raíz"));
+    EXPECT_TRUE(contents(scalarRow(TreeRow::Label::root(), NodeKind::null, "null")).labelFace(style_).font.italic());
+    EXPECT_EQ(contents(scalarRow(TreeRow::Label::key("año"), NodeKind::null, "null")).labelFace(style_).font.weight(),
               QFont::Medium);
 }
 
@@ -55,8 +49,7 @@ TEST_F(TreeRowContentsTests, PositionsAreWrittenAsTheLocaleWritesNumbers) {
 }
 
 TEST_F(TreeRowContentsTests, BreaksAndControlsAreShownAsSigns) {
-    EXPECT_EQ(contents(scalarRow(TreeRow::Label::key("a\nb"), NodeKind::string, "x\ty")).label,
-              QStringLiteral("a⏎b"));
+    EXPECT_EQ(contents(scalarRow(TreeRow::Label::key("a\nb"), NodeKind::string, "x\ty")).label, QStringLiteral("a⏎b"));
     EXPECT_EQ(contents(scalarRow(TreeRow::Label::key("a"), NodeKind::string, "x\ty\r\n")).value,
               QStringLiteral("x⇥y␍⏎"));
 }

@@ -54,8 +54,7 @@ TEST_F(TreeRowViewTests, ARowOfDepthThreeStandsFortyEightPointsToTheRightOfOneOf
         const double deep = view(number(3)).rect(part).left();
         EXPECT_EQ(deep - shallow, 3 * scaledPixels(16));
     }
-    EXPECT_EQ(firstPaintedColumn(painted(number(3))) - firstPaintedColumn(painted(number(0))),
-              3 * scaledPixels(16));
+    EXPECT_EQ(firstPaintedColumn(painted(number(3))) - firstPaintedColumn(painted(number(0))), 3 * scaledPixels(16));
 }
 
 TEST_F(TreeRowViewTests, PartsFollowEachOtherFromLeftToRight) {
@@ -80,10 +79,9 @@ TEST_F(TreeRowViewTests, OnlyContainersHaveAChevronToClick) {
     const QPointF place =
         view(containerRow(TreeRow::Label::root(), NodeKind::array)).rect(TreeRowPart::chevron).center();
     EXPECT_TRUE(view(containerRow(TreeRow::Label::root(), NodeKind::array)).isOnChevron(place));
-    EXPECT_TRUE(
-        view(containerRow(TreeRow::Label::root(), NodeKind::array)).isOnChevron(QPointF(place.x(), 1)));
-    EXPECT_FALSE(view(containerRow(TreeRow::Label::root(), NodeKind::array))
-                     .isOnChevron(place + QPointF(style_.badgeWidth, 0)));
+    EXPECT_TRUE(view(containerRow(TreeRow::Label::root(), NodeKind::array)).isOnChevron(QPointF(place.x(), 1)));
+    EXPECT_FALSE(
+        view(containerRow(TreeRow::Label::root(), NodeKind::array)).isOnChevron(place + QPointF(style_.badgeWidth, 0)));
     EXPECT_FALSE(view(number(0)).isOnChevron(place));
 }
 
@@ -119,8 +117,7 @@ TEST_F(TreeRowViewTests, ALongKeyLeavesAShortValueWhole) {
 }
 
 TEST_F(TreeRowViewTests, ALongKeyAndALongValueShareTheRoom) {
-    const TreeRow row =
-        scalarRow(TreeRow::Label::key(std::string(300, 'k')), NodeKind::string, std::string(200, 'x'));
+    const TreeRow row = scalarRow(TreeRow::Label::key(std::string(300, 'k')), NodeKind::string, std::string(200, 'x'));
     const TreeRowView view = this->view(row);
     EXPECT_TRUE(view.isShortened(TreeRowPart::label));
     EXPECT_TRUE(view.isShortened(TreeRowPart::value));

@@ -192,8 +192,7 @@ TEST_F(TreeViewTests, EveryRowIsWhereArithmeticPutsIt) {
 TEST_F(TreeViewTests, TheWheelScrollsRowsAndATouchpadPixels) {
     open(arrayOfZeros(1000));
     turnWheel(QPoint(), QPoint(0, -120));
-    EXPECT_EQ(view_->verticalAxis().position(),
-              QApplication::wheelScrollLines() * view_->rowStyle().rowHeight);
+    EXPECT_EQ(view_->verticalAxis().position(), QApplication::wheelScrollLines() * view_->rowStyle().rowHeight);
     view_->verticalAxis().setPosition(0);
     turnWheel(QPoint(0, -13), QPoint(0, -50));
     EXPECT_EQ(view_->verticalAxis().position(), 13);
@@ -229,6 +228,7 @@ TEST_F(TreeViewTests, DeepRowsAreScrolledToSideways) {
     EXPECT_EQ(rowCount(), depth + 1);
     press(Qt::Key_End);
     EXPECT_EQ(selectedRow(), depth);
+    EXPECT_TRUE(isWhollyVisible(depth));
     const QRectF badge = view_->partArea(depth, TreeRowPart::badge);
     EXPECT_TRUE(QRectF(view_->viewport()->rect()).contains(badge));
     EXPECT_FALSE(isBlank(badge.toRect()));
@@ -240,8 +240,7 @@ TEST_F(TreeViewTests, OnlyRowsOfTheViewportAreMadeToPaintAFrame) {
     // A key of 4 MB in each row: making all rows would take minutes.
     std::string text = "{";
     for (int member = 0; member < 8; ++member)
-        text +=
-            (member ? ",\"" : "\"") + std::string(4'000'000, static_cast<char>('a' + member)) + "\":" + "1";
+        text += (member ? ",\"" : "\"") + std::string(4'000'000, static_cast<char>('a' + member)) + "\":" + "1";
     open(text + "}");
     QElapsedTimer timer;
     timer.start();
