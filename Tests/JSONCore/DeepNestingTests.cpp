@@ -21,8 +21,8 @@ struct Nesting {
     bool isObject;
 };
 
-void PrintTo(const Nesting& nesting, std::ostream* out) {
-    *out << nesting.levels << (nesting.isObject ? " objects" : " arrays");
+std::ostream& operator<<(std::ostream& out, const Nesting& nesting) {
+    return out << nesting.levels << (nesting.isObject ? " objects" : " arrays");
 }
 
 /// Containers within containers, the innermost one empty.

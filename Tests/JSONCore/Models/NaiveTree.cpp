@@ -4,6 +4,7 @@
 #include "TextCore/CanonicalText.h"
 
 #include <algorithm>
+#include <ranges>
 #include <unordered_set>
 
 namespace quelm::test {
@@ -90,8 +91,8 @@ std::string NaiveTree::path(NodeID id) const {
         id = *parent;
     }
     std::string result = "$";
-    for (auto component = components.rbegin(); component != components.rend(); ++component)
-        result += *component;
+    for (const std::string& component : std::views::reverse(components))
+        result += component;
     return result;
 }
 
@@ -169,12 +170,19 @@ std::optional<JSONTree::Position> NaiveTree::placeOfMovable(NodeID id) const {
     return JSONTree::Position{*parent, *indexInParent(id)};
 }
 
+std::optional<JSONTree::Position> NaiveTree::placeAfter(NodeID id) const {
+    auto position = placeOfMovable(id);
+    if (position)
+        ++position->index;
+    return position;
+}
+
 std::optional<TreeChange> NaiveTree::place(NodeID added, std::string_view keyStem, NodeID target, bool inside) {
     std::optional<JSONTree::Position> position;
     if ((inside || target == root()) && isContainer((*this)[target].kind))
         position = {target, static_cast<std::int64_t>((*this)[target].children.size())};
-    else if ((position = placeOfMovable(target)))
-        ++position->index;
+    else
+        position = placeAfter(target);
     if (!position)
         return std::nullopt;
     if ((*this)[position->parent].kind == NodeKind::object)
@@ -253,8 +261,8 @@ NodeID NaiveTree::copySubtree(const NaiveTree& source, NodeID top, std::optional
         if (to)
             node(*to).children.push_back(copy);
         const auto& children = source[from].children;
-        for (auto child = children.rbegin(); child != children.rend(); ++child)
-            pending.push_back({*child, copy});
+        for (const NodeID child : std::views::reverse(children))
+            pending.push_back({child, copy});
     }
     return first;
 }

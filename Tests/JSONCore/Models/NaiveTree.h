@@ -66,6 +66,7 @@ private:
     std::optional<TreeChange> place(NodeID added, std::string_view keyStem, NodeID target, bool inside);
     /// Where a node is that is not the top-level value and has a parent.
     std::optional<JSONTree::Position> placeOfMovable(NodeID id) const;
+    std::optional<JSONTree::Position> placeAfter(NodeID id) const;
 
     std::vector<NaiveNode> nodes_;
 };

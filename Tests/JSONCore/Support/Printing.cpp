@@ -6,62 +6,55 @@
 
 namespace quelm {
 
-void PrintTo(NodeKind kind, std::ostream* out) {
-    *out << test::nameOf(kind);
+std::ostream& operator<<(std::ostream& out, NodeKind kind) {
+    return out << test::nameOf(kind);
 }
 
-void PrintTo(NodeID id, std::ostream* out) {
-    *out << '#' << id.raw;
+std::ostream& operator<<(std::ostream& out, NodeID id) {
+    return out << '#' << id.raw;
 }
 
-void PrintTo(const JSONParseError& error, std::ostream* out) {
-    *out << '"' << error.message << "\" at offset " << error.offset << ", line " << error.line << ", column "
-         << error.column;
+std::ostream& operator<<(std::ostream& out, const JSONParseError& error) {
+    return out << '"' << error.message << "\" at offset " << error.offset << ", line " << error.line << ", column "
+               << error.column;
 }
 
-void PrintTo(const JSONStyle& style, std::ostream* out) {
+std::ostream& operator<<(std::ostream& out, const JSONStyle& style) {
     if (style.isCompact())
-        *out << "compact";
-    else
-        *out << "pretty(" << JSONStyle::rawValue(*style.prettyIndent()) << (style.sortsKeys() ? ", sorted)" : ")");
+        return out << "compact";
+    return out << "pretty(" << JSONStyle::rawValue(*style.prettyIndent()) << (style.sortsKeys() ? ", sorted)" : ")");
 }
 
-void PrintTo(const TreeEdit& edit, std::ostream* out) {
+std::ostream& operator<<(std::ostream& out, const TreeEdit& edit) {
     if (const auto* setKey = edit.asSetKey())
-        *out << "setKey(#" << setKey->id.raw << ", \"" << setKey->key.view() << "\")";
-    else if (const auto* setValue = edit.asSetValue())
-        *out << "setValue(#" << setValue->id.raw << ", " << test::nameOf(setValue->kind) << ", \""
-             << setValue->text.view() << "\")";
-    else if (const auto* insert = edit.asInsert())
-        *out << "insert(#" << insert->id.raw << ", #" << insert->parent.raw << ", " << insert->at << ")";
-    else
-        *out << "remove(#" << edit.id().raw << ")";
+        return out << "setKey(" << setKey->id << ", \"" << setKey->key.view() << "\")";
+    if (const auto* setValue = edit.asSetValue())
+        return out << "setValue(" << setValue->id << ", " << setValue->kind << ", \"" << setValue->text.view() << "\")";
+    if (const auto* insert = edit.asInsert())
+        return out << "insert(" << insert->id << ", " << insert->parent << ", " << insert->at << ")";
+    return out << "remove(" << edit.id() << ")";
 }
 
-void PrintTo(const TreeChange& change, std::ostream* out) {
-    *out << '[';
-    for (const TreeEdit& edit : change.edits) {
-        PrintTo(edit, out);
-        *out << "; ";
-    }
-    *out << "] focus ";
+std::ostream& operator<<(std::ostream& out, const TreeChange& change) {
+    out << '[';
+    for (const TreeEdit& edit : change.edits)
+        out << edit << "; ";
+    out << "] focus ";
     if (change.focus)
-        PrintTo(*change.focus, out);
-    else
-        *out << "none";
+        return out << *change.focus;
+    return out << "none";
 }
 
-void PrintTo(const TreeRow::Label& label, std::ostream* out) {
+std::ostream& operator<<(std::ostream& out, const TreeRow::Label& label) {
     if (label.isRoot())
-        *out << '$';
-    else if (const std::string* key = label.asKey())
-        *out << '"' << *key << '"';
-    else
-        *out << '[' << *label.asIndex() << ']';
+        return out << '$';
+    if (const std::string* key = label.asKey())
+        return out << '"' << *key << '"';
+    return out << '[' << *label.asIndex() << ']';
 }
 
-void PrintTo(const TreeRow& row, std::ostream* out) {
-    *out << '#' << row.id.raw << ' ' << test::describe(row);
+std::ostream& operator<<(std::ostream& out, const TreeRow& row) {
+    return out << row.id << ' ' << test::describe(row);
 }
 
 namespace test {
@@ -73,9 +66,8 @@ std::string_view nameOf(NodeKind kind) {
 
 std::string describe(const TreeRow& row) {
     std::ostringstream line;
-    line << std::string(2 * static_cast<std::size_t>(row.depth), ' ');
-    PrintTo(row.label, &line);
-    line << (row.isDuplicateKey ? "* " : " ") << nameOf(row.kind);
+    line << std::string(2 * static_cast<std::size_t>(row.depth), ' ') << row.label << (row.isDuplicateKey ? "* " : " ")
+         << row.kind;
     if (!row.value.empty())
         line << ' ' << row.value;
     if (isContainer(row.kind) || row.childCount != 0)

@@ -14,14 +14,14 @@
 namespace quelm {
 
 // How GoogleTest shows the library's values when a comparison fails.
-void PrintTo(NodeKind kind, std::ostream* out);
-void PrintTo(NodeID id, std::ostream* out);
-void PrintTo(const JSONParseError& error, std::ostream* out);
-void PrintTo(const JSONStyle& style, std::ostream* out);
-void PrintTo(const TreeEdit& edit, std::ostream* out);
-void PrintTo(const TreeChange& change, std::ostream* out);
-void PrintTo(const TreeRow::Label& label, std::ostream* out);
-void PrintTo(const TreeRow& row, std::ostream* out);
+std::ostream& operator<<(std::ostream& out, NodeKind kind);
+std::ostream& operator<<(std::ostream& out, NodeID id);
+std::ostream& operator<<(std::ostream& out, const JSONParseError& error);
+std::ostream& operator<<(std::ostream& out, const JSONStyle& style);
+std::ostream& operator<<(std::ostream& out, const TreeEdit& edit);
+std::ostream& operator<<(std::ostream& out, const TreeChange& change);
+std::ostream& operator<<(std::ostream& out, const TreeRow::Label& label);
+std::ostream& operator<<(std::ostream& out, const TreeRow& row);
 
 namespace test {
 
