@@ -41,8 +41,14 @@ TreeEdit JSONTree::apply(const TreeEdit& edit) {
 std::vector<TreeEdit> JSONTree::apply(std::span<const TreeEdit> edits) {
     std::vector<TreeEdit> inverses;
     inverses.reserve(edits.size());
-    for (const TreeEdit& edit : edits)
-        inverses.push_back(apply(edit));
+    try {
+        for (const TreeEdit& edit : edits)
+            inverses.push_back(apply(edit));
+    } catch (...) {
+        for (auto inverse = inverses.rbegin(); inverse != inverses.rend(); ++inverse)
+            apply(*inverse);
+        throw;
+    }
     std::ranges::reverse(inverses);
     return inverses;
 }
@@ -57,6 +63,8 @@ std::optional<JSONTree::Position> JSONTree::positionBelowRoot(NodeID id) const {
 
 std::optional<TreeChange> JSONTree::place(NodeID node, std::string_view keyStem, NodeID target, bool inside) {
     std::optional<Position> position;
+    if (target == holder)
+        return std::nullopt;
     if ((inside || target == root()) && isContainer(kind(target))) {
         position = Position{target, children(target).size()};
     } else {

@@ -67,9 +67,9 @@ NodeID appendCopy(const TreeStorage& from, NodeID top, TreeStorage& to) {
 JSONTree JSONTree::subtree(NodeID id) const {
     requireStored(id);
     auto storage = std::make_shared<TreeStorage>(TreeStorage::withHolder());
-    storage->source = storage_->source;
-    storage->arena = storage_->arena;
-    const NodeID top = appendCopy(*storage_, id, *storage);
+    storage->source = this->storage().source;
+    storage->arena = this->storage().arena;
+    const NodeID top = appendCopy(this->storage(), id, *storage);
     JSONTree copy(std::move(storage));
     copy.attach(top, holder, 0);
     return copy;
@@ -78,7 +78,7 @@ JSONTree JSONTree::subtree(NodeID id) const {
 NodeID JSONTree::appendDetached(const JSONTree& other) {
     // A copy of its own keeps the other tree as it is, should it be this very one.
     const JSONTree source = other;
-    return appendCopy(*source.storage_, source.root(), changeableStorage());
+    return appendCopy(source.storage(), source.root(), changeableStorage());
 }
 
 } // namespace quelm

@@ -8,7 +8,7 @@
 namespace quelm {
 
 void JSONTree::checkInvariants() const {
-    const TreeStorage& storage = *storage_;
+    const TreeStorage& storage = this->storage();
     const NodeRecord& top = storage.record(holder);
     require(top.kind == NodeKind::array && key(holder).empty() && top.parent == NodeRecord::noParent,
             "the holder is an array without key or parent");

@@ -7,6 +7,7 @@
 #include "TextCore/Check.h"
 
 #include <algorithm>
+#include <stdexcept>
 #include <utility>
 
 namespace quelm {
@@ -64,7 +65,19 @@ std::string memberComponent(std::string_view key) {
 } // namespace
 
 const TreeStorage& storageOf(const JSONTree& tree) {
-    return *tree.storage_;
+    return tree.storage();
+}
+
+const TreeStorage& JSONTree::storage() const {
+    require(storage_ != nullptr, "a tree that was moved from is not used");
+    return *storage_;
+}
+
+JSONTree& JSONTree::operator=(const JSONTree& other) {
+    // A copy first: storage and key indexes change together or not at all.
+    if (this != &other)
+        *this = JSONTree(other);
+    return *this;
 }
 
 JSONTree::JSONTree(NodeKind kind, std::string_view scalar)
@@ -77,7 +90,8 @@ JSONTree::JSONTree(std::shared_ptr<TreeStorage> storage) : storage_(std::move(st
 JSONTree::~JSONTree() = default;
 
 TreeStorage& JSONTree::changeableStorage() {
-    if (storage_.use_count() != 1) {
+    require(storage_ != nullptr, "a tree that was moved from is not used");
+    if (!isSoleOwner(storage_)) {
         storage_ = std::make_shared<TreeStorage>(*storage_);
         countStorageBytesCopied(sizeof(TreeStorage));
     }
@@ -85,51 +99,51 @@ TreeStorage& JSONTree::changeableStorage() {
 }
 
 void JSONTree::requireStored(NodeID id) const {
-    checkedRecord(*storage_, id);
+    checkedRecord(storage(), id);
 }
 
 NodeID JSONTree::root() const {
-    const ChildList top = storage_->children(storage_->record(holder));
+    const ChildList top = storage().children(storage().record(holder));
     require(!top.empty(), "the tree has a top-level value");
     return top.front();
 }
 
 std::int64_t JSONTree::nodeCount() const {
-    return storage_->record(holder).subtreeSize() - std::int64_t{1};
+    return storage().record(holder).subtreeSize() - std::int64_t{1};
 }
 
 std::int64_t JSONTree::storedNodeCount() const {
-    return static_cast<std::int64_t>(storage_->nodes.size());
+    return static_cast<std::int64_t>(storage().nodes.size());
 }
 
 NodeKind JSONTree::kind(NodeID id) const {
-    return checkedRecord(*storage_, id).kind;
+    return checkedRecord(storage(), id).kind;
 }
 
 std::string_view JSONTree::key(NodeID id) const {
-    return storage_->text(checkedRecord(*storage_, id).key());
+    return storage().text(checkedRecord(storage(), id).key());
 }
 
 std::string_view JSONTree::scalar(NodeID id) const {
-    const NodeRecord& record = checkedRecord(*storage_, id);
-    return isContainer(record.kind) ? std::string_view() : storage_->text(record.scalar());
+    const NodeRecord& record = checkedRecord(storage(), id);
+    return isContainer(record.kind) ? std::string_view() : storage().text(record.scalar());
 }
 
 SharedText JSONTree::sharedKey(NodeID id) const {
-    return storage_->sharedText(checkedRecord(*storage_, id).key());
+    return storage().sharedText(checkedRecord(storage(), id).key());
 }
 
 SharedText JSONTree::sharedScalar(NodeID id) const {
-    const NodeRecord& record = checkedRecord(*storage_, id);
-    return isContainer(record.kind) ? SharedText() : storage_->sharedText(record.scalar());
+    const NodeRecord& record = checkedRecord(storage(), id);
+    return isContainer(record.kind) ? SharedText() : storage().sharedText(record.scalar());
 }
 
 ChildList JSONTree::children(NodeID id) const {
-    return storage_->children(checkedRecord(*storage_, id));
+    return storage().children(checkedRecord(storage(), id));
 }
 
 std::optional<NodeID> JSONTree::parent(NodeID id) const {
-    const std::uint32_t parent = checkedRecord(*storage_, id).parent;
+    const std::uint32_t parent = checkedRecord(storage(), id).parent;
     if (parent == NodeRecord::noParent)
         return std::nullopt;
     return NodeID{static_cast<std::int32_t>(parent)};
@@ -149,7 +163,7 @@ bool JSONTree::isObjectMember(NodeID id) const {
 }
 
 std::int64_t JSONTree::subtreeSize(NodeID id) const {
-    return checkedRecord(*storage_, id).subtreeSize();
+    return checkedRecord(storage(), id).subtreeSize();
 }
 
 std::string JSONTree::path(NodeID id) const {
@@ -171,32 +185,32 @@ std::int64_t JSONTree::keyOccurrences(NodeID parent, std::string_view key) const
     const ChildList members = children(parent);
     if (members.size() >= indexedObjectSize) {
         const std::scoped_lock lock(keyIndexes_.mutex());
-        return keyIndexOf(*storage_, parent, keyIndexes_)->count(key);
+        return keyIndexOf(storage(), parent, keyIndexes_)->count(key);
     }
-    return occurrencesWithoutIndex(*storage_, members, key);
+    return occurrencesWithoutIndex(storage(), members, key);
 }
 
 void JSONTree::prepareKeyIndex(NodeID parent) const {
     requireStored(parent);
     const std::scoped_lock lock(keyIndexes_.mutex());
-    keyIndexOf(*storage_, parent, keyIndexes_);
+    keyIndexOf(storage(), parent, keyIndexes_);
 }
 
 std::string JSONTree::uniqueKey(std::string_view base, NodeID parent) const {
     const ChildList members = children(parent);
     if (members.size() >= indexedObjectSize) {
         const std::scoped_lock lock(keyIndexes_.mutex());
-        return keyIndexOf(*storage_, parent, keyIndexes_)->uniqueKey(base);
+        return keyIndexOf(storage(), parent, keyIndexes_)->uniqueKey(base);
     }
     std::string key(base);
-    for (std::int64_t number = firstKeyNumber; occurrencesWithoutIndex(*storage_, members, key) > 0; ++number)
+    for (std::int64_t number = firstKeyNumber; occurrencesWithoutIndex(storage(), members, key) > 0; ++number)
         key = numberedKey(base, number);
     return key;
 }
 
 bool operator==(const JSONTree& left, const JSONTree& right) {
-    const TreeStorage& leftStorage = *left.storage_;
-    const TreeStorage& rightStorage = *right.storage_;
+    const TreeStorage& leftStorage = left.storage();
+    const TreeStorage& rightStorage = right.storage();
     if (&leftStorage == &rightStorage)
         return true;
     std::vector<std::pair<NodeID, NodeID>> pending{{left.root(), right.root()}};
@@ -229,7 +243,8 @@ bool operator==(const JSONTree& left, const JSONTree& right) {
 
 NodeID JSONTree::addNode(NodeKind kind, std::string_view key, std::string_view scalar) {
     TreeStorage& storage = changeableStorage();
-    require(storage.nodes.size() < TreeStorage::maximumNodeCount, "a tree stores fewer than 2^31 nodes");
+    if (storage.nodes.size() >= TreeStorage::maximumNodeCount)
+        throw std::length_error("a tree stores fewer than 2^31 nodes");
     const TextRef keyRef = storage.store(key);
     if (isContainer(kind))
         storage.nodes.append(NodeRecord::emptyContainer(kind, keyRef, NodeRecord::noParent));
@@ -239,9 +254,10 @@ NodeID JSONTree::addNode(NodeKind kind, std::string_view key, std::string_view s
 }
 
 std::int64_t JSONTree::attach(NodeID id, NodeID parent, std::int64_t index) {
-    require(checkedRecord(*storage_, id).parent == NodeRecord::noParent && id != holder,
+    require(checkedRecord(storage(), id).parent == NodeRecord::noParent && id != holder,
             "an attached node was detached");
-    require(isContainer(checkedRecord(*storage_, parent).kind), "a node is attached to a container");
+    require(isContainer(checkedRecord(storage(), parent).kind), "a node is attached to a container");
+    require(parent != holder || children(holder).empty(), "the holder has no more than one child");
     require(index >= 0 && index <= children(parent).size(),
             "a child is inserted within its parent's list or at its end");
 
@@ -282,8 +298,13 @@ std::optional<JSONTree::Position> JSONTree::detach(NodeID id) {
         storage.editRecord(*ancestor);
     storage.removeChild(parent, static_cast<std::size_t>(*index));
 
-    if (KeyIndex* keys = keyIndexes_.find(parent))
-        keys->remove(key(id));
+    if (KeyIndex* keys = keyIndexes_.find(parent)) {
+        try {
+            keys->remove(key(id));
+        } catch (...) {
+            keyIndexes_.drop(parent);
+        }
+    }
 
     NodeRecord& record = storage.editRecord(id);
     const std::uint32_t size = record.subtreeSize();
@@ -294,6 +315,7 @@ std::optional<JSONTree::Position> JSONTree::detach(NodeID id) {
 }
 
 void JSONTree::setKey(NodeID id, const SharedText& key) {
+    require(id != holder, "the holder has no key");
     TreeStorage& storage = changeableStorage();
     const TextRef ref = storage.store(key.view());
     NodeRecord& record = storage.editRecord(id);

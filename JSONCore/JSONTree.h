@@ -29,7 +29,8 @@ struct TreeStorage;
 /// and that another tree still shares, nothing else. One tree may be read by several threads at once; a change needs it
 /// for itself. Views (`std::string_view`, `ChildList`) are valid as stated with each operation.
 ///
-/// An id outside the store is a programming error in every operation.
+/// An id outside the store is a programming error in every operation, and so is any use of a tree that was moved from, other
+/// than to assign to it or to destroy it.
 class JSONTree {
 public:
     /// The holder of the top-level value.
@@ -42,12 +43,12 @@ public:
         friend bool operator==(const Position&, const Position&) = default;
     };
 
-    /// A tree of one value, without key or children.
+    /// A tree of one value, without key or children. A container has no scalar: it is ignored.
     explicit JSONTree(NodeKind kind, std::string_view scalar = {});
 
     JSONTree(const JSONTree&) = default;
     JSONTree(JSONTree&&) noexcept = default;
-    JSONTree& operator=(const JSONTree&) = default;
+    JSONTree& operator=(const JSONTree& other);
     JSONTree& operator=(JSONTree&&) noexcept = default;
     ~JSONTree();
 
@@ -65,7 +66,7 @@ public:
     NodeKind kind(NodeID id) const;
 
     /// The member name when the parent is an object; whatever the node was stored with otherwise (empty as a rule).
-    /// The view is valid for as long as this tree or a copy of it lives, changed or not.
+    /// The view is valid for as long as this tree lives, changed or not, or a copy that was made of it since.
     std::string_view key(NodeID id) const;
 
     /// By kind: the decoded string; the literal of the number; "true" or "false"; empty. Valid as `key` is.
@@ -107,9 +108,10 @@ public:
     /// of children. Ids, detached nodes and the keys of array elements take no part. O(nodes), no recursion.
     friend bool operator==(const JSONTree& left, const JSONTree& right);
 
-    // The primitive changes. They throw std::bad_alloc without any effect.
+    // The primitive changes. They throw without any effect: std::bad_alloc, and std::length_error when the store is full (2^31
+    // nodes, or no room left for a text: see `TextArena`). The holder itself is never changed, other than to take its one child.
 
-    /// Stores a new detached node.
+    /// Stores a new detached node. The scalar of a container is ignored.
     NodeID addNode(NodeKind kind, std::string_view key, std::string_view scalar);
 
     /// Links a detached node as child number `index` (0 to the number of children) of the container `parent`, which
@@ -122,7 +124,7 @@ public:
     /// Applies one edit and returns the edit that undoes it. A malformed edit is a programming error.
     TreeEdit apply(const TreeEdit& edit);
 
-    /// Applies a list in order and returns the list that undoes it whole.
+    /// Applies a list in order and returns the list that undoes it whole. When one edit throws, those before it are undone.
     std::vector<TreeEdit> apply(std::span<const TreeEdit> edits);
 
     // Intentions. Each prepares a change of this very tree, or tells that there is nothing to do. Those that need new
@@ -167,6 +169,7 @@ private:
 
     explicit JSONTree(std::shared_ptr<TreeStorage> storage);
 
+    const TreeStorage& storage() const;
     void requireStored(NodeID id) const;
     TreeStorage& changeableStorage();
     std::optional<TreeChange> place(NodeID node, std::string_view keyStem, NodeID target, bool inside);

@@ -1,6 +1,7 @@
 #include "JSONCore/OutlineRowBuilder.h"
 
 #include "JSONCore/Storage/TreeStorage.h"
+#include "TextCore/Check.h"
 
 #include <array>
 #include <vector>
@@ -41,6 +42,7 @@ OutlineRows::Sequence visibleRows(NodeID id, std::uint32_t depth, const NodeSet&
         ChildList::Iterator end;
     };
     const TreeStorage& storage = storageOf(tree);
+    require(id.raw >= 0 && id.raw < tree.storedNodeCount(), "a node id is stored in the tree");
     RowCollector rows;
     std::vector<Open> open;
     const auto show = [&](NodeID node) {

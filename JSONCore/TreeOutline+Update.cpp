@@ -8,16 +8,20 @@
 #include "TextCore/Check.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 namespace quelm {
 
 namespace {
 
-/// The nodes that the edits link somewhere; with the inverse edits among them, also those that they unlink.
-std::vector<NodeID> linkedNodes(std::span<const TreeEdit> edits) {
+/// The nodes that the edits link somewhere; with the inverse edits among them, also those that they unlink. A detached node
+/// that was renamed is one that was unlinked.
+std::vector<NodeID> linkedNodes(std::span<const TreeEdit> edits, const JSONTree& tree) {
     std::vector<NodeID> nodes;
+    std::unordered_set<NodeID> seen;
     for (const TreeEdit& edit : edits) {
-        if (edit.asInsert() && std::ranges::find(nodes, edit.id()) == nodes.end())
+        const bool isAttached = tree.parent(edit.id()).has_value(); // stops at an id outside the store
+        if ((edit.asInsert() || (edit.asSetKey() && !isAttached)) && seen.insert(edit.id()).second)
             nodes.push_back(edit.id());
     }
     return nodes;
@@ -48,7 +52,12 @@ void TreeOutline::update(std::span<const TreeEdit> edits, const JSONTree& tree) 
         rebuild(tree);
         return;
     }
-    const std::vector<NodeID> nodes = linkedNodes(edits);
+    const std::vector<NodeID> nodes = linkedNodes(edits, tree);
+    constexpr std::size_t manyNodes = 256;
+    if (nodes.size() > manyNodes) {
+        refreshParents(edits, tree);
+        return;
+    }
     for (NodeID node : nodes) {
         if (const auto row = rows_.indexOf(node))
             rows_.replace(*row, rows_.stretchEnd(*row) - *row, {});
@@ -63,6 +72,14 @@ void TreeOutline::update(std::span<const TreeEdit> edits, const JSONTree& tree) 
         const std::uint32_t depth = rows_[*parentRow].depth + 1;
         rows_.replace(positionForRows(node, *parent, *parentRow, rows_, tree), 0,
                       visibleRows(node, depth, expanded_, tree));
+    }
+}
+
+void TreeOutline::refreshParents(std::span<const TreeEdit> edits, const JSONTree& tree) {
+    std::unordered_set<NodeID> refreshed;
+    for (const TreeEdit& edit : edits) {
+        if (edit.asInsert() && refreshed.insert(edit.asInsert()->parent).second)
+            refresh(edit.asInsert()->parent, tree);
     }
 }
 

@@ -56,15 +56,17 @@ public:
     /// Expands every ancestor, so that the node has a row.
     void reveal(NodeID id, const JSONTree& tree);
 
-    /// Brings the rows up to date with edits that the tree has taken: the edits of a change followed by the inverse
-    /// list that applying them returned. O(rows of the nodes that were linked or unlinked), however many siblings they
-    /// have.
+    /// Brings the rows up to date with edits that the tree has taken: the edits of a change followed by the inverse list
+    /// that applying them returned. For a few nodes O(rows of the nodes that were linked or unlinked), however many
+    /// siblings they have; for hundreds, the rows of their parents are made anew.
     void update(std::span<const TreeEdit> edits, const JSONTree& tree);
 
     /// Checks the invariants of the rows against the tree, all of them: for tests. A violation is a programming error.
     void checkInvariants(const JSONTree& tree) const;
 
 private:
+    void refreshParents(std::span<const TreeEdit> edits, const JSONTree& tree);
+
     NodeSet expanded_;
     OutlineRows rows_;
 };

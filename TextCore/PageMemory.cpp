@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <mutex>
 #include <new>
+#include <type_traits>
 
 // Under AddressSanitizer all pieces come from its heap, so that a use after release is found.
 #if (defined(__unix__) || defined(__APPLE__)) && !defined(__SANITIZE_ADDRESS__)
@@ -106,14 +107,15 @@ private:
     }
 
     std::mutex mutex_;
-    std::array<Piece, 32> pieces_;
+    std::array<Piece, 32> pieces_{};
     std::size_t count_ = 0;
     std::size_t bytes_ = 0;
 };
 
-/// Never destroyed: texts may outlive every static object.
+/// Never destroyed, as nothing in it needs to be: texts may outlive every static object.
 Kept& kept() {
-    static Kept& pieces = *new Kept;
+    static constinit Kept pieces;
+    static_assert(std::is_trivially_destructible_v<Kept>);
     return pieces;
 }
 

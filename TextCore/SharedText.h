@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <memory>
 #include <string_view>
+#include <utility>
 
 namespace quelm {
 
@@ -18,6 +19,18 @@ public:
     static constexpr std::size_t padding = 64;
 
     SharedText() = default;
+    SharedText(const SharedText&) = default;
+    /// The other is empty afterwards.
+    SharedText(SharedText&& other) noexcept
+        : owner_(std::move(other.owner_)), bytes_(std::exchange(other.bytes_, {})),
+          padded_(std::exchange(other.padded_, false)) {}
+    SharedText& operator=(SharedText other) noexcept {
+        std::swap(owner_, other.owner_);
+        std::swap(bytes_, other.bytes_);
+        std::swap(padded_, other.padded_);
+        return *this;
+    }
+    ~SharedText() = default;
 
     /// A copy of the bytes in memory of its own, padded.
     explicit SharedText(std::string_view bytes);

@@ -40,6 +40,16 @@ private:
     std::size_t used_ = 0;
 };
 
+/// Whether nobody else refers to what `shared` points to. What others wrote or read before they let go of it has happened
+/// by then: `use_count` alone would not say that.
+template <class T>
+bool isSoleOwner(const std::shared_ptr<T>& shared) {
+    if (shared.use_count() != 1)
+        return false;
+    std::atomic_thread_fence(std::memory_order_acquire);
+    return true;
+}
+
 /// What stands before the items of a block.
 struct alignas(64) BlockHead {
     std::atomic<std::uint32_t> references = 1;

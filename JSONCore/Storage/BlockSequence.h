@@ -51,6 +51,17 @@ class BlockSequence {
 public:
     static constexpr std::size_t blockCapacity = 65536 / sizeof(T);
 
+    BlockSequence() = default;
+    BlockSequence(const BlockSequence&) = default;
+    BlockSequence(BlockSequence&& other) noexcept
+        : directory_(std::move(other.directory_)), size_(std::exchange(other.size_, 0)) {}
+    BlockSequence& operator=(BlockSequence other) noexcept {
+        std::swap(directory_, other.directory_);
+        std::swap(size_, other.size_);
+        return *this;
+    }
+    ~BlockSequence() = default;
+
     struct NotTracked {
         void placed(std::uint32_t, std::span<const T>) const {}
         void dropped(std::span<const T>) const {}
@@ -140,9 +151,13 @@ public:
             insert(position, other[0], tracker);
             return;
         }
+        // Splitting leaves the items as they are; once all memory is taken, the rest cannot fail.
         ownDirectory();
         splitAt(position + count, tracker);
         splitAt(position, tracker);
+        directory_->makeRoom(other.blockCount());
+        if (!other.empty())
+            other.ownDirectory();
         const std::size_t first = position == size_ ? blockCount() : blockAt(position);
         const std::size_t last = position + count == size_ ? blockCount() : blockAt(position + count);
         const std::size_t added = takeBlocks(first, last, position, count, other, tracker);
@@ -159,6 +174,21 @@ private:
         std::vector<std::uint32_t> numbers;
         std::vector<std::uint32_t> ordinals;
         std::vector<std::uint32_t> freeNumbers;
+
+        /// Takes the memory for `added` more blocks, so that adding and dropping blocks afterwards cannot fail.
+        void makeRoom(std::size_t added) {
+            const auto reserve = [](auto& entries, std::size_t wanted) {
+                if (entries.capacity() < wanted)
+                    entries.reserve(std::max(wanted, entries.capacity() * 2));
+            };
+            const std::size_t wanted = blocks.size() + added;
+            reserve(blocks, wanted);
+            reserve(starts, wanted);
+            reserve(summaries, wanted);
+            reserve(numbers, wanted);
+            reserve(ordinals, ordinals.size() + added);
+            reserve(freeNumbers, ordinals.size() + added);
+        }
 
         std::uint32_t takeNumber() {
             if (freeNumbers.empty()) {
@@ -187,7 +217,7 @@ private:
     Directory& ownDirectory() {
         if (!directory_) {
             directory_ = std::make_shared<Directory>();
-        } else if (directory_.use_count() != 1) {
+        } else if (!isSoleOwner(directory_)) {
             directory_ = std::make_shared<Directory>(*directory_);
             countStorageBytesCopied(directory_->bytes());
         }
@@ -201,10 +231,12 @@ private:
         return block;
     }
 
-    /// An empty block before the one at `ordinal`; the caller fills it at once.
+    /// An empty block before the one at `ordinal`; the caller fills it at once. No effect when it throws.
     void addBlock(Directory& directory, std::size_t ordinal, std::size_t start) {
+        directory.makeRoom(1);
+        BlockRef<T> block = BlockRef<T>::make(blockCapacity);
         const auto at = static_cast<std::ptrdiff_t>(ordinal);
-        directory.blocks.insert(directory.blocks.begin() + at, BlockRef<T>::make(blockCapacity));
+        directory.blocks.insert(directory.blocks.begin() + at, std::move(block));
         directory.starts.insert(directory.starts.begin() + at, static_cast<std::uint32_t>(start));
         directory.summaries.insert(directory.summaries.begin() + at, Summary());
         directory.numbers.insert(directory.numbers.begin() + at, directory.takeNumber());
@@ -269,8 +301,8 @@ private:
         if (within + count > before || count == before)
             return false;
         ownDirectory();
-        tracker.dropped(block(ordinal).subspan(within, count));
         T* items = ownBlock(ordinal).items();
+        tracker.dropped(block(ordinal).subspan(within, count));
         std::memmove(items + within, items + within + count, (before - within - count) * sizeof(T));
         shiftStarts(ordinal + 1, -static_cast<std::int64_t>(count));
         size_ -= static_cast<std::uint32_t>(count);
@@ -321,7 +353,9 @@ private:
         const std::size_t count = countOf(ordinal);
         if (before + count > blockCapacity / 2)
             return;
-        T* items = ownBlock(ordinal - 1).items();
+        if (directory_->blocks[ordinal - 1].isShared())
+            return; // a copy would have to be made of it first
+        T* items = directory_->blocks[ordinal - 1].items();
         std::memcpy(items + before, directory_->blocks[ordinal].items(), count * sizeof(T));
         dropBlocks(ordinal, ordinal + 1);
         summarize(ordinal - 1);

@@ -26,6 +26,15 @@ class BlockVector {
 public:
     static constexpr std::size_t itemsPerBlock = std::size_t{1} << Shift;
 
+    BlockVector() = default;
+    BlockVector(const BlockVector&) = default;
+    BlockVector(BlockVector&& other) noexcept { swap(other); }
+    BlockVector& operator=(BlockVector other) noexcept {
+        swap(other);
+        return *this;
+    }
+    ~BlockVector() = default;
+
     std::size_t size() const { return size_; }
 
     const T& operator[](std::size_t index) const { return itemsOf(index >> Shift)[index & (itemsPerBlock - 1)]; }
@@ -94,13 +103,21 @@ private:
         }
     };
 
+    void swap(BlockVector& other) noexcept {
+        std::swap(chapters_, other.chapters_);
+        std::swap(blockCount_, other.blockCount_);
+        std::swap(size_, other.size_);
+        std::swap(slabBlocks_, other.slabBlocks_);
+        std::swap(slab_, other.slab_);
+    }
+
     const T* itemsOf(std::size_t block) const {
         return chapters_[block / blocksPerChapter]->blocks[block % blocksPerChapter].items();
     }
 
     BlockRef<T>& ownBlock(std::size_t block) {
         std::shared_ptr<Chapter>& chapter = chapters_[block / blocksPerChapter];
-        if (chapter.use_count() != 1) {
+        if (!isSoleOwner(chapter)) {
             chapter = std::make_shared<Chapter>(*chapter);
             countStorageBytesCopied(sizeof(Chapter));
         }
@@ -118,7 +135,7 @@ private:
         if (blockCount_ % blocksPerChapter == 0)
             chapters_.push_back(std::make_shared<Chapter>());
         std::shared_ptr<Chapter>& chapter = chapters_.back();
-        if (chapter.use_count() != 1) {
+        if (!isSoleOwner(chapter)) {
             chapter = std::make_shared<Chapter>(*chapter);
             countStorageBytesCopied(sizeof(Chapter));
         }

@@ -4,7 +4,7 @@
 
 #include <cstring>
 #include <functional>
-#include <new>
+#include <stdexcept>
 
 namespace quelm {
 
@@ -32,11 +32,13 @@ std::uint32_t TextArena::append(std::string_view text) {
             chunks_[chunk] = std::make_shared<Chunk>(sizeOf(chunk));
         if (const auto start = chunks_[chunk]->take(text.size())) {
             std::memcpy(chunks_[chunk]->bytes() + *start, text.data(), text.size());
-            current_ = chunk;
+            // A text too long for the chunk in use leaves the room in it to shorter ones.
+            if (text.size() <= sizeOf(current_))
+                current_ = chunk;
             return static_cast<std::uint32_t>(startOf(chunk) + *start);
         }
     }
-    throw std::bad_alloc();
+    throw std::length_error("the arena of a tree has no room for a text");
 }
 
 std::optional<std::uint32_t> TextArena::offsetOf(std::string_view text) const {

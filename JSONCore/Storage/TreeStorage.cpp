@@ -49,7 +49,6 @@ TextRef TreeStorage::store(std::string_view text) {
 TextRef TreeStorage::append(std::string_view text) {
     if (text.empty())
         return {};
-    require(text.size() <= TextArena::maximumTextSize, "a text of a node is at most 2 GiB long");
     return {arena.append(text), static_cast<std::uint32_t>(text.size()), true};
 }
 

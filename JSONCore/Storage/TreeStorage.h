@@ -19,16 +19,14 @@ class JSONTree;
 ///
 /// Invariants:
 /// 1. Record 0 is the holder: an array without key or parent.
-/// 2. A record's texts lie within `source` or were appended to `arena`. A text within `source` needs no escape when it
-/// is
-///    written as JSON: it is there as it is meant.
-/// 3. The list of a container with at most `longestShortList` children stands in `lists` as one word, the number of
-/// children
-///    and 65536 times the number that there is room for, followed by their ids, all in one block. A longer list, and
-///    any list that grew beyond what is worth moving, is one of `largeLists`. Word 0 of `lists` is the empty list of
-///    every container that never had a child.
-/// 4. A record has a parent if and only if its id is in the parent's list, where it stands once.
-/// 5. The second word of a container's record is the number of nodes in its subtree.
+/// 2. A record's texts lie within `source` or were appended to `arena`.
+/// 3. A text within `source` needs no escape when it is written as JSON: it stands there as it is meant.
+/// 4. A short list stands in `lists`, all in one block: one word, the number of children and 65536 times the number that
+///    there is room for, then their ids. Word 0 of `lists` is the empty list of containers that never had a child.
+/// 5. A list of more than `longestShortList` children is one of `largeLists`, and so is any that grew beyond what is worth
+///    moving.
+/// 6. A record has a parent if and only if its id is in the parent's list, where it stands once.
+/// 7. The second word of a container's record is the number of nodes in its subtree.
 struct TreeStorage {
     static constexpr std::size_t longestShortList = 1024;
     static constexpr std::size_t maximumNodeCount = 0x7FFF'FFFF;
@@ -51,7 +49,7 @@ struct TreeStorage {
     /// A reference to a text: to where it stands already if it can be used in place, else to a copy in the arena.
     TextRef store(std::string_view text);
 
-    /// A reference to a copy in the arena.
+    /// A reference to a copy in the arena. Throws std::length_error when it has no room left, as `store` does.
     TextRef append(std::string_view text);
 
     ChildList children(const NodeRecord& record) const {

@@ -7,8 +7,8 @@ class QWidget;
 
 namespace quelm {
 
-/// Shows a warning with one button and returns at once; the box deletes itself when it is dismissed. With a
-/// parent it belongs to that window and blocks no other.
+/// Shows a warning with one button and returns at once; the box deletes itself when it is dismissed. With a parent it
+/// belongs to that window and blocks no other.
 QMessageBox* showAlert(QWidget* parent, const QString& message, const QString& details);
 
 } // namespace quelm

@@ -15,8 +15,8 @@
 
 namespace quelm {
 
-/// Opens documents in windows and saves them. Files are read and written off the main thread; what fails is
-/// told in an alert. It lives longer than all of its windows.
+/// Opens documents in windows and saves them. Files are read and written off the main thread; what fails is told in an
+/// alert. It lives longer than all of its windows.
 class DocumentController : public QObject {
     Q_OBJECT
 
@@ -28,8 +28,8 @@ public:
     /// A window with an empty object.
     void newDocument();
 
-    /// A window with the file, or the window that has it already. It appears when the file has been read, or
-    /// after a moment to say that this takes longer.
+    /// A window with the file, or the window that has it already. It appears when the file has been read, or after a
+    /// moment to say that this takes longer.
     void open(const QString& path);
 
     /// Asks which files to open, first in the folder of the window's document.

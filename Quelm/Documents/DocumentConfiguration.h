@@ -7,8 +7,8 @@
 
 namespace quelm {
 
-/// What a document knows of its place: whoever opens and saves documents keeps it true, the document and its
-/// window read it. For the main thread.
+/// What a document knows of its place: whoever opens and saves documents keeps it true, the document and its window
+/// read it. For the main thread.
 class DocumentConfiguration : public QObject {
     Q_OBJECT
 

@@ -18,8 +18,7 @@ std::expected<JSONContent, FileError> loadDocument(const QString& path, std::sto
         std::expected<JSONContent, JSONParseError> content = JSONDocument::read(*std::move(bytes), std::move(stop));
         if (!content)
             return std::unexpected(FileError{parseErrorText(content.error())});
-        // Large objects mark duplicate keys by an index, which is made here rather than at the first
-        // painting.
+        // Large objects mark duplicate keys by an index, which is made here rather than at the first painting.
         if (content->tree && content->tree->kind(content->tree->root()) == NodeKind::object)
             content->tree->prepareKeyIndex(content->tree->root());
         return *std::move(content);

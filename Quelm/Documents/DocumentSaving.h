@@ -9,8 +9,7 @@
 
 namespace quelm {
 
-/// Writes what a document held at one moment as the whole file, or tells why it cannot. Blocks; for any
-/// thread.
+/// Writes what a document held at one moment as the whole file, or tells why it cannot. Blocks; for any thread.
 std::expected<void, FileError> saveDocument(const QString& path, const JSONContent& snapshot);
 
 } // namespace quelm

@@ -12,10 +12,10 @@ namespace quelm {
 namespace {
 
 /// The longest single read: a cancelled one ends soon.
-constexpr std::size_t blockSize = 16 * 1024 * 1024;
+constexpr std::size_t blockSize = std::size_t{16} << 20;
 
 /// Room beyond the size that a file states, so that the read which finds its end needs no growth.
-constexpr std::size_t roomForTheEnd = 64 * 1024;
+constexpr std::size_t roomForTheEnd = std::size_t{64} << 10;
 
 struct FileReading {
     Q_DECLARE_TR_FUNCTIONS(quelm::FileReading)

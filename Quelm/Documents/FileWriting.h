@@ -9,8 +9,8 @@
 
 namespace quelm {
 
-/// Writes the bytes as the whole file: the file is replaced at once when all of them are on disk, and stays
-/// as it was when anything fails. Blocks; for any thread.
+/// Writes the bytes as the whole file: the file is replaced at once when all of them are on disk, and stays as it was
+/// when anything fails. Blocks; for any thread.
 std::expected<void, FileError> writeFile(const QString& path, const SharedText& bytes);
 
 } // namespace quelm

@@ -15,9 +15,9 @@
 
 namespace quelm {
 
-/// One open JSON file: its content, the editor that shows it, and the revision by which views learn that the
-/// whole content was replaced. A property set to the value it already holds announces nothing. For the main
-/// thread, except the functions that are declared static.
+/// One open JSON file: its content, the editor that shows it, and the revision by which views learn that the whole
+/// content was replaced. A property set to the value it already holds announces nothing. For the main thread, except
+/// the functions that are declared static.
 class JSONDocument : public QObject {
     Q_OBJECT
 
@@ -45,19 +45,19 @@ public:
     static const QStringList& writableContentTypes();
     static const QString& fileNamePattern();
 
-    /// The content of a file's bytes. Invalid JSON is a content too, with its error; bytes that are not UTF-8
-    /// are not. O(n); for any thread.
+    /// The content of a file's bytes. Invalid JSON is a content too, with its error; bytes that are not UTF-8 are not.
+    /// O(n); for any thread.
     static std::expected<JSONContent, JSONParseError> read(SharedText bytes, std::stop_token stop = {});
 
-    /// Installs what was read and chooses the editor by the user's preference: the text when it says so or
-    /// when there is no tree, else the tree.
+    /// Installs what was read and chooses the editor by the user's preference: the text when it says so or when there
+    /// is no tree, else the tree.
     void apply(JSONContent snapshot);
 
     /// The content as it would be saved now.
     JSONContent snapshot();
 
-    /// The bytes of a file that holds the snapshot: its text as it is, else its tree in its style, else none.
-    /// O(n); for any thread.
+    /// The bytes of a file that holds the snapshot: its text as it is, else its tree in its style, else none. O(n); for
+    /// any thread.
     static SharedText fileContents(const JSONContent& snapshot);
 
 Q_SIGNALS:

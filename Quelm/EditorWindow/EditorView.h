@@ -9,8 +9,8 @@
 
 namespace quelm {
 
-/// One document window: the tree or the text of its document, by the document's mode. Until `showDocument` it
-/// says that the document is being opened.
+/// One document window: the tree or the text of its document, by the document's mode. Until `showDocument` it says that
+/// the document is being opened.
 class EditorView : public QMainWindow {
     Q_OBJECT
 
@@ -25,8 +25,7 @@ public:
     std::shared_ptr<JSONDocument> sharedDocument() const { return document_; }
     TreeEditor& treeEditor() { return treeEditor_; }
 
-    /// Whether the document's content has still to come; what the document holds until then is not the
-    /// file's.
+    /// Whether the document's content has still to come; what the document holds until then is not the file's.
     bool isOpening() const { return isOpening_; }
 
     /// The document has its content: from now on the window shows it.

@@ -9,8 +9,7 @@ class QLabel;
 
 namespace quelm {
 
-/// A strip across the window with a symbol and a message that may take several lines. The text can be
-/// selected.
+/// A strip across the window with a symbol and a message that may take several lines. The text can be selected.
 class MessageBar : public QWidget {
     Q_OBJECT
 

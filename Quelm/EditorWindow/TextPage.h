@@ -8,8 +8,8 @@ class JSONDocument;
 class MessageBar;
 class TextPreview;
 
-/// A document in text mode: its text, under a strip that says where it stops being JSON, over one that says
-/// how much of it is shown. It shows the content of the moment when it is made.
+/// A document in text mode: its text, under a strip that says where it stops being JSON, over one that says how much of
+/// it is shown. It shows the content of the moment when it is made.
 class TextPage : public QWidget {
     Q_OBJECT
 

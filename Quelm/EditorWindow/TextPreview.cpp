@@ -20,12 +20,12 @@ constexpr qsizetype mostLines = 400;
 constexpr std::int64_t mostCharactersALine = 300;
 
 /// What is read of the text at most: lines may be of any length.
-constexpr std::size_t mostBytes = 4 * 1024 * 1024;
+constexpr std::size_t mostBytes = std::size_t{4} << 20;
 
 constexpr int tabWidth = 4;
 
 /// Far more bytes than the characters of a line have.
-constexpr std::size_t mostBytesALine = 16 * 1024;
+constexpr std::size_t mostBytesALine = std::size_t{16} << 10;
 
 bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;

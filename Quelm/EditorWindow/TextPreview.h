@@ -11,8 +11,8 @@
 
 namespace quelm {
 
-/// The beginning of a text, to be looked at: its first lines, each as far as a window can show. It reads a
-/// bounded number of bytes whatever the size of the text and of its lines.
+/// The beginning of a text, to be looked at: its first lines, each as far as a window can show. It reads a bounded
+/// number of bytes whatever the size of the text and of its lines.
 class TextPreview : public QAbstractScrollArea {
     Q_OBJECT
 

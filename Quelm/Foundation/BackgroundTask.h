@@ -11,8 +11,8 @@
 
 namespace quelm {
 
-/// The handle of work that runs on another thread. Destroying or replacing it cancels: the stop token of the
-/// work is requested and its result, should there still be one, is dropped. For the thread that started it.
+/// The handle of work that runs on another thread. Destroying or replacing it cancels: the stop token of the work is
+/// requested and its result, should there still be one, is dropped. For the thread that started it.
 class [[nodiscard]] BackgroundTask {
 public:
     /// A handle of nothing.
@@ -53,17 +53,16 @@ private:
     std::shared_ptr<State> state_;
 };
 
-/// Runs `work(std::stop_token)` on a thread of the pool, then `finished(result)` on the thread that called,
-/// from its event loop, unless the task was cancelled or `context` is gone by then. `work` must neither throw
-/// nor touch objects of the calling thread. Work that has begun is waited for before the pool is gone.
+/// Runs `work(std::stop_token)` on a thread of the pool, then `finished(result)` on the thread that called, from its
+/// event loop, unless the task was cancelled or `context` is gone by then. `work` must neither throw nor touch objects
+/// of the calling thread. Work that has begun is waited for before the pool is gone.
 template <typename Work, typename Finished>
 BackgroundTask startInBackground(QThreadPool& pool, QObject* context, Work work, Finished finished) {
     using Result = std::invoke_result_t<Work&, std::stop_token>;
     auto state = std::make_shared<BackgroundTask::State>();
     auto promise = std::make_shared<QPromise<Result>>();
 
-    // A watcher dies with the context, which a plain call from the other thread could not notice without a
-    // race.
+    // A watcher dies with the context, which a plain call from the other thread could not notice without a race.
     auto* watcher = new QFutureWatcher<Result>(context);
     QObject::connect(watcher, &QFutureWatcherBase::finished, watcher,
                      [watcher, state, finished = std::move(finished)]() mutable {

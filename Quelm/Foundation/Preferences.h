@@ -11,9 +11,8 @@
 
 class QSettings;
 
-/// The user's preferences. Every call reads or writes the per-user store, so that a change counts from the
-/// next use on and nothing has to be told about it. An unknown stored text reads as the default. For the main
-/// thread.
+/// The user's preferences. Every call reads or writes the per-user store, so that a change counts from the next use on
+/// and nothing has to be told about it. An unknown stored text reads as the default. For the main thread.
 namespace quelm::Preferences {
 
 /// The editor in which a file opens.
@@ -44,8 +43,7 @@ void setInitialMode(InitialMode mode);
 /// How formatting, pretty exports and copies are written: never compact.
 JSONStyle preferredStyle();
 
-/// The store behind the functions above, for other facts that belong to the user's installation (the place of
-/// windows).
+/// The store behind the functions above, for other facts that belong to the user's installation (the place of windows).
 std::unique_ptr<QSettings> openStore();
 
 /// While it lives, preferences are kept in one file of its own instead of the user's: for tests. Not nested.

@@ -10,8 +10,7 @@ namespace quelm {
 
 namespace {
 
-/// Up to here a value of the bar is a pixel. Far enough from the largest integer for a style to add page and
-/// value.
+/// Up to here a value of the bar is a pixel. Far enough from the largest integer for a style to add page and value.
 constexpr std::int64_t longestBar = 1 << 30;
 
 } // namespace

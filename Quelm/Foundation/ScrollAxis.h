@@ -8,10 +8,9 @@ class QScrollBar;
 
 namespace quelm {
 
-/// One direction of scrolling with 64-bit positions, shown on a scroll bar whose own values are plain
-/// integers: content may be longer than a scroll bar can count. Positions are logical pixels from the start
-/// of the content, always from 0 to `maximum()`. The axis takes the bar over: nobody else sets its range or
-/// value.
+/// One direction of scrolling with 64-bit positions, shown on a scroll bar whose own values are plain integers: content
+/// may be longer than a scroll bar can count. Positions are logical pixels from the start of the content, always from 0
+/// to `maximum()`. The axis takes the bar over: nobody else sets its range or value.
 class ScrollAxis : public QObject {
     Q_OBJECT
 
@@ -19,8 +18,8 @@ public:
     /// `bar` must outlive the axis.
     explicit ScrollAxis(QScrollBar& bar, QObject* parent = nullptr);
 
-    /// How long the content is, how much of it is visible at once (both at least 0), and how far one step
-    /// goes (above 0). The position stays, as far as it still exists.
+    /// How long the content is, how much of it is visible at once (both at least 0), and how far one step goes (above
+    /// 0). The position stays, as far as it still exists.
     void setExtent(std::int64_t contentLength, std::int64_t visibleLength, std::int64_t step);
 
     std::int64_t position() const { return position_; }

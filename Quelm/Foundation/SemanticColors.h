@@ -9,9 +9,8 @@
 
 namespace quelm {
 
-/// What a colour stands for. Texts in the colours from `purple` to `secondaryText` can be read (a contrast
-/// of 4.5 to 1 or more) on the content background, its alternate rows, both selections and the tint of their
-/// own badge.
+/// What a colour stands for. Texts in the colours from `purple` to `secondaryText` can be read (a contrast of 4.5 to 1
+/// or more) on the content background, its alternate rows, both selections and the tint of their own badge.
 enum class ColorRole : std::uint8_t {
     purple,
     indigo,

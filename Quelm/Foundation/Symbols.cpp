@@ -42,8 +42,8 @@ QImage renderSymbol(const QString& name, QSize devicePixels, const QColor& color
     return image;
 }
 
-/// The symbol for a device, from the cache that all windows share. Half-way turns last for one frame and stay
-/// out of it.
+/// The symbol for a device, from the cache that all windows share. Half-way turns last for one frame and stay out of
+/// it.
 QPixmap symbolPixmap(const QString& name, QSize devicePixels, const QColor& color, double degrees) {
     const auto key = QStringLiteral("quelm.%1.%2x%3.%4.%5")
                          .arg(name)
@@ -91,8 +91,8 @@ QIcon symbolIcon(const QString& name, ColorRole role) {
 
 void paintSymbol(QPainter& painter, const QString& name, const QRectF& area, const QColor& color,
                  double clockwiseDegrees) {
-    // Snapped to the device's pixels, or a fractional ratio would blur every edge. The transformation knows
-    // the ratio also where a widget is rendered into a picture of another one.
+    // Snapped to the device's pixels, or a fractional ratio would blur every edge. The transformation knows the ratio
+    // also where a widget is rendered into a picture of another one.
     const double ratio = painter.deviceTransform().m11();
     const QPointF origin = painter.deviceTransform().map(area.topLeft());
     const QPointF snapped(std::round(origin.x()), std::round(origin.y()));

@@ -10,9 +10,8 @@
 
 namespace quelm {
 
-/// Symbols are drawings of one colour, named as in "chevron.right" and kept as vectors in the application's
-/// resources; a name without a drawing is a programming error. They are rendered when first painted, at the
-/// device's own pixels.
+/// Symbols are drawings of one colour, named as in "chevron.right" and kept as vectors in the application's resources;
+/// a name without a drawing is a programming error. They are rendered when first painted, at the device's own pixels.
 
 /// An icon in the colour of the role, which follows the application's appearance whenever it is painted.
 QIcon symbolIcon(const QString& name, ColorRole role);

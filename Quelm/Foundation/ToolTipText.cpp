@@ -12,8 +12,8 @@ namespace {
 constexpr std::int64_t mostCharacters = 400;
 constexpr int lineLength = 80;
 
-/// The length in UTF-16 units of the first line of a text: up to `lineLength` characters, after a space if
-/// there is one in the second half. Long values often have none.
+/// The length in UTF-16 units of the first line of a text: up to `lineLength` characters, after a space if there is one
+/// in the second half. Long values often have none.
 qsizetype firstLineLength(const QString& text) {
     QTextBoundaryFinder boundaries(QTextBoundaryFinder::Grapheme, text);
     for (int characters = 0; characters < lineLength; ++characters) {

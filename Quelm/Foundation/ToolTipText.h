@@ -6,8 +6,8 @@
 
 namespace quelm {
 
-/// A text of any length as a tooltip shows it: its first few hundred characters, in lines short enough to be
-/// read, never taken for markup. The text must be well-formed UTF-8.
+/// A text of any length as a tooltip shows it: its first few hundred characters, in lines short enough to be read,
+/// never taken for markup. The text must be well-formed UTF-8.
 QString toolTipText(std::string_view utf8);
 
 } // namespace quelm

@@ -8,8 +8,7 @@ namespace quelm {
 
 namespace {
 
-/// A cluster may be of any length; real texts have no more bytes a character than this, and a few longer
-/// ones.
+/// A cluster may be of any length; real texts have no more bytes a character than this, and a few longer ones.
 constexpr std::size_t bytesPerCharacter = 16;
 constexpr std::size_t bytesForLongOnes = 1024;
 

@@ -14,10 +14,10 @@ struct VisibleText {
     bool isCut = false;
 };
 
-/// The first `characters` of a well-formed UTF-8 text (fewer when they are absurdly long), with everything
-/// that would break a line, reverse it or stay unseen drawn as a sign: "⏎" for line breaks, "⇥" for tabs, the
-/// pictures of other control characters, and the escapes of the controls that have no picture. Looks at the
-/// beginning of the text only, so that its cost is bounded whatever the text.
+/// The first `characters` of a well-formed UTF-8 text (fewer when they are absurdly long), with everything that would
+/// break a line, reverse it or stay unseen drawn as a sign: "⏎" for line breaks, "⇥" for tabs, the pictures of other
+/// control characters, and the escapes of the controls that have no picture. Looks at the beginning of the text only,
+/// so that its cost is bounded whatever the text.
 VisibleText visibleText(std::string_view utf8, std::int64_t characters);
 
 /// The same for a text that has been cut elsewhere.

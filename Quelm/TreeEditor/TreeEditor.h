@@ -11,10 +11,9 @@
 
 namespace quelm {
 
-/// The controller of a window's tree mode: the visible outline of the document's tree and the selected node.
-/// It has no widgets. Operations do nothing while the document shows its text or has no tree, and an
-/// operation on the selection nothing while there is none or it is not part of the document any more. For the
-/// main thread.
+/// The controller of a window's tree mode: the visible outline of the document's tree and the selected node. It has no
+/// widgets. Operations do nothing while the document shows its text or has no tree, and an operation on the selection
+/// nothing while there is none or it is not part of the document any more. For the main thread.
 class TreeEditor : public QObject {
     Q_OBJECT
 
@@ -36,8 +35,8 @@ public:
     void setSelection(std::optional<NodeID> selection);
     void select(NodeID id) { setSelection(id); }
 
-    /// Makes the rows anew with the top-level value open; a selection that has no row afterwards goes to it.
-    /// Happens by itself whenever the document's revision changes. O(rows).
+    /// Makes the rows anew with the top-level value open; a selection that has no row afterwards goes to it. Happens by
+    /// itself whenever the document's revision changes. O(rows).
     void reload();
 
     /// The node to the opposite state, with all containers below it when `recursive`.
@@ -46,8 +45,7 @@ public:
     /// Whether there was something to expand: an expanded container only counts when `recursive`.
     bool expandSelection(bool recursive);
 
-    /// Collapses the selected container, or goes to the parent of what is not expanded; false at the
-    /// top-level value.
+    /// Collapses the selected container, or goes to the parent of what is not expanded; false at the top-level value.
     bool collapseOrSelectParent();
 
     /// Every container; collapsing leaves the top-level value open. O(nodes).

@@ -9,12 +9,11 @@ namespace quelm {
 
 class TreeEditor;
 
-/// The contents of the rows in and around the viewport, made when first asked for: a row whose key takes
-/// megabytes is copied once, not in every frame.
+/// The contents of the rows in and around the viewport, made when first asked for: a row whose key takes megabytes is
+/// copied once, not in every frame.
 class TreeRowCache {
 public:
-    /// The row at a position of the editor's outline, which must have it. Valid until the next `clear` or
-    /// `keepOnly`.
+    /// The row at a position of the editor's outline, which must have it. Valid until the next `clear` or `keepOnly`.
     const TreeRowContents& contents(std::int64_t row, const TreeEditor& editor, const TreeRowStyle& style);
 
     /// For another outline or style.

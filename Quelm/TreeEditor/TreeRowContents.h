@@ -9,13 +9,12 @@
 
 namespace quelm {
 
-/// What a row shows, as texts of one line that are short enough to be measured and painted at any time, with
-/// their widths.
+/// What a row shows, as texts of one line that are short enough to be measured and painted at any time, with their
+/// widths.
 struct TreeRowContents {
     enum class LabelKind : std::uint8_t { key, index, root };
 
-    /// Makes all of it once. O(the key) for the row's copy is the caller's; what is looked at here is
-    /// bounded.
+    /// Looks at a bounded part of the row's key and value, however long they are.
     TreeRowContents(const TreeRow& row, const TreeRowStyle& style);
 
     /// The face in which the label is set.

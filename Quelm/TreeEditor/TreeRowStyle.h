@@ -11,8 +11,8 @@
 
 namespace quelm {
 
-/// The look of the tree's rows under one palette and font scale: fonts with their metrics, colours, and
-/// lengths in logical pixels. All rows are of one height. Made anew when either changes.
+/// The look of the tree's rows under one palette and font scale: fonts with their metrics, colours, and lengths in
+/// logical pixels. All rows are of one height. Made anew when either changes.
 struct TreeRowStyle {
     /// A font with the metrics that measure it.
     struct Face {

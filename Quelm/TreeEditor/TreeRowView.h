@@ -19,13 +19,12 @@ enum class TreeRowPart : std::uint8_t { chevron, badge, label, duplicateMark, va
 /// How a row stands out among the others.
 enum class TreeRowEmphasis : std::uint8_t { none, alternate, inactiveSelection, selection };
 
-/// One row at its place in the view, laid out to be painted or to be asked what lies at a point. It is made
-/// for the moment and refers to its style and contents, which must outlive it. Coordinates are the view's
-/// logical pixels.
+/// One row at its place in the view, laid out to be painted or to be asked what lies at a point. It is made for the
+/// moment and refers to its style and contents, which must outlive it. Coordinates are the view's logical pixels.
 class TreeRowView {
 public:
-    /// `area` is the row's stretch of the view; `contentX` is where a row of depth 0 would begin, to the left
-    /// of the area when the view is scrolled.
+    /// `area` is the row's stretch of the view; `contentX` is where a row of depth 0 would begin, to the left of the
+    /// area when the view is scrolled.
     TreeRowView(const TreeRowStyle& style, const TreeRowContents& contents, const QRect& area, std::int64_t contentX);
 
     /// `chevronDegrees`: how far the chevron is turned at this moment; 90 when the row is expanded.

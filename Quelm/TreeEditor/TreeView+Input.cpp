@@ -52,8 +52,7 @@ bool TreeView::moveSelection(QKeyEvent* event) {
     const std::optional<NodeID> selection = editor_.selection();
     const auto selectedRow = selection ? editor_.outline().index(*selection) : std::nullopt;
     const std::int64_t near = rowNearSelection().value_or(0);
-    // With the selection out of sight in a collapsed container, the first arrow comes back to what can be
-    // seen.
+    // With the selection out of sight in a collapsed container, the first arrow comes back to what can be seen.
     const std::int64_t step = selectedRow ? 1 : 0;
 
     std::int64_t row = near;
@@ -117,7 +116,7 @@ bool TreeView::expandOrScrollRight(bool recursive) {
         return true;
     }
     const std::int64_t before = horizontal_.position();
-    horizontal_.scrollBy(4 * style_.indentation);
+    horizontal_.scrollBy(horizontalStep());
     return horizontal_.position() != before;
 }
 
@@ -131,7 +130,7 @@ bool TreeView::collapseOrScrollLeft() {
         return true;
     }
     const std::int64_t before = horizontal_.position();
-    horizontal_.scrollBy(-4 * style_.indentation);
+    horizontal_.scrollBy(-horizontalStep());
     return horizontal_.position() != before;
 }
 

@@ -173,7 +173,7 @@ void TreeView::lookChanged() {
 
 void TreeView::updateExtents() {
     const std::int64_t rows = hasRows() ? editor_.outline().rowCount() : 0;
-    vertical_.setExtent(rows * style_.rowHeight + 2 * style_.verticalMargin, viewport()->height(), style_.rowHeight);
+    vertical_.setExtent(contentTop(rows) + style_.verticalMargin, viewport()->height(), style_.rowHeight);
     includeVisibleDepths();
 }
 
@@ -182,7 +182,7 @@ void TreeView::includeVisibleDepths() {
     for (std::int64_t row = visible.first; row < visible.end; ++row)
         deepestSeen_ = std::max(deepestSeen_, editor_.outline().rowDepth(row));
     const std::int64_t width = style_.contentInset + deepestSeen_ * style_.indentation + style_.leastContentWidth;
-    horizontal_.setExtent(width, viewport()->width(), 4 * style_.indentation);
+    horizontal_.setExtent(width, viewport()->width(), horizontalStep());
 }
 
 void TreeView::repaintRow(std::int64_t row) {

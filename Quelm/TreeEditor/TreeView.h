@@ -15,11 +15,11 @@ namespace quelm {
 
 class TreeEditor;
 
-/// The rows of a tree editor's outline. Every row is of one height, so that a place and a row are found from
-/// each other by arithmetic; only rows in the viewport are made and painted, whatever their number and depth.
+/// The rows of a tree editor's outline. Every row is of one height, so that a place and a row are found from each other
+/// by arithmetic; only rows in the viewport are made and painted, whatever their number and depth.
 ///
-/// The base is the scroll area, not an item view: the positions of an item view are plain integers and its
-/// items cost work per row, while rows can be given to assistive technology from the outline just as well.
+/// The base is the scroll area, not an item view: the positions of an item view are plain integers and its items cost
+/// work per row, while rows can be given to assistive technology from the outline just as well.
 class TreeView : public QAbstractScrollArea {
     Q_OBJECT
 
@@ -73,6 +73,7 @@ private:
     bool hasRows() const;
     RowRange visibleRows() const;
     std::int64_t contentTop(std::int64_t row) const;
+    std::int64_t horizontalStep() const { return std::int64_t{4} * style_.indentation; }
     TreeRowView rowView(std::int64_t row) const;
     TreeRowEmphasis emphasis(std::int64_t row, std::optional<std::int64_t> selectedRow) const;
 
@@ -99,8 +100,7 @@ private:
     ScrollAxis horizontal_;
     ChevronAnimation chevron_;
     mutable TreeRowCache cache_;
-    /// The depth of the deepest row that was visible since the outline last changed: how far there is to
-    /// scroll right.
+    /// The depth of the deepest row that was visible since the outline last changed: how far there is to scroll right.
     std::int64_t deepestSeen_ = 0;
     /// What wheel turns of less than a pixel have summed up to.
     QPointF wheelRemainder_;
