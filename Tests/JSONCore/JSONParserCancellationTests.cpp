@@ -77,6 +77,17 @@ TEST(JSONParserCancellation, AnEarlierErrorComesFirstAndALaterOneIsNotReached) {
     EXPECT_EQ(late.error(), JSONParseError::cancelled());
 }
 
+TEST(JSONParserCancellation, LooksAtAPlaceThatIsExactlyTheInterval) {
+    std::string text = "[" + std::string(interval - 2, ' ');
+    text.insert(1, "1");
+    text.resize(interval - 1);
+    text += ',';
+    ASSERT_EQ(text.size(), static_cast<std::size_t>(interval));
+    const auto atTheEnd = parseCancelled(text); // the value that is missing would start there
+    ASSERT_FALSE(atTheEnd);
+    EXPECT_EQ(atTheEnd.error(), JSONParseError::cancelled());
+}
+
 TEST(JSONParserCancellation, WithoutARequestLongTextsAreParsedWhole) {
     std::stop_source source;
     const auto tree = JSONParser::parse(test::rope("[" + repeated("1,", 2 * interval) + "1]"), source.get_token());

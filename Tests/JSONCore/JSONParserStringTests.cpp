@@ -200,19 +200,22 @@ TEST(JSONParserStrings, AnOpenStringIsAnErrorAtItsQuotationMark) {
     EXPECT_EQ(parseError("[\n1,\n  \"abc"), (JSONParseError{"Texto sin cerrar", 7, 3, 3}));
 }
 
+/// Checks the plain text as a literal, with an escape and with a fault before, behind and within.
+void expectReadAlike(const std::string& plain) {
+    ASSERT_EQ(decoded("\"" + plain + "\""), plain);
+    ASSERT_EQ(decoded("\"" + plain + "\\t\""), plain + "\t");
+    ASSERT_EQ(decoded("\"\\t" + plain + "\""), "\t" + plain);
+    ASSERT_EQ(decoded("\"" + plain + "é" + plain + "\""), plain + "é" + plain);
+    const auto end = static_cast<std::int64_t>(plain.size());
+    ASSERT_EQ(parseError("\"" + plain + "\x1F" + plain + "\"").offset, end + 1);
+    ASSERT_EQ(parseError("\"" + plain + "\\x" + plain + "\"").offset, end + 1);
+    ASSERT_EQ(parseError("\"" + plain).offset, 0);
+    ASSERT_EQ(parseError("[\"" + plain + "\" x").offset, end + 4);
+}
+
 TEST(JSONParserStrings, OfEveryLengthAreReadAlike) {
-    for (std::size_t length = 0; length < 300; ++length) {
-        const std::string plain(length, 'x');
-        ASSERT_EQ(decoded("\"" + plain + "\""), plain);
-        ASSERT_EQ(decoded("\"" + plain + "\\t\""), plain + "\t");
-        ASSERT_EQ(decoded("\"\\t" + plain + "\""), "\t" + plain);
-        ASSERT_EQ(decoded("\"" + plain + "é" + plain + "\""), plain + "é" + plain);
-        const auto end = static_cast<std::int64_t>(length);
-        ASSERT_EQ(parseError("\"" + plain + "\x1F" + plain + "\"").offset, end + 1);
-        ASSERT_EQ(parseError("\"" + plain + "\\x" + plain + "\"").offset, end + 1);
-        ASSERT_EQ(parseError("\"" + plain).offset, 0);
-        ASSERT_EQ(parseError("[\"" + plain + "\" x").offset, end + 4);
-    }
+    for (std::size_t length = 0; length < 300; ++length)
+        ASSERT_NO_FATAL_FAILURE(expectReadAlike(std::string(length, 'x')));
 }
 
 TEST(JSONParserStrings, OfMegabytesAreReadWithAndWithoutEscapes) {

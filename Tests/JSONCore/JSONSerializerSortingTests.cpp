@@ -71,6 +71,7 @@ TEST(JSONSerializerSorting, LeavesTheTreeInItsOrder) {
 TEST(JSONSerializerSorting, SortsTensOfThousandsOfMembersStably) {
     test::Random random(1);
     std::vector<std::pair<std::string, int>> members;
+    members.reserve(40'000);
     for (int i = 0; i < 40'000; ++i)
         members.emplace_back("k" + std::to_string(random.below(10'000)), i);
     const auto text = [&] {

@@ -6,6 +6,8 @@
 
 #include <functional>
 #include <gtest/gtest.h>
+#include <memory>
+#include <ranges>
 #include <thread>
 
 namespace quelm {
@@ -123,10 +125,9 @@ TEST(JSONTreeCopyOnWrite, ASecondEditNearByCopiesNothingMore) {
 TEST(JSONTreeCopyOnWrite, NothingIsCopiedOnceTheSnapshotIsGone) {
     JSONTree tree = parsed(records());
     const NodeID name = nodeAt(tree, {recordCount / 2, 1});
-    {
-        const JSONTree snapshot = tree;
-        EXPECT_EQ(snapshot.key(name), "name");
-    }
+    auto snapshot = std::make_unique<const JSONTree>(tree);
+    EXPECT_EQ(snapshot->key(name), "name");
+    snapshot.reset();
     EXPECT_EQ(bytesCopiedBy([&] { tree.apply(TreeEdit::setKey(name, "a")); }), 0U);
 }
 
@@ -137,8 +138,8 @@ TEST(JSONTreeCopyOnWrite, UndoOfEverythingAfterASnapshotRestoresAnEqualTree) {
     for (std::int64_t position = 0; position < recordCount; position += 1'000)
         undo.push_back(tree.apply(tree.removeChange(nodeAt(tree, {recordCount - 1 - position}))->edits));
     EXPECT_NE(tree, snapshot);
-    for (auto edits = undo.rbegin(); edits != undo.rend(); ++edits)
-        tree.apply(*edits);
+    for (const std::vector<TreeEdit>& edits : std::views::reverse(undo))
+        tree.apply(edits);
     EXPECT_EQ(tree, snapshot);
     EXPECT_EQ(tree.nodeCount(), snapshot.nodeCount());
     tree.checkInvariants();

@@ -186,8 +186,10 @@ TEST(TreeOutlineDeathTest, StopsAtIdsOutsideTheStoreAndRowsOutsideTheList) {
     EXPECT_DEATH(opened.outline.refresh(NodeID{-1}, opened.tree), "programming error");
     EXPECT_DEATH(opened.outline.setExpanded(NodeID{9}, true, false, opened.tree), "programming error");
     EXPECT_DEATH(opened.outline.reveal(NodeID{9}, opened.tree), "programming error");
-    EXPECT_DEATH(opened.outline.buildRows(NodeID{9}, 0, TreeRow::Label::root(), false, opened.tree),
-                 "programming error");
+    EXPECT_DEATH(opened.outline.update(edits, opened.tree), "programming error");
+    for (const NodeID id : {NodeID{9}, NodeID{-1}, NodeID{99'999'999}}) {
+        EXPECT_DEATH(opened.outline.buildRows(id, 0, TreeRow::Label::root(), false, opened.tree), "programming error");
+    }
 }
 
 } // namespace

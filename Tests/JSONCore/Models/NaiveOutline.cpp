@@ -109,7 +109,7 @@ void NaiveOutline::refresh(NodeID id, const NaiveTree& tree) {
     if (!position)
         return;
     const auto first = rows_.begin() + *position;
-    const TreeRow old = *first;
+    const TreeRow& old = *first;
     const auto last = std::find_if(first + 1, rows_.end(), [&](const TreeRow& row) { return row.depth <= old.depth; });
     const auto parent = tree[id].parent;
     std::vector<TreeRow> fresh;
