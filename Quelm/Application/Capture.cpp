@@ -7,7 +7,7 @@
 #include <QApplication>
 #include <QFileInfo>
 #include <QImage>
-#include <QImageWriter>
+#include <QSaveFile>
 
 #include <cstdio>
 
@@ -25,6 +25,9 @@ int fail(const QString& file, const QString& message) {
 } // namespace
 
 int captureWindow(DocumentController& controller, const QString& file, const QString& imageFile, double scale) {
+    if (QFileInfo(imageFile).suffix().compare(QStringLiteral("png"), Qt::CaseInsensitive) != 0)
+        return fail(imageFile,
+                    QCoreApplication::translate("quelm::Capture", "El nombre de la imagen debe acabar en .png."));
     std::expected<JSONContent, FileError> content = loadDocument(file);
     if (!content)
         return fail(file, content.error().message);
@@ -39,8 +42,8 @@ int captureWindow(DocumentController& controller, const QString& file, const QSt
     QImage image(window.size() * scale, QImage::Format_RGB32);
     image.setDevicePixelRatio(scale);
     window.render(&image);
-    QImageWriter writer(imageFile, "png");
-    if (!writer.write(image))
+    QSaveFile output(imageFile);
+    if (!output.open(QIODevice::WriteOnly) || !image.save(&output, "png") || !output.commit())
         return fail(imageFile, QCoreApplication::translate("quelm::Capture", "No se pudo escribir la imagen."));
     return 0;
 }

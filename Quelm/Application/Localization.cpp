@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QLibraryInfo>
+#include <QLocale>
 #include <QTranslator>
 
 #include <algorithm>
@@ -51,6 +52,9 @@ private:
 } // namespace
 
 void installTranslations(QApplication& application) {
+    // Numbers and dates go with the texts around them.
+    if (QLocale::system().language() != QLocale::Spanish)
+        QLocale::setDefault(QLocale(QLocale::Spanish, QLocale::Spain));
     auto* translator = new QTranslator(&application);
     if (translator->load(QStringLiteral("qtbase_es"), QLibraryInfo::path(QLibraryInfo::TranslationsPath)))
         QApplication::installTranslator(translator);

@@ -12,8 +12,10 @@ namespace quelm {
 namespace {
 
 QString previewNotice(const TextPreview& preview) {
-    return preview.isPartial() ? TextPage::tr("Vista previa de solo lectura: se muestra el principio del texto.")
-                               : TextPage::tr("Vista previa de solo lectura.");
+    if (!preview.isPartial())
+        return TextPage::tr("Vista previa de solo lectura.");
+    return preview.mark() ? TextPage::tr("Vista previa de solo lectura: se muestra el texto alrededor del error.")
+                          : TextPage::tr("Vista previa de solo lectura: se muestra el principio del texto.");
 }
 
 } // namespace
@@ -24,12 +26,14 @@ TextPage::TextPage(const JSONDocument& document, QWidget* parent) : QWidget(pare
     layout->setSpacing(0);
 
     const JSONContent& content = document.content();
-    preview_ = new TextPreview(JSONDocument::fileContents(content));
-    if (content.parseError) {
+    const SharedText text = JSONDocument::fileContents(content);
+    if (const auto& error = content.parseError) {
+        preview_ = new TextPreview(text, TextPreview::Place{error->offset, error->line});
         errorBar_ = new MessageBar(QStringLiteral("xmark.octagon.fill"), ColorRole::red);
         errorBar_->setText(parseErrorText(*content.parseError));
         layout->addWidget(errorBar_);
-        preview_->markLine(content.parseError->line);
+    } else {
+        preview_ = new TextPreview(text);
     }
     layout->addWidget(preview_, 1);
 

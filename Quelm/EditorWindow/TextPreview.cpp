@@ -24,11 +24,31 @@ constexpr std::size_t mostBytes = std::size_t{4} << 20;
 
 constexpr int tabWidth = 4;
 
+/// What is shown before a marked place: lines, and characters of its own line.
+constexpr std::int64_t linesBeforeMark = 100;
+constexpr std::size_t charactersBeforeMark = 120;
+
 /// Far more bytes than the characters of a line have.
 constexpr std::size_t mostBytesALine = std::size_t{16} << 10;
 
 bool isContinuation(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
+}
+
+/// Where the last line of a text starts.
+std::size_t startOfLine(std::string_view text) {
+    return text.rfind('\n') + 1; // npos + 1 is 0: the first line
+}
+
+/// The end of a text, of at most so many code points.
+std::string_view lastCharacters(std::string_view text, std::size_t count) {
+    std::size_t start = text.size();
+    for (; start > 0 && count > 0; --count) {
+        --start;
+        while (start > 0 && isContinuation(text[start]))
+            --start;
+    }
+    return text.substr(start);
 }
 
 /// Tabs indent text, so that here they are painted as room rather than as signs.
@@ -49,30 +69,69 @@ VisibleText shownLine(std::string_view line) {
 
 TextPreview::TextPreview(const SharedText& text, QWidget* parent)
     : QAbstractScrollArea(parent), font_(monospacedFont(TextStyle::body)), metrics_(font_) {
+    prepare();
+    addLines(text.view());
+}
+
+TextPreview::TextPreview(const SharedText& text, Place marked, QWidget* parent)
+    : QAbstractScrollArea(parent), font_(monospacedFont(TextStyle::body)), metrics_(font_) {
+    prepare();
+    const std::string_view before = text.view().substr(0, static_cast<std::size_t>(marked.offset));
+    const std::string_view after = text.view().substr(before.size());
+    const std::size_t lineStart = startOfLine(before);
+
+    // Lines before the marked one, as many as a few screens hold, if they are near.
+    std::size_t start = lineStart;
+    firstLineNumber_ = marked.line;
+    while (start > 0 && marked.line - firstLineNumber_ < linesBeforeMark) {
+        const std::size_t previous = startOfLine(before.substr(0, start - 1));
+        if (before.size() - previous > mostBytes)
+            break;
+        start = previous;
+        --firstLineNumber_;
+    }
+    isPartial_ = start > 0;
+    addLines(before.substr(start, lineStart - start));
+    const std::size_t lineEnd = std::min(after.find('\n'), after.size());
+    addMarkedLine(before.substr(lineStart), after.substr(0, lineEnd));
+    addLines(after.substr(std::min(after.size(), lineEnd + 1)));
+    isMarkToBeShown_ = true;
+}
+
+void TextPreview::prepare() {
     setAccessibleName(tr("Vista previa del texto"));
     setFrameShape(NoFrame);
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setBackgroundRole(QPalette::Base);
-
-    std::string_view rest = text.view().substr(0, mostBytes);
-    while (!rest.empty() && lines_.size() < mostLines) {
-        const std::size_t end = std::min(rest.find('\n'), rest.size());
-        std::string_view line = rest.substr(0, end);
-        rest.remove_prefix(std::min(rest.size(), end + 1));
-        if (line.ends_with('\r'))
-            line.remove_suffix(1);
-        const VisibleText shown = shownLine(line);
-        lines_ += shown.text;
-        isPartial_ = isPartial_ || shown.isCut;
-    }
-    isPartial_ = isPartial_ || !rest.empty() || text.size() > mostBytes;
 }
 
-void TextPreview::markLine(std::int64_t line) {
-    markedLine_ = line;
-    isMarkToBeShown_ = true;
-    updateExtents();
-    viewport()->update();
+void TextPreview::addLine(std::string_view line) {
+    if (line.ends_with('\r'))
+        line.remove_suffix(1);
+    const VisibleText shown = shownLine(line);
+    lines_ += shown.text;
+    isPartial_ = isPartial_ || shown.isCut;
+}
+
+void TextPreview::addMarkedLine(std::string_view before, std::string_view after) {
+    const std::string_view near = lastCharacters(before, charactersBeforeMark);
+    QString text = near.size() < before.size() ? QStringLiteral("…") : QString();
+    isPartial_ = isPartial_ || near.size() < before.size();
+    text += shownLine(near).text;
+    mark_ = {lines_.size(), text.size()};
+    addLine(after);
+    lines_.last().prepend(text);
+}
+
+void TextPreview::addLines(std::string_view text) {
+    std::string_view rest = text.substr(0, mostBytes);
+    const qsizetype limit = lines_.size() + mostLines;
+    while (!rest.empty() && lines_.size() < limit) {
+        const std::size_t end = std::min(rest.find('\n'), rest.size());
+        addLine(rest.substr(0, end));
+        rest.remove_prefix(std::min(rest.size(), end + 1));
+    }
+    isPartial_ = isPartial_ || !rest.empty() || text.size() > mostBytes;
 }
 
 int TextPreview::lineHeight() const {
@@ -80,7 +139,8 @@ int TextPreview::lineHeight() const {
 }
 
 double TextPreview::gutterWidth() const {
-    const auto digits = static_cast<double>(QString::number(std::max<qsizetype>(lines_.size(), 100)).size());
+    const auto digits =
+        static_cast<double>(QString::number(std::max<qsizetype>(firstLineNumber_ + lines_.size(), 100)).size());
     return digits * metrics_.horizontalAdvance(u'0') + scaledPixels(28);
 }
 
@@ -97,20 +157,30 @@ void TextPreview::paintEvent(QPaintEvent* event) {
 
     for (qsizetype line = first; line < end; ++line) {
         const QRectF area(0, top + static_cast<int>(line) * height, viewport()->width(), height);
-        if (markedLine_ == line + 1) {
-            QColor mark = semanticColor(ColorRole::red, appearance);
-            mark.setAlphaF(static_cast<float>(badgeOpacity));
-            painter.fillRect(area, mark);
-        }
+        if (mark_ && mark_->line == line)
+            paintMark(painter, area, gutter - horizontalScrollBar()->value());
         painter.setPen(semanticColor(ColorRole::secondaryText, appearance));
         painter.drawText(QRectF(0, area.top(), gutter - scaledPixels(14), height), Qt::AlignRight | Qt::AlignVCenter,
-                         QString::number(line + 1));
+                         QString::number(firstLineNumber_ + line));
         painter.setPen(palette().color(QPalette::Text));
         painter.setClipRect(QRectF(gutter, area.top(), area.width() - gutter, height));
         const double baseline = area.top() + std::round((height + metrics_.ascent() - metrics_.descent()) / 2);
         painter.drawText(QPointF(gutter - horizontalScrollBar()->value(), baseline), lines_[line]);
         painter.setClipping(false);
     }
+}
+
+void TextPreview::paintMark(QPainter& painter, const QRectF& line, double textLeft) const {
+    QColor tint = semanticColor(ColorRole::red, appearanceOf(palette()));
+    const QRectF place(textLeft + markLeft(), line.bottom() - scaledPixels(3), metrics_.horizontalAdvance(u'0'),
+                       scaledPixels(2));
+    painter.fillRect(place, tint);
+    tint.setAlphaF(static_cast<float>(badgeOpacity));
+    painter.fillRect(line, tint);
+}
+
+double TextPreview::markLeft() const {
+    return metrics_.horizontalAdvance(lines_[mark_->line].left(mark_->character));
 }
 
 void TextPreview::showEvent(QShowEvent* event) {
@@ -152,10 +222,10 @@ void TextPreview::showMark() {
     if (!isMarkToBeShown_ || !isVisible())
         return;
     isMarkToBeShown_ = false;
-    if (*markedLine_ > lines_.size())
-        return;
-    const auto middle = static_cast<int>(*markedLine_ - 1) * lineHeight() - viewport()->height() / 2;
-    verticalScrollBar()->setValue(middle);
+    verticalScrollBar()->setValue(static_cast<int>(mark_->line) * lineHeight() - viewport()->height() / 2);
+    const double right = gutterWidth() + markLeft() + viewport()->width() / 4.0;
+    if (right > viewport()->width())
+        horizontalScrollBar()->setValue(static_cast<int>(right) - viewport()->width());
 }
 
 } // namespace quelm

@@ -73,7 +73,7 @@ TEST_F(EditorViewTests, APreviewSaysThatItIsOne) {
     EXPECT_EQ(bars.last()->text(), QStringLiteral("Vista previa de solo lectura."));
     replace("[" + std::string(100'000, ' '));
     EXPECT_EQ(text()->findChildren<MessageBar*>().last()->text(),
-              QStringLiteral("Vista previa de solo lectura: se muestra el principio del texto."));
+              QStringLiteral("Vista previa de solo lectura: se muestra el texto alrededor del error."));
 }
 
 TEST_F(EditorViewTests, TheEditorFollowsTheDocument) {
