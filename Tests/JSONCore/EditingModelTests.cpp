@@ -1,7 +1,7 @@
 // Random editing of random documents, compared with plain models of the tree and of its outline at every
 // step.
 
-#include "Tests/JSONCore/Models/EditingSession.h"
+#include "Tests/JSONCore/Models/EditedDocument.h"
 #include "Tests/JSONCore/Support/JSONText.h"
 #include "Tests/JSONCore/Support/Printing.h"
 #include "Tests/JSONCore/Support/RandomEditing.h"
@@ -13,21 +13,21 @@
 namespace quelm {
 namespace {
 
-using test::EditingSession;
+using test::EditedDocument;
 using test::Random;
 
 /// What the tree tells about a node and about keys must be what the model tells.
-void checkAnswers(const EditingSession& session, Random& random) {
-    const NodeID id = test::randomNode(session, random);
-    ASSERT_EQ(session.tree().path(id), session.model().path(id));
-    ASSERT_EQ(session.tree().indexInParent(id), session.model().indexInParent(id));
-    ASSERT_EQ(session.tree().subtreeSize(id), session.model().subtreeSize(id));
-    const NodeID parent = session.model()[id].parent.value_or(id);
-    if (session.model()[parent].kind != NodeKind::object)
+void checkAnswers(const EditedDocument& document, Random& random) {
+    const NodeID id = test::randomNode(document, random);
+    ASSERT_EQ(document.tree().path(id), document.model().path(id));
+    ASSERT_EQ(document.tree().indexInParent(id), document.model().indexInParent(id));
+    ASSERT_EQ(document.tree().subtreeSize(id), document.model().subtreeSize(id));
+    const NodeID parent = document.model()[id].parent.value_or(id);
+    if (document.model()[parent].kind != NodeKind::object)
         return;
-    const std::string key = random.oneIn(2) ? session.model()[id].key : test::randomKey(random);
-    ASSERT_EQ(session.tree().keyOccurrences(parent, key), session.model().keyOccurrences(parent, key)) << key;
-    ASSERT_EQ(session.tree().uniqueKey(key, parent), session.model().uniqueKey(key, parent)) << key;
+    const std::string key = random.oneIn(2) ? document.model()[id].key : test::randomKey(random);
+    ASSERT_EQ(document.tree().keyOccurrences(parent, key), document.model().keyOccurrences(parent, key)) << key;
+    ASSERT_EQ(document.tree().uniqueKey(key, parent), document.model().uniqueKey(key, parent)) << key;
 }
 
 struct Course {
@@ -41,23 +41,23 @@ struct Course {
     std::int64_t snapshotEvery;
 };
 
-void editAtRandom(EditingSession& session, const Course& course, Random& random) {
+void editAtRandom(EditedDocument& document, const Course& course, Random& random) {
     for (int step = 1; step <= course.steps; ++step) {
         SCOPED_TRACE("step " + std::to_string(step));
-        test::takeRandomStep(session, random, course.largestCopy);
+        test::takeRandomStep(document, random, course.largestCopy);
         if (step % course.rowsEvery == 0)
-            session.checkRows();
+            document.checkRows();
         if (step % course.nodesEvery == 0)
-            session.checkNodes();
-        checkAnswers(session, random);
+            document.checkNodes();
+        checkAnswers(document, random);
         if (random.oneIn(course.snapshotEvery))
-            session.keepSnapshot();
+            document.keepSnapshot();
         if (testing::Test::HasFailure())
             return;
     }
-    session.checkRows();
-    session.checkNodes();
-    session.checkSnapshots();
+    document.checkRows();
+    document.checkNodes();
+    document.checkSnapshots();
 }
 
 /// A document of that many members or elements, an inner container here and there. The keys of members come
@@ -80,44 +80,45 @@ std::string wideDocument(std::int64_t count, bool isObject, Random& random) {
 
 TEST(EditingModel, SmallDocumentsAgreeAtEveryStep) {
     test::forEachRound(400, [](Random& random) {
-        EditingSession session(test::randomJSON(random, {1 + random.below(60), 1 + random.below(12), random.oneIn(2)}));
-        editAtRandom(session, {200, 1, 1, 30, random.oneIn(2) ? 20 : 1'000}, random);
+        EditedDocument document(
+            test::randomJSON(random, {1 + random.below(60), 1 + random.below(12), random.oneIn(2)}));
+        editAtRandom(document, {200, 1, 1, 30, random.oneIn(2) ? 20 : 1'000}, random);
     });
 }
 
 TEST(EditingModel, DocumentsOfAFewThousandValuesAgreeAtEveryStep) {
     test::forEachRound(8, [](Random& random) {
-        EditingSession session(test::randomJSON(random, {3'000, 100 + random.below(2'000), random.oneIn(2)}));
-        session.setExpanded(session.tree().root(), true, true);
-        editAtRandom(session, {120, 4, 1, 3'000, random.oneIn(2) ? 40 : 1'000}, random);
+        EditedDocument document(test::randomJSON(random, {3'000, 100 + random.below(2'000), random.oneIn(2)}));
+        document.setExpanded(document.tree().root(), true, true);
+        editAtRandom(document, {120, 4, 1, 3'000, random.oneIn(2) ? 40 : 1'000}, random);
     });
 }
 
 TEST(EditingModel, WideArraysAgree) {
     test::forEachRound(2, [](Random& random) {
-        EditingSession session(wideDocument(40'000, false, random));
-        session.setExpanded(session.tree().root(), true, random.oneIn(2));
-        editAtRandom(session, {50, 25, 5, 1'000, 30}, random);
+        EditedDocument document(wideDocument(40'000, false, random));
+        document.setExpanded(document.tree().root(), true, random.oneIn(2));
+        editAtRandom(document, {50, 25, 5, 1'000, 30}, random);
     });
 }
 
 TEST(EditingModel, WideObjectsAgree) {
     test::forEachRound(2, [](Random& random) {
-        EditingSession session(wideDocument(12'000, true, random));
-        session.setExpanded(session.tree().root(), true, random.oneIn(2));
-        editAtRandom(session, {50, 25, 5, 1'000, 30}, random);
+        EditedDocument document(wideDocument(12'000, true, random));
+        document.setExpanded(document.tree().root(), true, random.oneIn(2));
+        editAtRandom(document, {50, 25, 5, 1'000, 30}, random);
     });
 }
 
 TEST(EditingModel, AWideContainerAgreesWhileItGrowsAndShrinks) {
     test::forEachRound(2, [](Random& random) {
-        EditingSession session(random.oneIn(2) ? "[[],0]" : R"({"a":{},"b":0})");
-        const NodeID container = session.model()[session.model().root()].children[0];
-        session.setExpanded(container, true, false);
-        const auto sizeNow = [&] { return static_cast<std::int64_t>(session.model()[container].children.size()); };
+        EditedDocument document(random.oneIn(2) ? "[[],0]" : R"({"a":{},"b":0})");
+        const NodeID container = document.model()[document.model().root()].children[0];
+        document.setExpanded(container, true, false);
+        const auto sizeNow = [&] { return static_cast<std::int64_t>(document.model()[container].children.size()); };
         const auto check = [&] {
-            session.checkRows();
-            session.checkNodes();
+            document.checkRows();
+            document.checkNodes();
             return !testing::Test::HasFailure();
         };
         // By thousands in one change, since the models are slow, each to a place of its own or all to one.
@@ -126,15 +127,15 @@ TEST(EditingModel, AWideContainerAgreesWhileItGrowsAndShrinks) {
             std::vector<TreeEdit> edits;
             const std::int64_t place = random.oneIn(2) ? random.below(sizeNow() + 1) : -1;
             for (std::int64_t i = 0; i < batch; ++i) {
-                const NodeID added = session.addNode(NodeKind::null, test::randomKey(random), "");
+                const NodeID added = document.addNode(NodeKind::null, test::randomKey(random), "");
                 edits.push_back(
                     TreeEdit::insert(added, container, place >= 0 ? place : random.below(sizeNow() + i + 1)));
             }
-            session.applyList(edits);
+            document.applyList(edits);
             ASSERT_TRUE(check());
         }
         while (sizeNow() > 100) {
-            auto left = session.model()[container].children;
+            auto left = document.model()[container].children;
             std::vector<TreeEdit> edits;
             const std::int64_t place = random.oneIn(2) ? random.below(sizeNow()) : -1;
             for (std::int64_t i = 0; i < batch && !left.empty(); ++i) {
@@ -143,11 +144,11 @@ TEST(EditingModel, AWideContainerAgreesWhileItGrowsAndShrinks) {
                 edits.push_back(TreeEdit::remove(*which));
                 left.erase(which);
             }
-            session.applyList(edits);
+            document.applyList(edits);
             ASSERT_TRUE(check());
         }
         for (int i = 0; i < 5; ++i) {
-            session.undo();
+            document.undo();
             ASSERT_TRUE(check());
         }
     });
@@ -155,21 +156,21 @@ TEST(EditingModel, AWideContainerAgreesWhileItGrowsAndShrinks) {
 
 TEST(EditingModel, UndoingEverythingRestoresTheDocumentAndRedoingTheResult) {
     test::forEachRound(60, [](Random& random) {
-        EditingSession session(test::randomJSON(random, {100, 20, true}));
-        const JSONTree before = session.tree();
+        EditedDocument document(test::randomJSON(random, {100, 20, true}));
+        const JSONTree before = document.tree();
         for (int step = 0; step < 80; ++step)
-            test::takeRandomStep(session, random, 100);
+            test::takeRandomStep(document, random, 100);
         // Steps may have undone something themselves.
-        const JSONTree after = session.tree();
+        const JSONTree after = document.tree();
         int undone = 0;
-        for (; session.canUndo(); ++undone)
-            session.undo();
-        ASSERT_EQ(session.tree(), before);
+        for (; document.canUndo(); ++undone)
+            document.undo();
+        ASSERT_EQ(document.tree(), before);
         for (; undone > 0; --undone)
-            session.redo();
-        ASSERT_EQ(session.tree(), after);
-        session.checkNodes();
-        session.checkRows();
+            document.redo();
+        ASSERT_EQ(document.tree(), after);
+        document.checkNodes();
+        document.checkRows();
     });
 }
 

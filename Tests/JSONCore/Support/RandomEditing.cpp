@@ -8,8 +8,8 @@ namespace quelm::test {
 
 namespace {
 
-NodeID anyNode(const EditingSession& session, Random& random) {
-    return NodeID{static_cast<std::int32_t>(1 + random.below(session.model().storedNodeCount() - 1))};
+NodeID anyNode(const EditedDocument& document, Random& random) {
+    return NodeID{static_cast<std::int32_t>(1 + random.below(document.model().storedNodeCount() - 1))};
 }
 
 NodeKind scalarKind(Random& random) {
@@ -29,20 +29,20 @@ std::string scalarText(NodeKind kind, Random& random) {
     }
 }
 
-void commitValue(EditingSession& session, NodeID id, Random& random) {
-    if (isContainer(session.model()[id].kind))
+void commitValue(EditedDocument& document, NodeID id, Random& random) {
+    if (isContainer(document.model()[id].kind))
         return;
-    const NodeKind kind = random.oneIn(2) ? scalarKind(random) : session.model()[id].kind;
-    session.applyThereAndBack(TreeEdit::setValue(id, kind, scalarText(kind, random)));
+    const NodeKind kind = random.oneIn(2) ? scalarKind(random) : document.model()[id].kind;
+    document.applyThereAndBack(TreeEdit::setValue(id, kind, scalarText(kind, random)));
 }
 
 /// A few edits that fit one after another, found out on a copy of the model.
-std::vector<TreeEdit> fittingEdits(const EditingSession& session, Random& random) {
-    NaiveTree trial = session.model();
+std::vector<TreeEdit> fittingEdits(const EditedDocument& document, Random& random) {
+    NaiveTree trial = document.model();
     std::vector<TreeEdit> edits;
     std::vector<NodeID> removed;
     for (std::int64_t i = 1 + random.below(5); i > 0; --i) {
-        const NodeID id = !removed.empty() && random.oneIn(2) ? random.oneOf(removed) : randomNode(session, random);
+        const NodeID id = !removed.empty() && random.oneIn(2) ? random.oneOf(removed) : randomNode(document, random);
         const NaiveNode& node = trial[id];
         std::optional<TreeEdit> edit;
         if (random.oneIn(3)) {
@@ -54,7 +54,7 @@ std::vector<TreeEdit> fittingEdits(const EditingSession& session, Random& random
             edit = TreeEdit::remove(id);
             removed.push_back(id);
         } else if (!node.parent) {
-            const NodeID parent = randomNode(session, random);
+            const NodeID parent = randomNode(document, random);
             if (isContainer(trial[parent].kind) && !trial.isInSubtree(parent, id))
                 edit = TreeEdit::insert(id, parent,
                                         random.below(static_cast<std::int64_t>(trial[parent].children.size()) + 1));
@@ -68,114 +68,114 @@ std::vector<TreeEdit> fittingEdits(const EditingSession& session, Random& random
 }
 
 /// A container that has a row, or the parent of a node.
-NodeID randomContainer(const EditingSession& session, Random& random) {
-    NodeID id = randomNode(session, random);
+NodeID randomContainer(const EditedDocument& document, Random& random) {
+    NodeID id = randomNode(document, random);
     if (!random.oneIn(3))
-        id = session.outline().rowID(random.below(session.outline().rowCount()));
-    if (isContainer(session.model()[id].kind))
+        id = document.outline().rowID(random.below(document.outline().rowCount()));
+    if (isContainer(document.model()[id].kind))
         return id;
-    const NodeID parent = session.model()[id].parent.value_or(id);
+    const NodeID parent = document.model()[id].parent.value_or(id);
     return parent == JSONTree::holder ? id : parent;
 }
 
-void changeView(EditingSession& session, Random& random) {
-    const NodeID id = randomContainer(session, random);
+void changeView(EditedDocument& document, Random& random) {
+    const NodeID id = randomContainer(document, random);
     switch (random.below(8)) {
     case 0:
     case 1:
-        session.reveal(randomNode(session, random));
+        document.reveal(randomNode(document, random));
         break;
     case 2:
-        session.setExpanded(id, random.oneIn(2), true);
+        document.setExpanded(id, random.oneIn(2), true);
         break;
     case 3:
         if (random.oneIn(8))
-            session.rebuild();
+            document.rebuild();
         break;
     default:
-        session.setExpanded(id, !random.oneIn(3), false);
+        document.setExpanded(id, !random.oneIn(3), false);
     }
 }
 
-void edit(EditingSession& session, Random& random, std::int64_t largestCopy) {
-    const NodeID id = randomNode(session, random);
-    const bool isTop = id == session.model().root();
+void edit(EditedDocument& document, Random& random, std::int64_t largestCopy) {
+    const NodeID id = randomNode(document, random);
+    const bool isTop = id == document.model().root();
     switch (random.below(12)) {
     case 0:
-        session.insert(id, random.oneIn(2));
+        document.insert(id, random.oneIn(2));
         break;
     case 1:
-        session.paste(randomJSON(random, {1 + random.below(20), 6, random.oneIn(2)}), id, random.oneIn(2));
+        document.paste(randomJSON(random, {1 + random.below(20), 6, random.oneIn(2)}), id, random.oneIn(2));
         break;
     case 2:
-        if (session.model().subtreeSize(id) <= largestCopy)
-            session.duplicate(id);
+        if (document.model().subtreeSize(id) <= largestCopy)
+            document.duplicate(id);
         break;
     case 3:
         if (!isTop || random.oneIn(30))
-            session.changeKind(id, random.oneOf(allNodeKinds));
+            document.changeKind(id, random.oneOf(allNodeKinds));
         break;
     case 4:
-        session.move(id, random.oneIn(2) ? 1 : -1);
+        document.move(id, random.oneIn(2) ? 1 : -1);
         break;
     case 5:
-        session.move(id, random.below(100) - 50);
+        document.move(id, random.below(100) - 50);
         break;
     case 6:
-        if (session.model().subtreeSize(id) * 4 < session.model().nodeCount() || random.oneIn(10))
-            session.remove(id);
+        if (document.model().subtreeSize(id) * 4 < document.model().nodeCount() || random.oneIn(10))
+            document.remove(id);
         break;
     case 7:
     case 8:
-        session.apply(TreeEdit::setKey(id, randomKey(random)));
+        document.apply(TreeEdit::setKey(id, randomKey(random)));
         break;
     case 9:
-        session.applyThereAndBack(TreeEdit::setKey(id, randomKey(random)));
+        document.applyThereAndBack(TreeEdit::setKey(id, randomKey(random)));
         break;
     case 10:
-        session.applyList(fittingEdits(session, random));
+        document.applyList(fittingEdits(document, random));
         break;
     default:
-        commitValue(session, id, random);
+        commitValue(document, id, random);
     }
 }
 
 } // namespace
 
-NodeID randomNode(const EditingSession& session, Random& random) {
-    const NaiveTree& model = session.model();
+NodeID randomNode(const EditedDocument& document, Random& random) {
+    const NaiveTree& model = document.model();
     for (int attempt = 0; attempt < 50 && !random.oneIn(60); ++attempt) {
-        const NodeID id = anyNode(session, random);
+        const NodeID id = anyNode(document, random);
         if (model.isInSubtree(id, model.root()))
             return id;
     }
-    return anyNode(session, random);
+    return anyNode(document, random);
 }
 
-void takeRandomStep(EditingSession& session, Random& random, std::int64_t largestCopy) {
+void takeRandomStep(EditedDocument& document, Random& random, std::int64_t largestCopy) {
     switch (random.below(16)) {
     case 0:
     case 1:
     case 2:
-        changeView(session, random);
+        changeView(document, random);
         break;
     case 3:
     case 4:
         for (std::int64_t i = 1 + random.below(4); i > 0; --i)
-            session.undo();
+            document.undo();
         break;
     case 5:
         for (std::int64_t i = 1 + random.below(4); i > 0; --i)
-            session.redo();
+            document.redo();
         break;
     case 6:
         if (random.oneIn(4))
-            session.passTreeOn();
+            document.passTreeOn();
         else
-            session.addNode(NodeKind::array, randomKey(random), "");
+            document.addNode(NodeKind::array, randomKey(random), "");
         break;
     default:
-        edit(session, random, largestCopy);
+        edit(document, random, largestCopy);
     }
 }
 

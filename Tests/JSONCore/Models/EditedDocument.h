@@ -13,9 +13,9 @@ namespace quelm::test {
 
 /// A document being edited in its tree, with undo, done twice: by the library and by the models. Every
 /// operation fails the test when the two give different results; `check…` compare all that they hold.
-class EditingSession {
+class EditedDocument {
 public:
-    explicit EditingSession(const std::string& text);
+    explicit EditedDocument(const std::string& text);
 
     const JSONTree& tree() const { return tree_; }
     const TreeOutline& outline() const { return outline_; }

@@ -1,4 +1,4 @@
-#include "Tests/JSONCore/Models/EditingSession.h"
+#include "Tests/JSONCore/Models/EditedDocument.h"
 
 #include "Tests/JSONCore/Models/NaiveParser.h"
 #include "Tests/JSONCore/Support/JSONText.h"
@@ -9,48 +9,48 @@
 
 namespace quelm::test {
 
-EditingSession::EditingSession(const std::string& text) : tree_(parsed(text)), model_(naiveParse(text).value()) {
+EditedDocument::EditedDocument(const std::string& text) : tree_(parsed(text)), model_(naiveParse(text).value()) {
     rebuild();
 }
 
-void EditingSession::insert(NodeID target, bool inside) {
+void EditedDocument::insert(NodeID target, bool inside) {
     perform(tree_.insertChange(target, inside), model_.insertChange(target, inside));
 }
 
-void EditingSession::paste(const std::string& text, NodeID target, bool inside) {
+void EditedDocument::paste(const std::string& text, NodeID target, bool inside) {
     perform(tree_.pasteChange(parsed(text), target, inside),
             model_.pasteChange(naiveParse(text).value(), target, inside));
 }
 
-void EditingSession::duplicate(NodeID id) {
+void EditedDocument::duplicate(NodeID id) {
     perform(tree_.duplicateChange(id), model_.duplicateChange(id));
 }
 
-void EditingSession::changeKind(NodeID id, NodeKind kind) {
+void EditedDocument::changeKind(NodeID id, NodeKind kind) {
     perform(tree_.kindChange(id, kind), model_.kindChange(id, kind));
 }
 
-void EditingSession::move(NodeID id, std::int64_t offset) {
+void EditedDocument::move(NodeID id, std::int64_t offset) {
     perform(tree_.moveChange(id, offset), model_.moveChange(id, offset));
 }
 
-void EditingSession::remove(NodeID id) {
+void EditedDocument::remove(NodeID id) {
     perform(tree_.removeChange(id), model_.removeChange(id));
 }
 
-void EditingSession::perform(const std::optional<TreeChange>& change, const std::optional<TreeChange>& expected) {
+void EditedDocument::perform(const std::optional<TreeChange>& change, const std::optional<TreeChange>& expected) {
     ASSERT_EQ(change, expected);
     ASSERT_EQ(tree_.storedNodeCount(), model_.storedNodeCount());
     if (change)
         applyList(change->edits);
 }
 
-void EditingSession::applyList(const std::vector<TreeEdit>& edits) {
+void EditedDocument::applyList(const std::vector<TreeEdit>& edits) {
     undoList_.push_back(carryOut(edits));
     redoList_.clear();
 }
 
-std::vector<TreeEdit> EditingSession::carryOut(const std::vector<TreeEdit>& edits) {
+std::vector<TreeEdit> EditedDocument::carryOut(const std::vector<TreeEdit>& edits) {
     const std::vector<TreeEdit> inverses = tree_.apply(edits);
     EXPECT_EQ(inverses, model_.apply(edits));
     std::vector<TreeEdit> all = edits;
@@ -64,7 +64,7 @@ std::vector<TreeEdit> EditingSession::carryOut(const std::vector<TreeEdit>& edit
     return inverses;
 }
 
-void EditingSession::applyThereAndBack(const TreeEdit& edit) {
+void EditedDocument::applyThereAndBack(const TreeEdit& edit) {
     const JSONTree before = tree_;
     apply(edit);
     const JSONTree after = tree_;
@@ -76,7 +76,7 @@ void EditingSession::applyThereAndBack(const TreeEdit& edit) {
     ASSERT_EQ(tree_.nodeCount(), after.nodeCount());
 }
 
-void EditingSession::replay(std::vector<std::vector<TreeEdit>>& from, std::vector<std::vector<TreeEdit>>& to) {
+void EditedDocument::replay(std::vector<std::vector<TreeEdit>>& from, std::vector<std::vector<TreeEdit>>& to) {
     if (from.empty())
         return;
     const std::vector<TreeEdit> edits = std::move(from.back());
@@ -84,42 +84,42 @@ void EditingSession::replay(std::vector<std::vector<TreeEdit>>& from, std::vecto
     to.push_back(carryOut(edits));
 }
 
-void EditingSession::setExpanded(NodeID id, bool isExpanded, bool recursive) {
+void EditedDocument::setExpanded(NodeID id, bool isExpanded, bool recursive) {
     outline_.setExpanded(id, isExpanded, recursive, tree_);
     outlineModel_.setExpanded(id, isExpanded, recursive, model_);
 }
 
-void EditingSession::reveal(NodeID id) {
+void EditedDocument::reveal(NodeID id) {
     outline_.reveal(id, tree_);
     outlineModel_.reveal(id, model_);
 }
 
-void EditingSession::rebuild() {
+void EditedDocument::rebuild() {
     outline_.rebuild(tree_);
     outlineModel_.rebuild(model_);
 }
 
-NodeID EditingSession::addNode(NodeKind kind, std::string_view key, std::string_view scalar) {
+NodeID EditedDocument::addNode(NodeKind kind, std::string_view key, std::string_view scalar) {
     const NodeID id = tree_.addNode(kind, key, scalar);
     EXPECT_EQ(id, model_.addNode(kind, key, scalar));
     return id;
 }
 
-void EditingSession::keepSnapshot() {
+void EditedDocument::keepSnapshot() {
     snapshots_.push_back({tree_, outline_, model_, outlineModel_});
 }
 
-void EditingSession::checkRows() const {
+void EditedDocument::checkRows() const {
     expectSameRows(outline_, tree_, outlineModel_);
     outline_.checkInvariants(tree_);
 }
 
-void EditingSession::checkNodes() const {
+void EditedDocument::checkNodes() const {
     expectSameNodes(tree_, model_);
     tree_.checkInvariants();
 }
 
-void EditingSession::checkSnapshots() const {
+void EditedDocument::checkSnapshots() const {
     for (const Snapshot& snapshot : snapshots_) {
         ASSERT_NO_FATAL_FAILURE(expectSameNodes(snapshot.tree, snapshot.model));
         ASSERT_NO_FATAL_FAILURE(expectSameRows(snapshot.outline, snapshot.tree, snapshot.outlineModel));
