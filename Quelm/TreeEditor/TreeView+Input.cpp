@@ -49,11 +49,9 @@ bool TreeView::moveSelection(QKeyEvent* event) {
         return false;
     const std::int64_t last = editor_.outline().rowCount() - 1;
     const std::int64_t page = std::max<std::int64_t>(1, viewport()->height() / style_.rowHeight - 1);
-    const std::optional<NodeID> selection = editor_.selection();
-    const auto selectedRow = selection ? editor_.outline().index(*selection) : std::nullopt;
     const std::int64_t near = rowNearSelection().value_or(0);
     // With the selection out of sight in a collapsed container, the first arrow comes back to what can be seen.
-    const std::int64_t step = selectedRow ? 1 : 0;
+    const std::int64_t step = selectedRow() ? 1 : 0;
 
     std::int64_t row = near;
     switch (event->key()) {
@@ -97,8 +95,6 @@ void TreeView::selectRow(std::int64_t row) {
     editor_.select(editor_.outline().rowID(row));
     scrollToRow(row);
     revealHorizontally(row);
-    // Going to a deep row may have brought the horizontal scroll bar up in front of it.
-    scrollToRow(row);
 }
 
 void TreeView::revealHorizontally(std::int64_t row) {

@@ -52,6 +52,11 @@ TreeView::RowRange TreeView::visibleRows() const {
             std::clamp<std::int64_t>((bottom + style_.rowHeight - 1) / style_.rowHeight, 0, count)};
 }
 
+std::optional<std::int64_t> TreeView::selectedRow() const {
+    const std::optional<NodeID> selection = editor_.selection();
+    return selection && hasRows() ? editor_.outline().index(*selection) : std::nullopt;
+}
+
 std::int64_t TreeView::contentTop(std::int64_t row) const {
     return style_.verticalMargin + row * style_.rowHeight;
 }
@@ -82,8 +87,8 @@ QRectF TreeView::partArea(std::int64_t row, TreeRowPart part) const {
     return rowArea(row) ? rowView(row).rect(part) : QRectF();
 }
 
-TreeRowEmphasis TreeView::emphasis(std::int64_t row, std::optional<std::int64_t> selectedRow) const {
-    if (row == selectedRow) {
+TreeRowEmphasis TreeView::emphasis(std::int64_t row, std::optional<std::int64_t> selected) const {
+    if (row == selected) {
         // A view that is rendered without being shown looks as it would in front.
         const bool isInFront = !isVisible() || (hasFocus() && isActiveWindow());
         return isInFront ? TreeRowEmphasis::selection : TreeRowEmphasis::inactiveSelection;
@@ -96,8 +101,7 @@ void TreeView::paintEvent(QPaintEvent* event) {
     if (visible.first == visible.end)
         return;
     cache_.keepOnly(visible.first, visible.end);
-    const auto selection = editor_.selection();
-    const auto selectedRow = selection ? editor_.outline().index(*selection) : std::nullopt;
+    const std::optional<std::int64_t> selected = selectedRow();
 
     QPainter painter(viewport());
     painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
@@ -107,13 +111,19 @@ void TreeView::paintEvent(QPaintEvent* event) {
         if (!event->rect().intersects(QRect(0, top, viewport()->width(), style_.rowHeight)))
             continue;
         const TreeRowContents& contents = cache_.contents(row, editor_, style_);
-        rowView(row).paint(painter, emphasis(row, selectedRow), chevron_.degrees(contents.id, contents.isExpanded));
+        rowView(row).paint(painter, emphasis(row, selected), chevron_.degrees(contents.id, contents.isExpanded));
     }
 }
 
 void TreeView::resizeEvent(QResizeEvent* event) {
     QAbstractScrollArea::resizeEvent(event);
+    const auto row = selectedRow();
+    const std::int64_t formerEnd = vertical_.position() + event->oldSize().height();
+    const bool wasVisible = row && contentTop(*row) >= vertical_.position() && contentTop(*row + 1) <= formerEnd;
     updateExtents();
+    // A scroll bar comes up after the step that made it necessary, and must not cover the row stepped to.
+    if (wasVisible)
+        scrollToRow(*row);
 }
 
 void TreeView::scrollContentsBy(int, int) {
@@ -158,8 +168,7 @@ void TreeView::outlineChanged() {
 }
 
 void TreeView::selectionChanged() {
-    const auto selection = editor_.selection();
-    if (const auto row = selection && hasRows() ? editor_.outline().index(*selection) : std::nullopt)
+    if (const auto row = selectedRow())
         scrollToRow(*row);
     viewport()->update();
 }

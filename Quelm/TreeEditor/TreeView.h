@@ -72,10 +72,11 @@ private:
 
     bool hasRows() const;
     RowRange visibleRows() const;
+    std::optional<std::int64_t> selectedRow() const;
     std::int64_t contentTop(std::int64_t row) const;
     std::int64_t horizontalStep() const { return std::int64_t{4} * style_.indentation; }
     TreeRowView rowView(std::int64_t row) const;
-    TreeRowEmphasis emphasis(std::int64_t row, std::optional<std::int64_t> selectedRow) const;
+    TreeRowEmphasis emphasis(std::int64_t row, std::optional<std::int64_t> selected) const;
 
     void outlineChanged();
     void selectionChanged();

@@ -39,11 +39,11 @@ Dialog* shownDialog() {
 
 class DocumentControllerTests : public testing::Test {
 protected:
-    EditorView* window(std::size_t index = 0) { return controller_.windows().at(index); }
+    EditorView* window(std::size_t index = 0) { return controller.windows().at(index); }
     bool waitForWindows(std::size_t count) {
         return QTest::qWaitFor([=, this] {
-            return controller_.windows().size() == count &&
-                   std::ranges::all_of(controller_.windows(), [](const EditorView* shown) {
+            return controller.windows().size() == count &&
+                   std::ranges::all_of(controller.windows(), [](const EditorView* shown) {
                        return shown->isVisible() && !shown->isOpening();
                    });
         });
@@ -53,7 +53,7 @@ protected:
                                                                                      : nullptr;
     }
     EditorView* openWindow(const QString& path) {
-        controller_.open(path);
+        controller.open(path);
         return waitForWindows(1) ? window() : nullptr;
     }
 
@@ -64,97 +64,97 @@ protected:
         QTest::keyClick(view, key, Qt::ControlModifier);
     }
 
-    TemporaryPreferences preferences_;
-    TemporaryFolder folder_;
-    DocumentController controller_{[this](EditorView& view) { addFileMenu(view, controller_); }};
+    TemporaryPreferences preferences;
+    TemporaryFolder folder;
+    DocumentController controller{[this](EditorView& view) { addFileMenu(view, controller); }};
 };
 
 TEST_F(DocumentControllerTests, ANewDocumentIsAnEmptyObjectInAWindow) {
-    controller_.newDocument();
+    controller.newDocument();
     ASSERT_TRUE(waitForWindows(1));
     EXPECT_EQ(window()->windowTitle(), QStringLiteral("Sin título"));
     EXPECT_EQ(window()->treeEditor().outline().rowCount(), 1);
 }
 
 TEST_F(DocumentControllerTests, AFileOpensInAWindowOfItsOwn) {
-    controller_.open(folder_.write(QStringLiteral("a.json"), "[1,2]"));
-    controller_.open(folder_.write(QStringLiteral("b.json"), "[1"));
+    controller.open(folder.write(QStringLiteral("a.json"), "[1,2]"));
+    controller.open(folder.write(QStringLiteral("b.json"), "[1"));
     ASSERT_TRUE(waitForWindows(2));
     EXPECT_EQ(window(0)->windowTitle(), QStringLiteral("a.json"));
     EXPECT_EQ(window(0)->document().mode(), EditorMode::tree);
     EXPECT_EQ(window(0)->document().revision(), 1);
     EXPECT_EQ(window(1)->document().mode(), EditorMode::text);
-    EXPECT_FALSE(controller_.hasOnlyFailed());
+    EXPECT_FALSE(controller.hasOnlyFailed());
 }
 
 TEST_F(DocumentControllerTests, AFileThatIsOpenIsNotOpenedAgain) {
-    const QString path = folder_.write(QStringLiteral("a.json"), "[1,2]");
+    const QString path = folder.write(QStringLiteral("a.json"), "[1,2]");
     ASSERT_TRUE(openWindow(path));
-    controller_.open(QFileInfo(path).path() + QStringLiteral("/./a.json"));
-    EXPECT_EQ(controller_.windows().size(), 1);
+    controller.open(QFileInfo(path).path() + QStringLiteral("/./a.json"));
+    EXPECT_EQ(controller.windows().size(), 1);
 }
 
 TEST_F(DocumentControllerTests, AFileThatCannotBeOpenedIsToldInAnAlert) {
-    QSignalSpy idle(&controller_, &DocumentController::becameIdle);
-    controller_.open(folder_.write(QStringLiteral("latin1.json"), "\"a\xf1o\""));
+    QSignalSpy idle(&controller, &DocumentController::becameIdle);
+    controller.open(folder.write(QStringLiteral("latin1.json"), "\"a\xf1o\""));
     QMessageBox* alert = waitForAlert();
     ASSERT_NE(alert, nullptr);
     EXPECT_EQ(alert->text(), QStringLiteral("No se pudo abrir «latin1.json»."));
     EXPECT_EQ(alert->informativeText(), QStringLiteral("Línea 1, columna 1: El archivo no está codificado en UTF-8"));
     EXPECT_EQ(alert->button(QMessageBox::Ok)->text().remove(u'&'), QStringLiteral("Aceptar"));
-    EXPECT_TRUE(controller_.windows().empty());
-    EXPECT_TRUE(controller_.hasOnlyFailed());
+    EXPECT_TRUE(controller.windows().empty());
+    EXPECT_TRUE(controller.hasOnlyFailed());
     EXPECT_EQ(idle.count(), 0) << "the alert has not been read yet";
     QTest::keyClick(alert, Qt::Key_Return);
     EXPECT_TRUE(QTest::qWaitFor([&] { return idle.count() == 1; }));
 }
 
 TEST_F(DocumentControllerTests, AMissingFileDoesNotKeepOthersFromOpening) {
-    controller_.open(folder_.path(QStringLiteral("nada.json")));
-    controller_.open(folder_.write(QStringLiteral("a.json"), "{}"));
+    controller.open(folder.path(QStringLiteral("nada.json")));
+    controller.open(folder.write(QStringLiteral("a.json"), "{}"));
     ASSERT_TRUE(waitForWindows(1));
     QMessageBox* alert = waitForAlert();
     ASSERT_NE(alert, nullptr);
     EXPECT_EQ(alert->informativeText(), QStringLiteral("El archivo no existe."));
-    EXPECT_FALSE(controller_.hasOnlyFailed());
+    EXPECT_FALSE(controller.hasOnlyFailed());
     alert->close();
 }
 
 TEST_F(DocumentControllerTests, ClosingTheLastWindowLeavesTheControllerIdle) {
-    QSignalSpy idle(&controller_, &DocumentController::becameIdle);
-    EditorView* opened = openWindow(folder_.write(QStringLiteral("a.json"), "[]"));
+    QSignalSpy idle(&controller, &DocumentController::becameIdle);
+    EditorView* opened = openWindow(folder.write(QStringLiteral("a.json"), "[]"));
     ASSERT_NE(opened, nullptr);
-    EXPECT_FALSE(controller_.isIdle());
+    EXPECT_FALSE(controller.isIdle());
     opened->close();
     EXPECT_TRUE(QTest::qWaitFor([&] { return idle.count() == 1; }));
-    EXPECT_TRUE(controller_.isIdle());
+    EXPECT_TRUE(controller.isIdle());
 }
 
 #ifdef Q_OS_UNIX
 TEST_F(DocumentControllerTests, AFileThatTakesLongIsAnnouncedAndCanBeGivenUp) {
     // Nobody writes into the pipe yet: reading it waits.
-    const QString pipe = folder_.path(QStringLiteral("tubo.json"));
+    const QString pipe = folder.path(QStringLiteral("tubo.json"));
     ASSERT_EQ(mkfifo(qUtf8Printable(pipe), 0600), 0);
-    controller_.open(pipe);
+    controller.open(pipe);
     EXPECT_FALSE(window()->isVisible());
     ASSERT_TRUE(QTest::qWaitFor([&] { return window()->isVisible(); }));
     EXPECT_TRUE(window()->isOpening());
-    controller_.save(*window());
-    controller_.saveAs(*window());
+    controller.save(*window());
+    controller.saveAs(*window());
     EXPECT_EQ(shownDialog<QFileDialog>(), nullptr) << "there is nothing to save yet";
     window()->close();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return controller_.windows().empty(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return controller.windows().empty(); }));
     const int writer = ::open(qUtf8Printable(pipe), O_WRONLY);
     ::close(writer);
     QTest::qWait(50);
     EXPECT_EQ(shownDialog<QMessageBox>(), nullptr);
-    EXPECT_TRUE(controller_.windows().empty());
+    EXPECT_TRUE(controller.windows().empty());
 }
 #endif
 
 TEST_F(DocumentControllerTests, SavingWritesTheFileBackByteForByte) {
     const std::string bytes = "\xEF\xBB\xBF{ \"b\":1,\r\n \"a\" : [ ] }";
-    const QString path = folder_.write(QStringLiteral("a.json"), bytes);
+    const QString path = folder.write(QStringLiteral("a.json"), bytes);
     EditorView* opened = openWindow(path);
     ASSERT_NE(opened, nullptr);
     ASSERT_TRUE(QFile::remove(path));
@@ -164,14 +164,14 @@ TEST_F(DocumentControllerTests, SavingWritesTheFileBackByteForByte) {
 }
 
 TEST_F(DocumentControllerTests, ANewDocumentIsSavedWhereTheUserSays) {
-    controller_.newDocument();
+    controller.newDocument();
     ASSERT_TRUE(waitForWindows(1));
     pressShortcut(window(), Qt::Key_S);
     auto* dialog = shownDialog<QFileDialog>();
     ASSERT_NE(dialog, nullptr);
     EXPECT_EQ(dialog->selectedFiles().front().section(u'/', -1), QStringLiteral("Sin título.json"));
     EXPECT_EQ(dialog->windowTitle(), QStringLiteral("Guardar como"));
-    const QString path = folder_.path(QStringLiteral("nuevo"));
+    const QString path = folder.path(QStringLiteral("nuevo"));
     dialog->findChild<QLineEdit*>()->setText(path);
     QTest::keyClick(dialog->findChild<QLineEdit*>(), Qt::Key_Return);
     ASSERT_TRUE(QTest::qWaitFor([&] { return window()->windowTitle() == QStringLiteral("nuevo.json"); }));
@@ -179,12 +179,12 @@ TEST_F(DocumentControllerTests, ANewDocumentIsSavedWhereTheUserSays) {
 }
 
 TEST_F(DocumentControllerTests, ADocumentThatCouldNotBeSavedSaysWhyAndKeepsItsPlace) {
-    const QString path = folder_.write(QStringLiteral("a.json"), "[]");
+    const QString path = folder.write(QStringLiteral("a.json"), "[]");
     EditorView* opened = openWindow(path);
     ASSERT_NE(opened, nullptr);
     ASSERT_TRUE(QFile::remove(path));
     ASSERT_TRUE(QDir().mkdir(path));
-    controller_.save(*opened);
+    controller.save(*opened);
     QMessageBox* alert = waitForAlert();
     ASSERT_NE(alert, nullptr);
     EXPECT_EQ(alert->text(), QStringLiteral("No se pudo guardar «a.json»."));
@@ -195,18 +195,18 @@ TEST_F(DocumentControllerTests, ADocumentThatCouldNotBeSavedSaysWhyAndKeepsItsPl
 }
 
 TEST_F(DocumentControllerTests, TheOpenDialogStartsInTheFolderOfTheDocument) {
-    EditorView* opened = openWindow(folder_.write(QStringLiteral("a.json"), "[]"));
+    EditorView* opened = openWindow(folder.write(QStringLiteral("a.json"), "[]"));
     ASSERT_NE(opened, nullptr);
     pressShortcut(opened, Qt::Key_O);
     auto* dialog = shownDialog<QFileDialog>();
     ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(dialog->directory().absolutePath(), QFileInfo(folder_.path(QStringLiteral("a.json"))).absolutePath());
+    EXPECT_EQ(dialog->directory().absolutePath(), QFileInfo(folder.path(QStringLiteral("a.json"))).absolutePath());
     EXPECT_EQ(dialog->fileMode(), QFileDialog::ExistingFiles);
     dialog->close();
 }
 
 TEST_F(DocumentControllerTests, TheFileMenuHasItsItemsAndShortcuts) {
-    controller_.newDocument();
+    controller.newDocument();
     const QMenu* menu = window()->menuBar()->actions().front()->menu();
     EXPECT_EQ(menu->title().remove(u'&'), QStringLiteral("Archivo"));
     QStringList items;
@@ -218,11 +218,11 @@ TEST_F(DocumentControllerTests, TheFileMenuHasItsItemsAndShortcuts) {
 }
 
 TEST_F(DocumentControllerTests, QuittingClosesEveryWindow) {
-    controller_.newDocument();
-    controller_.newDocument();
+    controller.newDocument();
+    controller.newDocument();
     ASSERT_TRUE(waitForWindows(2));
     pressShortcut(window(), Qt::Key_Q);
-    EXPECT_TRUE(QTest::qWaitFor([&] { return controller_.windows().empty(); }));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return controller.windows().empty(); }));
 }
 
 } // namespace

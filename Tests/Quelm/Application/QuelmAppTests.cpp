@@ -33,8 +33,8 @@ ProgramRun runQuelm(const QStringList& arguments, const QString& platform = {}) 
 
 class QuelmAppTests : public testing::Test {
 protected:
-    QString picture() const { return folder_.path(QStringLiteral("captura.png")); }
-    TemporaryFolder folder_;
+    QString picture() const { return folder.path(QStringLiteral("captura.png")); }
+    TemporaryFolder folder;
 };
 
 TEST_F(QuelmAppTests, HelpAndVersionNeedNoDisplay) {
@@ -59,7 +59,7 @@ TEST_F(QuelmAppTests, AnUnknownOptionIsRefusedInWords) {
 }
 
 TEST_F(QuelmAppTests, ACaptureIsAPictureOfTheWindowInTheScaleAskedFor) {
-    const QString file = folder_.write(QStringLiteral("a.json"), "{\"a\":[1,2]}");
+    const QString file = folder.write(QStringLiteral("a.json"), "{\"a\":[1,2]}");
     const ProgramRun once = runQuelm({QStringLiteral("--capture"), picture(), file});
     EXPECT_EQ(once.status, 0);
     EXPECT_EQ(once.errors, QString());
@@ -72,32 +72,32 @@ TEST_F(QuelmAppTests, ACaptureIsAPictureOfTheWindowInTheScaleAskedFor) {
 }
 
 TEST_F(QuelmAppTests, ACaptureShowsTheFile) {
-    runQuelm({QStringLiteral("--capture"), picture(), folder_.write(QStringLiteral("a.json"), "{\"a\":[1,2]}")});
+    runQuelm({QStringLiteral("--capture"), picture(), folder.write(QStringLiteral("a.json"), "{\"a\":[1,2]}")});
     const QImage valid(picture());
-    runQuelm({QStringLiteral("--capture"), picture(), folder_.write(QStringLiteral("a.json"), "{\"a\":[1,2}")});
+    runQuelm({QStringLiteral("--capture"), picture(), folder.write(QStringLiteral("a.json"), "{\"a\":[1,2}")});
     const QImage invalid(picture());
     EXPECT_NE(valid, invalid);
     runQuelm({QStringLiteral("--capture"), picture(), QStringLiteral("--appearance"), QStringLiteral("dark"),
-              folder_.write(QStringLiteral("a.json"), "{\"a\":[1,2]}")});
+              folder.write(QStringLiteral("a.json"), "{\"a\":[1,2]}")});
     EXPECT_LT(QImage(picture()).pixelColor(400, 700).lightness(), 64);
     EXPECT_GT(valid.pixelColor(400, 700).lightness(), 192);
 }
 
 TEST_F(QuelmAppTests, AFileThatCannotBeCapturedIsToldOnStandardError) {
-    const QString missing = folder_.path(QStringLiteral("nada.json"));
+    const QString missing = folder.path(QStringLiteral("nada.json"));
     const ProgramRun run = runQuelm({QStringLiteral("--capture"), picture(), missing});
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.errors, missing + QStringLiteral(": El archivo no existe.\n"));
-    const QString latin = folder_.write(QStringLiteral("a.json"), "\"\xf1\"");
+    const QString latin = folder.write(QStringLiteral("a.json"), "\"\xf1\"");
     EXPECT_EQ(runQuelm({QStringLiteral("--capture"), picture(), latin}).errors,
               latin + QStringLiteral(": Línea 1, columna 1: El archivo no está codificado en UTF-8\n"));
     EXPECT_FALSE(QFile::exists(picture()));
 }
 
 TEST_F(QuelmAppTests, APictureThatCannotBeWrittenIsToldOnStandardError) {
-    const QString nowhere = folder_.path(QStringLiteral("falta/captura.png"));
+    const QString nowhere = folder.path(QStringLiteral("falta/captura.png"));
     const ProgramRun run =
-        runQuelm({QStringLiteral("--capture"), nowhere, folder_.write(QStringLiteral("a.json"), "[]")});
+        runQuelm({QStringLiteral("--capture"), nowhere, folder.write(QStringLiteral("a.json"), "[]")});
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.errors, nowhere + QStringLiteral(": No se pudo escribir la imagen.\n"));
 }

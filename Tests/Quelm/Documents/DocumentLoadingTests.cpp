@@ -10,11 +10,11 @@ namespace {
 
 class DocumentLoadingTests : public testing::Test {
 protected:
-    TemporaryFolder folder_;
+    TemporaryFolder folder;
 };
 
 TEST_F(DocumentLoadingTests, AValidFileComesWithTextTreeAndStyle) {
-    const auto content = loadDocument(folder_.write(QStringLiteral("a.json"), "{\n\t\"a\": 1\n}\n"));
+    const auto content = loadDocument(folder.write(QStringLiteral("a.json"), "{\n\t\"a\": 1\n}\n"));
     ASSERT_TRUE(content);
     EXPECT_TRUE(content->text);
     EXPECT_TRUE(content->tree);
@@ -22,30 +22,30 @@ TEST_F(DocumentLoadingTests, AValidFileComesWithTextTreeAndStyle) {
 }
 
 TEST_F(DocumentLoadingTests, InvalidJSONIsNoFailure) {
-    const auto content = loadDocument(folder_.write(QStringLiteral("a.json"), "[1,]"));
+    const auto content = loadDocument(folder.write(QStringLiteral("a.json"), "[1,]"));
     ASSERT_TRUE(content);
     EXPECT_FALSE(content->tree);
     EXPECT_EQ(content->parseError->message, "Valor inesperado");
 }
 
 TEST_F(DocumentLoadingTests, AnotherEncodingIsAFailureInWords) {
-    const auto content = loadDocument(folder_.write(QStringLiteral("a.json"), "\"a\xf1o\""));
+    const auto content = loadDocument(folder.write(QStringLiteral("a.json"), "\"a\xf1o\""));
     ASSERT_FALSE(content);
     EXPECT_EQ(content.error().message, QStringLiteral("Línea 1, columna 1: El archivo no está codificado en UTF-8"));
 }
 
 TEST_F(DocumentLoadingTests, AMissingFileIsAFailureInWords) {
-    const auto content = loadDocument(folder_.path(QStringLiteral("nada.json")));
+    const auto content = loadDocument(folder.path(QStringLiteral("nada.json")));
     ASSERT_FALSE(content);
     EXPECT_EQ(content.error().message, QStringLiteral("El archivo no existe."));
 }
 
 TEST_F(DocumentLoadingTests, WhatWasLoadedIsSavedByteForByte) {
     const std::string bytes = "\xEF\xBB\xBF{ \"b\":1,\r\n \"a\" : [ ] }";
-    const QString path = folder_.write(QStringLiteral("a.json"), bytes);
+    const QString path = folder.write(QStringLiteral("a.json"), bytes);
     const auto content = loadDocument(path);
     ASSERT_TRUE(content);
-    const QString copy = folder_.path(QStringLiteral("copia.json"));
+    const QString copy = folder.path(QStringLiteral("copia.json"));
     ASSERT_TRUE(saveDocument(copy, *content));
     EXPECT_EQ(TemporaryFolder::contents(copy), bytes);
 }

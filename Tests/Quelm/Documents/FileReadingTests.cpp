@@ -9,19 +9,19 @@ namespace {
 
 class FileReadingTests : public testing::Test {
 protected:
-    TemporaryFolder folder_;
+    TemporaryFolder folder;
 };
 
 TEST_F(FileReadingTests, AFileIsReadWholeAndPadded) {
     const std::string bytes("uno\0dos\r\n\xff", 10);
-    const auto read = readFile(folder_.write(QStringLiteral("a.json"), bytes));
+    const auto read = readFile(folder.write(QStringLiteral("a.json"), bytes));
     ASSERT_TRUE(read);
     EXPECT_EQ(read->view(), bytes);
     EXPECT_TRUE(read->isPadded());
 }
 
 TEST_F(FileReadingTests, AnEmptyFileIsNoBytes) {
-    const auto read = readFile(folder_.write(QStringLiteral("vacío.json"), ""));
+    const auto read = readFile(folder.write(QStringLiteral("vacío.json"), ""));
     ASSERT_TRUE(read);
     EXPECT_TRUE(read->empty());
 }
@@ -29,7 +29,7 @@ TEST_F(FileReadingTests, AnEmptyFileIsNoBytes) {
 TEST_F(FileReadingTests, AFileLongerThanOneReadIsReadWhole) {
     std::string bytes(40 * 1024 * 1024 + 3, 'x');
     bytes.back() = 'y';
-    const auto read = readFile(folder_.write(QStringLiteral("largo.json"), bytes));
+    const auto read = readFile(folder.write(QStringLiteral("largo.json"), bytes));
     ASSERT_TRUE(read);
     EXPECT_TRUE(read->view() == bytes);
 }
@@ -43,13 +43,13 @@ TEST_F(FileReadingTests, AFileThatStatesNoSizeIsReadToItsEnd) {
 #endif
 
 TEST_F(FileReadingTests, AFileThatIsNotThereIsNamedAsSuch) {
-    const auto read = readFile(folder_.path(QStringLiteral("nada.json")));
+    const auto read = readFile(folder.path(QStringLiteral("nada.json")));
     ASSERT_FALSE(read);
     EXPECT_EQ(read.error().message, QStringLiteral("El archivo no existe."));
 }
 
 TEST_F(FileReadingTests, AFolderIsNotAFile) {
-    const auto read = readFile(folder_.path(QStringLiteral(".")));
+    const auto read = readFile(folder.path(QStringLiteral(".")));
     ASSERT_FALSE(read);
     EXPECT_EQ(read.error().message, QStringLiteral("Es una carpeta, no un archivo."));
 }
@@ -57,7 +57,7 @@ TEST_F(FileReadingTests, AFolderIsNotAFile) {
 TEST_F(FileReadingTests, AStoppedReadingEndsEarly) {
     std::stop_source source;
     source.request_stop();
-    const auto read = readFile(folder_.write(QStringLiteral("a.json"), "[1,2,3]"), source.get_token());
+    const auto read = readFile(folder.write(QStringLiteral("a.json"), "[1,2,3]"), source.get_token());
     ASSERT_TRUE(read);
     EXPECT_TRUE(read->empty());
 }

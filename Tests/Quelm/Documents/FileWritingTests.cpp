@@ -17,18 +17,18 @@ namespace {
 
 class FileWritingTests : public testing::Test {
 protected:
-    TemporaryFolder folder_;
+    TemporaryFolder folder;
 };
 
 TEST_F(FileWritingTests, ANewFileHasTheBytes) {
-    const QString path = folder_.path(QStringLiteral("nuevo.json"));
+    const QString path = folder.path(QStringLiteral("nuevo.json"));
     const std::string bytes("a\0b\r\n", 5);
     ASSERT_TRUE(writeFile(path, SharedText(bytes)));
     EXPECT_EQ(TemporaryFolder::contents(path), bytes);
 }
 
 TEST_F(FileWritingTests, AnOldFileIsReplacedWhole) {
-    const QString path = folder_.write(QStringLiteral("a.json"), "mucho más largo que lo nuevo");
+    const QString path = folder.write(QStringLiteral("a.json"), "mucho más largo que lo nuevo");
     ASSERT_TRUE(writeFile(path, SharedText("[]")));
     EXPECT_EQ(TemporaryFolder::contents(path), "[]");
     ASSERT_TRUE(writeFile(path, SharedText()));
@@ -36,14 +36,14 @@ TEST_F(FileWritingTests, AnOldFileIsReplacedWhole) {
 }
 
 TEST_F(FileWritingTests, AFolderThatIsNotThereIsNamed) {
-    const auto written = writeFile(folder_.path(QStringLiteral("falta/a.json")), SharedText("[]"));
+    const auto written = writeFile(folder.path(QStringLiteral("falta/a.json")), SharedText("[]"));
     ASSERT_FALSE(written);
     EXPECT_EQ(written.error().message,
-              QStringLiteral("La carpeta «%1» no existe.").arg(folder_.path(QStringLiteral("falta"))));
+              QStringLiteral("La carpeta «%1» no existe.").arg(folder.path(QStringLiteral("falta"))));
 }
 
 TEST_F(FileWritingTests, AFolderOfThatNameIsLeftAlone) {
-    const QString path = folder_.path(QStringLiteral("carpeta.json"));
+    const QString path = folder.path(QStringLiteral("carpeta.json"));
     ASSERT_TRUE(QDir().mkdir(path));
     const auto written = writeFile(path, SharedText("[]"));
     ASSERT_FALSE(written);
@@ -53,7 +53,7 @@ TEST_F(FileWritingTests, AFolderOfThatNameIsLeftAlone) {
 
 #ifdef Q_OS_UNIX
 TEST_F(FileWritingTests, APipeIsNotReplacedByAFile) {
-    const QString path = folder_.path(QStringLiteral("tubo"));
+    const QString path = folder.path(QStringLiteral("tubo"));
     ASSERT_EQ(mkfifo(qUtf8Printable(path), 0600), 0);
     const auto written = writeFile(path, SharedText("[]"));
     ASSERT_FALSE(written);
@@ -62,8 +62,8 @@ TEST_F(FileWritingTests, APipeIsNotReplacedByAFile) {
 }
 
 TEST_F(FileWritingTests, ALinkStaysALinkAndItsFileIsReplaced) {
-    const QString file = folder_.write(QStringLiteral("a.json"), "antes");
-    const QString link = folder_.path(QStringLiteral("enlace.json"));
+    const QString file = folder.write(QStringLiteral("a.json"), "antes");
+    const QString link = folder.path(QStringLiteral("enlace.json"));
     ASSERT_TRUE(QFile::link(file, link));
     ASSERT_TRUE(writeFile(link, SharedText("después")));
     EXPECT_TRUE(QFileInfo(link).isSymLink());

@@ -23,17 +23,17 @@ std::string bytesOf(const JSONContent& content) {
 
 class JSONDocumentTests : public testing::Test {
 protected:
-    TemporaryPreferences preferences_;
-    JSONDocument document_;
+    TemporaryPreferences preferences;
+    JSONDocument document;
 };
 
 TEST_F(JSONDocumentTests, ANewDocumentIsAnEmptyObjectShownAsATree) {
-    EXPECT_EQ(document_.revision(), 0);
-    EXPECT_EQ(document_.mode(), EditorMode::tree);
-    ASSERT_TRUE(document_.content().tree);
-    EXPECT_EQ(document_.content().tree->kind(document_.content().tree->root()), NodeKind::object);
-    EXPECT_FALSE(document_.content().text);
-    EXPECT_EQ(document_.baseName(), QStringLiteral("Sin título"));
+    EXPECT_EQ(document.revision(), 0);
+    EXPECT_EQ(document.mode(), EditorMode::tree);
+    ASSERT_TRUE(document.content().tree);
+    EXPECT_EQ(document.content().tree->kind(document.content().tree->root()), NodeKind::object);
+    EXPECT_FALSE(document.content().text);
+    EXPECT_EQ(document.baseName(), QStringLiteral("Sin título"));
 }
 
 TEST_F(JSONDocumentTests, ItReadsAndWritesJSONFiles) {
@@ -51,58 +51,58 @@ TEST_F(JSONDocumentTests, TheConfigurationStaysTheOneItWasMadeWith) {
 
 TEST_F(JSONDocumentTests, ApplyingInstallsContentThenModeThenRevision) {
     std::vector<std::string> events;
-    QObject::connect(&document_, &JSONDocument::contentChanged, [&] {
-        EXPECT_EQ(document_.mode(), EditorMode::tree);
-        EXPECT_EQ(document_.revision(), 0);
+    QObject::connect(&document, &JSONDocument::contentChanged, [&] {
+        EXPECT_EQ(document.mode(), EditorMode::tree);
+        EXPECT_EQ(document.revision(), 0);
         events.emplace_back("content");
     });
-    QObject::connect(&document_, &JSONDocument::modeChanged, [&] {
-        EXPECT_TRUE(document_.content().parseError);
-        EXPECT_EQ(document_.revision(), 0);
+    QObject::connect(&document, &JSONDocument::modeChanged, [&] {
+        EXPECT_TRUE(document.content().parseError);
+        EXPECT_EQ(document.revision(), 0);
         events.emplace_back("mode");
     });
-    QObject::connect(&document_, &JSONDocument::revisionChanged, [&] { events.emplace_back("revision"); });
-    document_.apply(contentOf("[1 2]"));
+    QObject::connect(&document, &JSONDocument::revisionChanged, [&] { events.emplace_back("revision"); });
+    document.apply(contentOf("[1 2]"));
     EXPECT_THAT(events, testing::ElementsAre("content", "mode", "revision"));
-    EXPECT_EQ(document_.revision(), 1);
+    EXPECT_EQ(document.revision(), 1);
 }
 
 TEST_F(JSONDocumentTests, TheModeIsAnnouncedOnlyWhenItChanges) {
-    QSignalSpy modes(&document_, &JSONDocument::modeChanged);
-    document_.apply(contentOf("[]"));
+    QSignalSpy modes(&document, &JSONDocument::modeChanged);
+    document.apply(contentOf("[]"));
     EXPECT_EQ(modes.count(), 0);
-    document_.apply(contentOf("["));
-    document_.apply(contentOf("{"));
+    document.apply(contentOf("["));
+    document.apply(contentOf("{"));
     EXPECT_EQ(modes.count(), 1);
-    document_.apply(contentOf("{}"));
+    document.apply(contentOf("{}"));
     EXPECT_EQ(modes.count(), 2);
-    EXPECT_EQ(document_.mode(), EditorMode::tree);
+    EXPECT_EQ(document.mode(), EditorMode::tree);
 }
 
 TEST_F(JSONDocumentTests, EveryApplyAddsOneToTheRevisionEvenOfTheSameContent) {
     const JSONContent content = contentOf("[1]");
-    document_.apply(content);
-    QSignalSpy contents(&document_, &JSONDocument::contentChanged);
-    QSignalSpy revisions(&document_, &JSONDocument::revisionChanged);
-    document_.apply(content);
+    document.apply(content);
+    QSignalSpy contents(&document, &JSONDocument::contentChanged);
+    QSignalSpy revisions(&document, &JSONDocument::revisionChanged);
+    document.apply(content);
     EXPECT_EQ(contents.count(), 0);
     EXPECT_EQ(revisions.count(), 1);
-    EXPECT_EQ(document_.revision(), 2);
+    EXPECT_EQ(document.revision(), 2);
 }
 
 TEST_F(JSONDocumentTests, AContentSetAgainAnnouncesNothing) {
     const JSONContent content = contentOf("[1]");
-    document_.setContent(content);
-    QSignalSpy contents(&document_, &JSONDocument::contentChanged);
-    document_.setContent(content);
+    document.setContent(content);
+    QSignalSpy contents(&document, &JSONDocument::contentChanged);
+    document.setContent(content);
     EXPECT_EQ(contents.count(), 0);
     JSONContent other = content;
     other.style = JSONStyle::pretty(JSONStyle::Indent::tab, false);
-    document_.setContent(other);
+    document.setContent(other);
     EXPECT_EQ(contents.count(), 1);
-    document_.setContent(contentOf("[2]"));
+    document.setContent(contentOf("[2]"));
     EXPECT_EQ(contents.count(), 2);
-    EXPECT_EQ(document_.revision(), 0);
+    EXPECT_EQ(document.revision(), 0);
 }
 
 struct ModeCase {
@@ -115,8 +115,8 @@ class JSONDocumentModeTests : public JSONDocumentTests, public testing::WithPara
 
 TEST_P(JSONDocumentModeTests, TheEditorFollowsPreferenceAndValidity) {
     Preferences::setInitialMode(GetParam().preference);
-    document_.apply(contentOf(GetParam().text));
-    EXPECT_EQ(document_.mode(), GetParam().mode);
+    document.apply(contentOf(GetParam().text));
+    EXPECT_EQ(document.mode(), GetParam().mode);
 }
 
 INSTANTIATE_TEST_SUITE_P(Modes, JSONDocumentModeTests,
@@ -129,21 +129,21 @@ INSTANTIATE_TEST_SUITE_P(Modes, JSONDocumentModeTests,
                                          ModeCase{InitialMode::automatic, "", EditorMode::text}));
 
 TEST_F(JSONDocumentTests, AnOpenDocumentKeepsItsEditorWhenThePreferenceChanges) {
-    document_.apply(contentOf("{}"));
+    document.apply(contentOf("{}"));
     Preferences::setInitialMode(InitialMode::text);
-    EXPECT_EQ(document_.mode(), EditorMode::tree);
-    document_.apply(contentOf("{}"));
-    EXPECT_EQ(document_.mode(), EditorMode::text);
+    EXPECT_EQ(document.mode(), EditorMode::tree);
+    document.apply(contentOf("{}"));
+    EXPECT_EQ(document.mode(), EditorMode::text);
 }
 
 TEST_F(JSONDocumentTests, AnEmptyFileOpensAsTextWithTheParsersError) {
     auto content = JSONDocument::read(SharedText());
     ASSERT_TRUE(content);
-    document_.apply(*std::move(content));
-    EXPECT_EQ(document_.mode(), EditorMode::text);
-    ASSERT_TRUE(document_.content().parseError);
-    EXPECT_EQ(document_.content().parseError->errorDescription(), "Línea 1, columna 1: Se esperaba un valor");
-    EXPECT_EQ(bytesOf(document_.snapshot()), "");
+    document.apply(*std::move(content));
+    EXPECT_EQ(document.mode(), EditorMode::text);
+    ASSERT_TRUE(document.content().parseError);
+    EXPECT_EQ(document.content().parseError->errorDescription(), "Línea 1, columna 1: Se esperaba un valor");
+    EXPECT_EQ(bytesOf(document.snapshot()), "");
 }
 
 TEST_F(JSONDocumentTests, BytesThatAreNotUTF8CannotBeRead) {
@@ -157,8 +157,8 @@ TEST_F(JSONDocumentTests, AReadFileIsWrittenBackByteForByte) {
     for (const char* text : {"{\"a\" : 1.0e+2 ,\r\n\t\"b\":[ ]}", "\xEF\xBB\xBF[1]", "[1 2", "  ", "\"\\u00e1\"\n\n"}) {
         auto content = JSONDocument::read(SharedText(text));
         ASSERT_TRUE(content) << text;
-        document_.apply(*std::move(content));
-        EXPECT_EQ(bytesOf(document_.snapshot()), text);
+        document.apply(*std::move(content));
+        EXPECT_EQ(bytesOf(document.snapshot()), text);
     }
 }
 
@@ -176,7 +176,7 @@ TEST_F(JSONDocumentTests, AContentWithNeitherTextNorTreeIsNoBytes) {
 }
 
 TEST_F(JSONDocumentTests, ANewDocumentIsWrittenAsAnEmptyObject) {
-    EXPECT_EQ(bytesOf(document_.snapshot()), "{}\n");
+    EXPECT_EQ(bytesOf(document.snapshot()), "{}\n");
 }
 
 TEST_F(JSONDocumentTests, TextAndFileShareTheMemoryTheyWereReadInto) {

@@ -21,26 +21,24 @@ namespace {
 class EditorViewTests : public testing::Test {
 protected:
     EditorView& show(std::string_view text) {
-        window_ = std::make_unique<EditorView>(documentWithText(text));
-        window_->showDocument();
-        window_->show();
-        return *window_;
+        window = std::make_unique<EditorView>(documentWithText(text));
+        window->showDocument();
+        window->show();
+        return *window;
     }
-    void replace(std::string_view text) {
-        window_->document().apply(JSONContent::fromText(TextRope(SharedText(text))));
-    }
-    TreeView* tree() const { return qobject_cast<TreeView*>(window_->centralWidget()); }
-    TextPage* text() const { return qobject_cast<TextPage*>(window_->centralWidget()); }
+    void replace(std::string_view text) { window->document().apply(JSONContent::fromText(TextRope(SharedText(text)))); }
+    TreeView* tree() const { return qobject_cast<TreeView*>(window->centralWidget()); }
+    TextPage* text() const { return qobject_cast<TextPage*>(window->centralWidget()); }
 
-    TemporaryPreferences preferences_;
-    std::unique_ptr<EditorView> window_;
+    TemporaryPreferences preferences;
+    std::unique_ptr<EditorView> window;
 };
 
 TEST_F(EditorViewTests, AValidDocumentIsShownAsATree) {
     show("{\"a\":1}");
     ASSERT_NE(tree(), nullptr);
     EXPECT_EQ(tree()->editor().outline().rowCount(), 2);
-    EXPECT_EQ(window_->focusWidget(), tree());
+    EXPECT_EQ(window->focusWidget(), tree());
 }
 
 TEST_F(EditorViewTests, AnInvalidDocumentIsShownAsTextWithThePlaceOfItsError) {
@@ -102,15 +100,15 @@ TEST_F(EditorViewTests, ADocumentThatIsStillToComeIsAnnounced) {
 
 TEST_F(EditorViewTests, TheTitleIsTheNameOfTheFile) {
     show("[]");
-    EXPECT_EQ(window_->windowTitle(), QStringLiteral("Sin título"));
-    window_->document().configuration().setFileLocation(QStringLiteral("/datos/año.json"));
-    EXPECT_EQ(window_->windowTitle(), QStringLiteral("año.json"));
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Sin título"));
+    window->document().configuration().setFileLocation(QStringLiteral("/datos/año.json"));
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("año.json"));
 }
 
 TEST_F(EditorViewTests, ANewWindowHasItsSizeAsFarAsTheScreenHasRoom) {
     show("[]");
     EXPECT_EQ(EditorView::defaultSize(), QSize(scaledPixels(860), scaledPixels(760)));
-    EXPECT_EQ(window_->size(), EditorView::defaultSize().boundedTo(window_->screen()->availableSize()));
+    EXPECT_EQ(window->size(), EditorView::defaultSize().boundedTo(window->screen()->availableSize()));
 }
 
 } // namespace

@@ -33,7 +33,9 @@ TEST(TextPreviewTests, ALongTextIsCutAndSaysSo) {
 }
 
 TEST(TextPreviewTests, OfOneLineOfManyMegabytesItTakesTheBeginning) {
-    const SharedText text(std::string(200'000'000, 'x'));
+    std::string line;
+    line.resize(200'000'000, 'x');
+    const SharedText text(line);
     TextPreview preview(text);
     preview.resize(600, 400);
     preview.grab();

@@ -14,13 +14,13 @@ class PreferencesTests : public testing::Test {
 protected:
     /// Stores a value behind the back of the functions, as another program would.
     void storeDirectly(const char* key, const QVariant& value) {
-        QSettings(preferences_.path(), QSettings::IniFormat).setValue(QLatin1String(key), value);
+        QSettings(preferences.path(), QSettings::IniFormat).setValue(QLatin1String(key), value);
     }
     QVariant stored(const char* key) {
-        return QSettings(preferences_.path(), QSettings::IniFormat).value(QLatin1String(key));
+        return QSettings(preferences.path(), QSettings::IniFormat).value(QLatin1String(key));
     }
 
-    TemporaryPreferences preferences_;
+    TemporaryPreferences preferences;
 };
 
 TEST_F(PreferencesTests, NothingStoredReadsAsTheDefaults) {

@@ -26,6 +26,7 @@ INSTANTIATE_TEST_SUITE_P(Texts, VisibleTextTests,
                                          VisibleCase{"a\tb", u"a⇥b"}, VisibleCase{std::string_view("\0", 1), u"␀"},
                                          VisibleCase{"\x1b[0m", u"␛[0m"}, VisibleCase{"\x7f", u"␡"},
                                          VisibleCase{"\u0085", u"\\u0085"}, VisibleCase{"a\u2028b\u2029c", u"a⏎b⏎c"},
+                                         // NOLINTNEXTLINE(misc-misleading-bidirectional): that is the point.
                                          VisibleCase{"\u202Eabc", u"\\u202Eabc"},
                                          VisibleCase{"\u2066x\u2069", u"\\u2066x\\u2069"},
                                          VisibleCase{"\uFEFF{}", u"\\uFEFF{}"}, VisibleCase{"שלום", u"שלום"},

@@ -21,7 +21,7 @@ protected:
     void open(std::string_view text);
     void replace(std::string_view text);
 
-    std::int64_t rowCount() const { return editor_->outline().rowCount(); }
+    std::int64_t rowCount() const { return editor->outline().rowCount(); }
     /// -1 when the selection has no row.
     std::int64_t selectedRow() const;
     bool isWhollyVisible(std::int64_t row) const;
@@ -43,11 +43,11 @@ protected:
     /// Whether nothing but one colour is painted there.
     bool isBlank(const QRect& area);
 
-    TemporaryPreferences preferences_;
-    std::shared_ptr<JSONDocument> document_;
-    std::unique_ptr<TreeEditor> editor_;
-    std::unique_ptr<QWidget> window_;
-    TreeView* view_ = nullptr;
+    TemporaryPreferences preferences;
+    std::shared_ptr<JSONDocument> document;
+    std::unique_ptr<TreeEditor> editor;
+    std::unique_ptr<QWidget> window;
+    TreeView* view = nullptr;
 };
 
 } // namespace quelm

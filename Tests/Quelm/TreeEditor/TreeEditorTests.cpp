@@ -12,29 +12,29 @@ class TreeEditorTests : public testing::Test {
 protected:
     /// An editor whose tree view has appeared.
     void open(std::string_view text) {
-        document_ = documentWithText(text);
-        editor_ = std::make_unique<TreeEditor>(document_);
-        editor_->reload();
+        document = documentWithText(text);
+        editor = std::make_unique<TreeEditor>(document);
+        editor->reload();
     }
-    void replace(std::string_view text) { document_->apply(JSONContent::fromText(TextRope(SharedText(text)))); }
+    void replace(std::string_view text) { document->apply(JSONContent::fromText(TextRope(SharedText(text)))); }
 
-    const JSONTree& tree() const { return *document_->content().tree; }
+    const JSONTree& tree() const { return *document->content().tree; }
     NodeID root() const { return tree().root(); }
     NodeID child(NodeID parent, std::int64_t index) const { return tree().children(parent)[index]; }
-    bool isExpanded(NodeID id) const { return editor_->outline().expanded().contains(id); }
+    bool isExpanded(NodeID id) const { return editor->outline().expanded().contains(id); }
 
     /// The rows as one line: each node's depth, with "+" where it is expanded.
     std::string rows() const {
         std::string rows;
-        for (std::int64_t row = 0; row < editor_->outline().rowCount(); ++row) {
-            rows += std::to_string(editor_->outline().rowDepth(row));
-            rows += editor_->outline().row(row, tree()).isExpanded ? "+ " : " ";
+        for (std::int64_t row = 0; row < editor->outline().rowCount(); ++row) {
+            rows += std::to_string(editor->outline().rowDepth(row));
+            rows += editor->outline().row(row, tree()).isExpanded ? "+ " : " ";
         }
         return rows;
     }
 
-    std::shared_ptr<JSONDocument> document_;
-    std::unique_ptr<TreeEditor> editor_;
+    std::shared_ptr<JSONDocument> document;
+    std::unique_ptr<TreeEditor> editor;
 };
 
 TEST_F(TreeEditorTests, ItStartsWithNeitherRowsNorSelection) {
@@ -47,183 +47,183 @@ TEST_F(TreeEditorTests, ItStartsWithNeitherRowsNorSelection) {
 TEST_F(TreeEditorTests, TheFirstReloadShowsTheRootOpenAndSelectsIt) {
     open("[1,[2],{}]");
     EXPECT_EQ(rows(), "0+ 1 1 1 ");
-    EXPECT_EQ(editor_->selection(), root());
+    EXPECT_EQ(editor->selection(), root());
 }
 
 TEST_F(TreeEditorTests, ThereIsNoTreeWhileTheDocumentShowsItsText) {
     open("[1,[2]]");
     replace("[1");
-    EXPECT_EQ(editor_->tree(), nullptr);
-    EXPECT_FALSE(editor_->expandSelection(true));
-    EXPECT_FALSE(editor_->collapseOrSelectParent());
-    editor_->setAllExpanded(true);
-    editor_->toggleExpansion(NodeID{1}, true);
-    EXPECT_EQ(editor_->outline().rowCount(), 3);
+    EXPECT_EQ(editor->tree(), nullptr);
+    EXPECT_FALSE(editor->expandSelection(true));
+    EXPECT_FALSE(editor->collapseOrSelectParent());
+    editor->setAllExpanded(true);
+    editor->toggleExpansion(NodeID{1}, true);
+    EXPECT_EQ(editor->outline().rowCount(), 3);
 }
 
 TEST_F(TreeEditorTests, SelectingAnnouncesOnlyChanges) {
     open("[1,2]");
-    QSignalSpy changes(editor_.get(), &TreeEditor::selectionChanged);
-    editor_->select(child(root(), 1));
-    editor_->select(child(root(), 1));
+    QSignalSpy changes(editor.get(), &TreeEditor::selectionChanged);
+    editor->select(child(root(), 1));
+    editor->select(child(root(), 1));
     EXPECT_EQ(changes.count(), 1);
-    EXPECT_EQ(editor_->selection(), child(root(), 1));
+    EXPECT_EQ(editor->selection(), child(root(), 1));
 }
 
 TEST_F(TreeEditorTests, TogglingFlipsOneContainer) {
     open("[[[1]],2]");
     const NodeID inner = child(root(), 0);
-    editor_->toggleExpansion(inner, false);
+    editor->toggleExpansion(inner, false);
     EXPECT_EQ(rows(), "0+ 1+ 2 1 ");
-    editor_->toggleExpansion(inner, false);
+    editor->toggleExpansion(inner, false);
     EXPECT_EQ(rows(), "0+ 1 1 ");
 }
 
 TEST_F(TreeEditorTests, TogglingRecursivelyTakesTheWholeSubtreeAlong) {
     open("[[[1]],[2]]");
     const NodeID inner = child(root(), 0);
-    editor_->toggleExpansion(inner, true);
+    editor->toggleExpansion(inner, true);
     EXPECT_EQ(rows(), "0+ 1+ 2+ 3 1 ");
-    editor_->toggleExpansion(inner, true);
-    editor_->toggleExpansion(inner, false);
+    editor->toggleExpansion(inner, true);
+    editor->toggleExpansion(inner, false);
     EXPECT_EQ(rows(), "0+ 1+ 2 1 ");
 }
 
 TEST_F(TreeEditorTests, ExpandingTheSelectionTellsWhetherItDidAnything) {
     open("[[[1]],2]");
-    editor_->select(child(root(), 0));
-    EXPECT_TRUE(editor_->expandSelection(false));
-    EXPECT_FALSE(editor_->expandSelection(false));
-    EXPECT_TRUE(editor_->expandSelection(true));
+    editor->select(child(root(), 0));
+    EXPECT_TRUE(editor->expandSelection(false));
+    EXPECT_FALSE(editor->expandSelection(false));
+    EXPECT_TRUE(editor->expandSelection(true));
     EXPECT_EQ(rows(), "0+ 1+ 2+ 3 1 ");
-    EXPECT_TRUE(editor_->expandSelection(true));
-    editor_->select(child(root(), 1));
-    EXPECT_FALSE(editor_->expandSelection(false));
-    EXPECT_FALSE(editor_->expandSelection(true));
+    EXPECT_TRUE(editor->expandSelection(true));
+    editor->select(child(root(), 1));
+    EXPECT_FALSE(editor->expandSelection(false));
+    EXPECT_FALSE(editor->expandSelection(true));
 }
 
 TEST_F(TreeEditorTests, NothingIsExpandedWithoutASelection) {
     open("[[1]]");
-    editor_->setSelection(std::nullopt);
-    EXPECT_FALSE(editor_->expandSelection(true));
-    EXPECT_FALSE(editor_->collapseOrSelectParent());
+    editor->setSelection(std::nullopt);
+    EXPECT_FALSE(editor->expandSelection(true));
+    EXPECT_FALSE(editor->collapseOrSelectParent());
 }
 
 TEST_F(TreeEditorTests, LeftCollapsesThenGoesUpAndStopsAtTheRoot) {
     open("[[[1]]]");
     const NodeID middle = child(root(), 0);
     const NodeID inner = child(middle, 0);
-    editor_->setAllExpanded(true);
-    editor_->select(child(inner, 0));
-    EXPECT_TRUE(editor_->collapseOrSelectParent());
-    EXPECT_EQ(editor_->selection(), inner);
-    EXPECT_TRUE(editor_->collapseOrSelectParent());
-    EXPECT_EQ(editor_->selection(), inner);
+    editor->setAllExpanded(true);
+    editor->select(child(inner, 0));
+    EXPECT_TRUE(editor->collapseOrSelectParent());
+    EXPECT_EQ(editor->selection(), inner);
+    EXPECT_TRUE(editor->collapseOrSelectParent());
+    EXPECT_EQ(editor->selection(), inner);
     EXPECT_FALSE(isExpanded(inner));
-    EXPECT_TRUE(editor_->collapseOrSelectParent());
-    EXPECT_EQ(editor_->selection(), middle);
-    EXPECT_TRUE(editor_->collapseOrSelectParent());
-    EXPECT_TRUE(editor_->collapseOrSelectParent());
-    EXPECT_EQ(editor_->selection(), root());
-    EXPECT_TRUE(editor_->collapseOrSelectParent());
+    EXPECT_TRUE(editor->collapseOrSelectParent());
+    EXPECT_EQ(editor->selection(), middle);
+    EXPECT_TRUE(editor->collapseOrSelectParent());
+    EXPECT_TRUE(editor->collapseOrSelectParent());
+    EXPECT_EQ(editor->selection(), root());
+    EXPECT_TRUE(editor->collapseOrSelectParent());
     EXPECT_FALSE(isExpanded(root()));
-    EXPECT_FALSE(editor_->collapseOrSelectParent());
-    EXPECT_EQ(editor_->selection(), root());
+    EXPECT_FALSE(editor->collapseOrSelectParent());
+    EXPECT_EQ(editor->selection(), root());
 }
 
 TEST_F(TreeEditorTests, CollapsingWithLeftIsNotRecursive) {
     open("[[[1]]]");
-    editor_->setAllExpanded(true);
-    editor_->select(child(root(), 0));
-    EXPECT_TRUE(editor_->collapseOrSelectParent());
-    EXPECT_TRUE(editor_->expandSelection(false));
+    editor->setAllExpanded(true);
+    editor->select(child(root(), 0));
+    EXPECT_TRUE(editor->collapseOrSelectParent());
+    EXPECT_TRUE(editor->expandSelection(false));
     EXPECT_EQ(rows(), "0+ 1+ 2+ 3 ");
 }
 
 TEST_F(TreeEditorTests, ExpandingAllOpensEveryContainer) {
     open("{\"a\":{\"b\":[]},\"c\":[[1]]}");
-    editor_->setAllExpanded(true);
+    editor->setAllExpanded(true);
     EXPECT_EQ(rows(), "0+ 1+ 2+ 1+ 2+ 3 ");
 }
 
 TEST_F(TreeEditorTests, CollapsingAllLeavesTheRootAndItsChildren) {
     open("{\"a\":{\"b\":[]},\"c\":[[1]]}");
-    editor_->setAllExpanded(true);
-    editor_->setAllExpanded(false);
+    editor->setAllExpanded(true);
+    editor->setAllExpanded(false);
     EXPECT_EQ(rows(), "0+ 1 1 ");
-    editor_->toggleExpansion(child(root(), 1), false);
+    editor->toggleExpansion(child(root(), 1), false);
     EXPECT_EQ(rows(), "0+ 1 1+ 2 ");
 }
 
 TEST_F(TreeEditorTests, ANewRevisionReloadsTheRowsByItself) {
     open("[1,2]");
-    QSignalSpy changes(editor_.get(), &TreeEditor::outlineChanged);
+    QSignalSpy changes(editor.get(), &TreeEditor::outlineChanged);
     replace("[1,2,3]");
     EXPECT_EQ(changes.count(), 1);
     EXPECT_EQ(rows(), "0+ 1 1 1 ");
-    EXPECT_EQ(editor_->outlineRevision(), document_->revision());
+    EXPECT_EQ(editor->outlineRevision(), document->revision());
 }
 
 TEST_F(TreeEditorTests, ASelectionStaysWhenItsRowDoes) {
     open("[1,2,3]");
-    editor_->select(child(root(), 1));
-    const NodeID selected = *editor_->selection();
+    editor->select(child(root(), 1));
+    const NodeID selected = *editor->selection();
     replace("[4,5,6]");
-    EXPECT_EQ(editor_->selection(), selected);
+    EXPECT_EQ(editor->selection(), selected);
 }
 
 TEST_F(TreeEditorTests, ASelectionWithoutARowGoesToTheRoot) {
     open("[1,2,3]");
-    editor_->select(child(root(), 2));
-    QSignalSpy changes(editor_.get(), &TreeEditor::selectionChanged);
+    editor->select(child(root(), 2));
+    QSignalSpy changes(editor.get(), &TreeEditor::selectionChanged);
     replace("[1]");
-    EXPECT_EQ(editor_->selection(), root());
+    EXPECT_EQ(editor->selection(), root());
     EXPECT_EQ(changes.count(), 1);
 }
 
 TEST_F(TreeEditorTests, ASelectionHiddenInACollapsedContainerGoesToTheRootAtAReload) {
     open("[[1]]");
-    editor_->setAllExpanded(true);
-    editor_->select(child(child(root(), 0), 0));
-    editor_->toggleExpansion(child(root(), 0), false);
-    EXPECT_EQ(editor_->selection(), child(child(root(), 0), 0));
-    editor_->reload();
-    EXPECT_EQ(editor_->selection(), root());
+    editor->setAllExpanded(true);
+    editor->select(child(child(root(), 0), 0));
+    editor->toggleExpansion(child(root(), 0), false);
+    EXPECT_EQ(editor->selection(), child(child(root(), 0), 0));
+    editor->reload();
+    EXPECT_EQ(editor->selection(), root());
 }
 
 TEST_F(TreeEditorTests, TheExpansionOutlivesAReload) {
     open("[[1],[2]]");
-    editor_->toggleExpansion(child(root(), 1), false);
-    editor_->reload();
+    editor->toggleExpansion(child(root(), 1), false);
+    editor->reload();
     EXPECT_EQ(rows(), "0+ 1 1+ 2 ");
 }
 
 TEST_F(TreeEditorTests, ASelectionThatIsNotInTheTreeDoesNothing) {
     open("[[1],2]");
     const NodeID selected = child(root(), 0);
-    editor_->select(selected);
-    JSONContent content = document_->content();
+    editor->select(selected);
+    JSONContent content = document->content();
     content.tree->detach(selected);
-    document_->setContent(std::move(content));
-    EXPECT_FALSE(editor_->expandSelection(false));
-    EXPECT_FALSE(editor_->collapseOrSelectParent());
-    editor_->select(NodeID{1000});
-    EXPECT_FALSE(editor_->expandSelection(false));
-    EXPECT_FALSE(editor_->collapseOrSelectParent());
+    document->setContent(std::move(content));
+    EXPECT_FALSE(editor->expandSelection(false));
+    EXPECT_FALSE(editor->collapseOrSelectParent());
+    editor->select(NodeID{1000});
+    EXPECT_FALSE(editor->expandSelection(false));
+    EXPECT_FALSE(editor->collapseOrSelectParent());
 }
 
 TEST_F(TreeEditorTests, RowsAndSelectionBelongToOneTreeWheneverAnythingIsAnnounced) {
     open("[[1],[2],[3]]");
-    editor_->select(child(root(), 2));
+    editor->select(child(root(), 2));
     int announcements = 0;
     const auto check = [&] {
         ++announcements;
-        ASSERT_TRUE(editor_->selection());
-        EXPECT_TRUE(editor_->outline().index(*editor_->selection()));
-        editor_->outline().checkInvariants(tree());
+        ASSERT_TRUE(editor->selection());
+        EXPECT_TRUE(editor->outline().index(*editor->selection()));
+        editor->outline().checkInvariants(tree());
     };
-    QObject::connect(editor_.get(), &TreeEditor::outlineChanged, check);
-    QObject::connect(editor_.get(), &TreeEditor::selectionChanged, check);
+    QObject::connect(editor.get(), &TreeEditor::outlineChanged, check);
+    QObject::connect(editor.get(), &TreeEditor::selectionChanged, check);
     replace("{}");
     EXPECT_EQ(announcements, 2);
 }

@@ -17,12 +17,12 @@ constexpr int width = 600;
 class TreeRowViewTests : public testing::Test {
 protected:
     TreeRowView view(const TreeRow& row, int viewWidth = width) {
-        contents_ = std::make_unique<TreeRowContents>(row, style_);
-        return TreeRowView(style_, *contents_, QRect(0, 0, viewWidth, style_.rowHeight), 0);
+        rowContents = std::make_unique<TreeRowContents>(row, style);
+        return TreeRowView(style, *rowContents, QRect(0, 0, viewWidth, style.rowHeight), 0);
     }
 
     QImage painted(const TreeRow& row, TreeRowEmphasis emphasis = TreeRowEmphasis::none) {
-        QImage image(width, style_.rowHeight, QImage::Format_RGB32);
+        QImage image(width, style.rowHeight, QImage::Format_RGB32);
         image.fill(Qt::white);
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
@@ -44,8 +44,8 @@ protected:
         return row;
     }
 
-    TreeRowStyle style_{QGuiApplication::palette()};
-    std::unique_ptr<TreeRowContents> contents_;
+    TreeRowStyle style{QGuiApplication::palette()};
+    std::unique_ptr<TreeRowContents> rowContents;
 };
 
 TEST_F(TreeRowViewTests, ARowOfDepthThreeStandsFortyEightPointsToTheRightOfOneOfDepthZero) {
@@ -81,7 +81,7 @@ TEST_F(TreeRowViewTests, OnlyContainersHaveAChevronToClick) {
     EXPECT_TRUE(view(containerRow(TreeRow::Label::root(), NodeKind::array)).isOnChevron(place));
     EXPECT_TRUE(view(containerRow(TreeRow::Label::root(), NodeKind::array)).isOnChevron(QPointF(place.x(), 1)));
     EXPECT_FALSE(
-        view(containerRow(TreeRow::Label::root(), NodeKind::array)).isOnChevron(place + QPointF(style_.badgeWidth, 0)));
+        view(containerRow(TreeRow::Label::root(), NodeKind::array)).isOnChevron(place + QPointF(style.badgeWidth, 0)));
     EXPECT_FALSE(view(number(0)).isOnChevron(place));
 }
 
@@ -106,7 +106,7 @@ TEST_F(TreeRowViewTests, ALongValueEndsBeforeTheEdgeAndLeavesTheKeyWhole) {
     const TreeRowView view = this->view(row);
     EXPECT_TRUE(view.isShortened(TreeRowPart::value));
     EXPECT_FALSE(view.isShortened(TreeRowPart::label));
-    EXPECT_LE(view.rect(TreeRowPart::value).right(), width - style_.backgroundInset);
+    EXPECT_LE(view.rect(TreeRowPart::value).right(), width - style.backgroundInset);
 }
 
 TEST_F(TreeRowViewTests, ALongKeyLeavesAShortValueWhole) {
@@ -125,7 +125,7 @@ TEST_F(TreeRowViewTests, ALongKeyAndALongValueShareTheRoom) {
 }
 
 TEST_F(TreeRowViewTests, AViewTooNarrowForAnythingIsStillPainted) {
-    QImage image(40, style_.rowHeight, QImage::Format_RGB32);
+    QImage image(40, style.rowHeight, QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
     const TreeRowView narrow = view(number(2), 40);
@@ -152,28 +152,28 @@ TEST_F(TreeRowViewTests, EveryEmphasisLooksDifferent) {
 
 TEST_F(TreeRowViewTests, TheBackgroundOfASelectionIsInset) {
     const QImage image = painted(number(0), TreeRowEmphasis::selection);
-    const int middle = style_.rowHeight / 2;
-    EXPECT_EQ(image.pixel(style_.backgroundInset - 1, middle), qRgb(255, 255, 255));
-    EXPECT_NE(image.pixel(style_.backgroundInset + 1, middle), qRgb(255, 255, 255));
-    EXPECT_EQ(image.pixel(style_.backgroundInset, 0), qRgb(255, 255, 255)) << "its corners are round";
+    const int middle = style.rowHeight / 2;
+    EXPECT_EQ(image.pixel(style.backgroundInset - 1, middle), qRgb(255, 255, 255));
+    EXPECT_NE(image.pixel(style.backgroundInset + 1, middle), qRgb(255, 255, 255));
+    EXPECT_EQ(image.pixel(style.backgroundInset, 0), qRgb(255, 255, 255)) << "its corners are round";
 }
 
 TEST_F(TreeRowViewTests, ARowIsNeverPaintedOutsideItsStretch) {
-    QImage image(width, 3 * style_.rowHeight, QImage::Format_RGB32);
+    QImage image(width, 3 * style.rowHeight, QImage::Format_RGB32);
     image.fill(Qt::white);
     QPainter painter(&image);
     std::string piled = "a";
     for (int mark = 0; mark < 60; ++mark)
         piled += "\u0301\u0323";
     const TreeRow row = scalarRow(TreeRow::Label::key(piled), NodeKind::string, piled);
-    contents_ = std::make_unique<TreeRowContents>(row, style_);
-    TreeRowView(style_, *contents_, QRect(0, style_.rowHeight, width, style_.rowHeight), 0)
+    rowContents = std::make_unique<TreeRowContents>(row, style);
+    TreeRowView(style, *rowContents, QRect(0, style.rowHeight, width, style.rowHeight), 0)
         .paint(painter, TreeRowEmphasis::selection, 0);
     painter.end();
-    QImage blank(width, style_.rowHeight, QImage::Format_RGB32);
+    QImage blank(width, style.rowHeight, QImage::Format_RGB32);
     blank.fill(Qt::white);
-    EXPECT_EQ(image.copy(0, 0, width, style_.rowHeight), blank);
-    EXPECT_EQ(image.copy(0, 2 * style_.rowHeight, width, style_.rowHeight), blank);
+    EXPECT_EQ(image.copy(0, 0, width, style.rowHeight), blank);
+    EXPECT_EQ(image.copy(0, 2 * style.rowHeight, width, style.rowHeight), blank);
 }
 
 } // namespace

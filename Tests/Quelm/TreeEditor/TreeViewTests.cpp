@@ -43,7 +43,7 @@ TEST_F(TreeViewTests, AClickSelectsARow) {
 TEST_F(TreeViewTests, AClickBelowTheRowsLeavesTheSelection) {
     open("[1]");
     clickRow(1);
-    QTest::mouseClick(view_->viewport(), Qt::LeftButton, {}, QPoint(50, view_->viewport()->height() - 5));
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, QPoint(50, view->viewport()->height() - 5));
     EXPECT_EQ(selectedRow(), 1);
 }
 
@@ -72,14 +72,14 @@ TEST_F(TreeViewTests, TwoQuickClicksOnTheChevronToggleTwice) {
     open("[[1]]");
     const QPoint place = chevron(1);
     // The second press of a double click arrives as an event of another type.
-    QTest::mouseClick(view_->viewport(), Qt::LeftButton, {}, place);
-    QTest::mouseDClick(view_->viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place);
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, place);
     EXPECT_EQ(rowCount(), 2);
 }
 
 TEST_F(TreeViewTests, ADoubleClickOnAContainerOnlySelectsIt) {
     open("[[1]]");
-    QTest::mouseDClick(view_->viewport(), Qt::LeftButton, {}, rowCentre(1));
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, rowCentre(1));
     EXPECT_EQ(rowCount(), 2);
     EXPECT_EQ(selectedRow(), 1);
 }
@@ -112,7 +112,7 @@ TEST_F(TreeViewTests, HomeAndEndGoToTheFirstAndLastRow) {
 
 TEST_F(TreeViewTests, PagesGoAsFarAsTheViewShows) {
     open(arrayOfZeros(1000));
-    const std::int64_t page = view_->viewport()->height() / view_->rowStyle().rowHeight - 1;
+    const std::int64_t page = view->viewport()->height() / view->rowStyle().rowHeight - 1;
     press(Qt::Key_PageDown);
     EXPECT_EQ(selectedRow(), page);
     EXPECT_TRUE(isWhollyVisible(page));
@@ -169,10 +169,10 @@ TEST_F(TreeViewTests, WithTheSelectionHiddenAnArrowComesBackToItsVisibleContaine
 
 TEST_F(TreeViewTests, TheLastOfAMillionRowsIsReachedAndPainted) {
     open(arrayOfZeros(1'000'000));
-    view_->verticalScrollBar()->setValue(view_->verticalScrollBar()->maximum());
+    view->verticalScrollBar()->setValue(view->verticalScrollBar()->maximum());
     EXPECT_TRUE(isWhollyVisible(1'000'000));
-    const QRect last = *view_->rowArea(1'000'000);
-    EXPECT_EQ(last.bottom() + view_->rowStyle().verticalMargin, view_->viewport()->height() - 1);
+    const QRect last = *view->rowArea(1'000'000);
+    EXPECT_EQ(last.bottom() + view->rowStyle().verticalMargin, view->viewport()->height() - 1);
     clickRow(1'000'000);
     EXPECT_EQ(selectedRow(), 1'000'000);
     EXPECT_FALSE(isBlank(last.adjusted(20, 0, -20, 0)));
@@ -180,60 +180,61 @@ TEST_F(TreeViewTests, TheLastOfAMillionRowsIsReachedAndPainted) {
 
 TEST_F(TreeViewTests, EveryRowIsWhereArithmeticPutsIt) {
     open(arrayOfZeros(200));
-    view_->verticalAxis().setPosition(1234);
-    for (int y = 0; y < view_->viewport()->height(); y += 7) {
-        const auto row = view_->rowAt(QPoint(30, y));
+    view->verticalAxis().setPosition(1234);
+    for (int y = 0; y < view->viewport()->height(); y += 7) {
+        const auto row = view->rowAt(QPoint(30, y));
         ASSERT_TRUE(row);
-        EXPECT_TRUE(view_->rowArea(*row)->contains(QPoint(30, y)));
+        EXPECT_TRUE(view->rowArea(*row)->contains(QPoint(30, y)));
     }
-    EXPECT_EQ(view_->rowArea(0), std::nullopt);
+    EXPECT_EQ(view->rowArea(0), std::nullopt);
 }
 
 TEST_F(TreeViewTests, TheWheelScrollsRowsAndATouchpadPixels) {
     open(arrayOfZeros(1000));
     turnWheel(QPoint(), QPoint(0, -120));
-    EXPECT_EQ(view_->verticalAxis().position(), QApplication::wheelScrollLines() * view_->rowStyle().rowHeight);
-    view_->verticalAxis().setPosition(0);
+    EXPECT_EQ(view->verticalAxis().position(), QApplication::wheelScrollLines() * view->rowStyle().rowHeight);
+    view->verticalAxis().setPosition(0);
     turnWheel(QPoint(0, -13), QPoint(0, -50));
-    EXPECT_EQ(view_->verticalAxis().position(), 13);
+    EXPECT_EQ(view->verticalAxis().position(), 13);
 }
 
 TEST_F(TreeViewTests, SmallTurnsOfAFineWheelAddUp) {
     open(arrayOfZeros(1000));
     for (int turn = 0; turn < 120; ++turn)
         turnWheel(QPoint(), QPoint(0, -1));
-    EXPECT_NEAR(static_cast<double>(view_->verticalAxis().position()),
-                QApplication::wheelScrollLines() * view_->rowStyle().rowHeight, 1);
+    EXPECT_NEAR(static_cast<double>(view->verticalAxis().position()),
+                QApplication::wheelScrollLines() * view->rowStyle().rowHeight, 1);
 }
 
 TEST_F(TreeViewTests, ExpandingARowLeavesItInItsPlace) {
     open("[" + arrayOfZeros(500) + "," + arrayOfZeros(500) + "]");
     clickChevron(1);
-    view_->verticalAxis().setPosition(300);
-    const std::int64_t top = view_->verticalAxis().position();
+    view->verticalAxis().setPosition(300);
+    const std::int64_t top = view->verticalAxis().position();
     clickRow(20);
     press(Qt::Key_Left);
     EXPECT_EQ(selectedRow(), 1);
-    EXPECT_LT(view_->verticalAxis().position(), top) << "the parent was scrolled into view";
+    EXPECT_LT(view->verticalAxis().position(), top) << "the parent was scrolled into view";
     press(Qt::Key_Left);
     EXPECT_EQ(rowCount(), 3);
-    EXPECT_EQ(view_->verticalAxis().position(), 0);
+    EXPECT_EQ(view->verticalAxis().position(), 0);
 }
 
 TEST_F(TreeViewTests, DeepRowsAreScrolledToSideways) {
     constexpr std::int64_t depth = 100'000;
     open(nestedArrays(depth));
-    EXPECT_EQ(view_->horizontalAxis().maximum(), 0);
+    EXPECT_EQ(view->horizontalAxis().maximum(), 0);
     press(Qt::Key_Right, Qt::AltModifier);
     EXPECT_EQ(rowCount(), depth + 1);
     press(Qt::Key_End);
     EXPECT_EQ(selectedRow(), depth);
-    EXPECT_TRUE(isWhollyVisible(depth));
-    const QRectF badge = view_->partArea(depth, TreeRowPart::badge);
-    EXPECT_TRUE(QRectF(view_->viewport()->rect()).contains(badge));
+    QApplication::processEvents();
+    EXPECT_TRUE(isWhollyVisible(depth)) << "the scroll bar that has come up does not cover it";
+    const QRectF badge = view->partArea(depth, TreeRowPart::badge);
+    EXPECT_TRUE(QRectF(view->viewport()->rect()).contains(badge));
     EXPECT_FALSE(isBlank(badge.toRect()));
     press(Qt::Key_Home);
-    EXPECT_EQ(view_->horizontalAxis().position(), 0);
+    EXPECT_EQ(view->horizontalAxis().position(), 0);
 }
 
 TEST_F(TreeViewTests, OnlyRowsOfTheViewportAreMadeToPaintAFrame) {
@@ -245,7 +246,7 @@ TEST_F(TreeViewTests, OnlyRowsOfTheViewportAreMadeToPaintAFrame) {
     QElapsedTimer timer;
     timer.start();
     for (int frame = 0; frame < 50; ++frame)
-        view_->viewport()->repaint();
+        view->viewport()->repaint();
     EXPECT_LT(timer.elapsed(), 2000);
 }
 
@@ -258,14 +259,14 @@ TEST_F(TreeViewTests, TheSelectionIsPaintedAndFollowsTheFocus) {
     EXPECT_NE(painted(), focused);
     press(Qt::Key_Up);
     EXPECT_EQ(painted(), focused);
-    view_->clearFocus();
+    view->clearFocus();
     EXPECT_NE(painted(), focused);
 }
 
 TEST_F(TreeViewTests, RowsAlternate) {
     open("[1,1,1,1]");
     const auto background = [this](std::int64_t row) {
-        const QRect area = *view_->rowArea(row);
+        const QRect area = *view->rowArea(row);
         return painted().pixelColor(area.right() - 30, area.center().y());
     };
     EXPECT_NE(background(1), background(2));
@@ -276,7 +277,7 @@ TEST_F(TreeViewTests, RowsAlternate) {
 TEST_F(TreeViewTests, AnotherPaletteIsTakenUpAtOnce) {
     open("[1,2]");
     const QImage light = painted();
-    window_->setPalette(ownPalette(Appearance::dark));
+    window->setPalette(ownPalette(Appearance::dark));
     const QImage dark = painted();
     EXPECT_NE(light, dark);
     EXPECT_LT(dark.pixelColor(dark.width() / 2, dark.height() - 3).lightness(), 64);
@@ -294,21 +295,21 @@ TEST_F(TreeViewTests, TooltipsSayWhatARowHasNoRoomFor) {
     EXPECT_EQ(tip(2, TreeRowPart::value), QString());
     EXPECT_EQ(tip(2, TreeRowPart::duplicateMark), QStringLiteral("Clave duplicada"));
     EXPECT_EQ(tip(2, TreeRowPart::badge), QStringLiteral("Número"));
-    EXPECT_EQ(view_->toolTipAt(QPoint(10, view_->viewport()->height() - 3)), QString());
+    EXPECT_EQ(view->toolTipAt(QPoint(10, view->viewport()->height() - 3)), QString());
 }
 
 TEST_F(TreeViewTests, EveryMemberWithADuplicateKeyIsMarked) {
     open("{\"a\":1,\"b\":2,\"a\":3}");
-    EXPECT_FALSE(view_->partArea(1, TreeRowPart::duplicateMark).isEmpty());
-    EXPECT_TRUE(view_->partArea(2, TreeRowPart::duplicateMark).isEmpty());
-    EXPECT_FALSE(view_->partArea(3, TreeRowPart::duplicateMark).isEmpty());
+    EXPECT_FALSE(view->partArea(1, TreeRowPart::duplicateMark).isEmpty());
+    EXPECT_TRUE(view->partArea(2, TreeRowPart::duplicateMark).isEmpty());
+    EXPECT_FALSE(view->partArea(3, TreeRowPart::duplicateMark).isEmpty());
 }
 
 TEST_F(TreeViewTests, BetweenAChangeOfTheContentAndItsReloadNothingOfTheFormerTreeIsUsed) {
     open("[1,2,3]");
-    QObject::connect(document_.get(), &JSONDocument::contentChanged, [this] {
-        view_->viewport()->repaint();
-        view_->toolTipAt(rowCentreForHeight(2));
+    QObject::connect(document.get(), &JSONDocument::contentChanged, [this] {
+        view->viewport()->repaint();
+        view->toolTipAt(rowCentreForHeight(2));
         press(Qt::Key_Left);
     });
     replace("7");
