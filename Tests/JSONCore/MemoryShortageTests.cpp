@@ -43,6 +43,12 @@ void* operator new(std::size_t size) {
 void* operator new(std::size_t size, std::align_val_t alignment) {
     return allocated(size, alignment);
 }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return isRefused() ? nullptr : std::malloc(size);
+}
+void operator delete(void* memory, const std::nothrow_t&) noexcept {
+    std::free(memory);
+}
 void operator delete(void* memory) noexcept {
     std::free(memory);
 }
