@@ -136,7 +136,9 @@ void JSONWriter::writeInto(TextBuilder output, NodeID start) {
     case NodeKind::bool_: {
         const std::string_view text = storage_.text(record.scalar());
         at = needRoom(at, text.size() + chunk);
-        if (!record.scalar().isInArena && !text.empty()) // the source is padded
+        if (text.empty())
+            return at;
+        if (!record.scalar().isInArena) // the source is padded
             return copyInChunks(at, text.data(), text.size());
         std::memcpy(at, text.data(), text.size());
         return at + text.size();
