@@ -1,6 +1,7 @@
 #include "JSONCore/JSONSerializer.h"
 #include "Tests/JSONCore/Models/NaiveParser.h"
 #include "Tests/JSONCore/Models/NaiveWriter.h"
+#include "Tests/JSONCore/Support/AllStyles.h"
 #include "Tests/JSONCore/Support/JSONText.h"
 #include "Tests/JSONCore/Support/Printing.h"
 #include "Tests/JSONCore/Support/RandomJSON.h"
@@ -11,18 +12,10 @@ namespace quelm {
 namespace {
 
 using Indent = JSONStyle::Indent;
+using test::allStyles;
 using test::parsed;
 using test::Random;
 using test::written;
-
-std::vector<JSONStyle> allStyles() {
-    std::vector<JSONStyle> styles{JSONStyle::compact()};
-    for (const Indent indent : JSONStyle::allIndents) {
-        styles.push_back(JSONStyle::pretty(indent, false));
-        styles.push_back(JSONStyle::pretty(indent, true));
-    }
-    return styles;
-}
 
 TEST(JSONSerializerModel, WritesTheSameBytesAsTheModel) {
     test::forEachRound(1'000, [](Random& random) {

@@ -1,4 +1,5 @@
 #include "JSONCore/JSONStyle.h"
+#include "Tests/JSONCore/Support/AllStyles.h"
 #include "Tests/JSONCore/Support/Printing.h"
 
 #include <gmock/gmock.h>
@@ -10,15 +11,7 @@ namespace quelm {
 namespace {
 
 using Indent = JSONStyle::Indent;
-
-std::vector<JSONStyle> allStyles() {
-    std::vector<JSONStyle> styles{JSONStyle::compact()};
-    for (const Indent indent : JSONStyle::allIndents) {
-        styles.push_back(JSONStyle::pretty(indent, false));
-        styles.push_back(JSONStyle::pretty(indent, true));
-    }
-    return styles;
-}
+using test::allStyles;
 
 TEST(JSONStyle, OffersItsIndentsInOrder) {
     EXPECT_THAT(JSONStyle::allIndents, testing::ElementsAre(Indent::twoSpaces, Indent::fourSpaces, Indent::tab));
