@@ -344,7 +344,7 @@ namespace quelm {
 HWY_EXPORT(runParser);
 
 std::expected<JSONTree, JSONParseError> JSONParser::parse(const TextRope& text, std::stop_token stop) {
-    if (text.byteCount() > static_cast<std::size_t>(maximumTextSize))
+    if (text.byteCount() > maximumTextSize)
         return std::unexpected(JSONParseError::tooLarge());
     const SharedText source = text.contiguous();
     try {

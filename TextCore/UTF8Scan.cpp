@@ -27,6 +27,15 @@ constexpr std::uint64_t highBits = 0x8080'8080'8080'8080;
 /// The lead byte of `lowLimit`: those of lower characters are less.
 constexpr std::uint8_t lowLimitLead = 0xC0 | lowLimit >> 6;
 
+/// Bytes of some kinds.
+struct ByteCounts {
+    std::size_t continuations = 0;
+    std::size_t threeByteLeads = 0;
+    std::size_t fourByteLeads = 0;
+    std::size_t lineFeeds = 0;
+    std::size_t carriageReturns = 0;
+};
+
 /// The ASCII prefix, eight bytes at a time.
 inline std::size_t asciiPrefixByWords(const std::uint8_t* bytes, std::size_t size) {
     std::size_t position = 0;
@@ -39,6 +48,18 @@ inline std::size_t asciiPrefixByWords(const std::uint8_t* bytes, std::size_t siz
     while (position < size && bytes[position] < 0x80)
         ++position;
     return position;
+}
+
+/// Adds what is in the bytes, one at a time.
+inline void countOneByOne(const std::uint8_t* bytes, std::size_t size, ByteCounts& counts) {
+    for (std::size_t position = 0; position < size; ++position) {
+        const std::uint8_t byte = bytes[position];
+        counts.continuations += byte >> 6 == 0b10;
+        counts.threeByteLeads += byte >> 4 == 0b1110;
+        counts.fourByteLeads += byte >> 4 == 0b1111;
+        counts.lineFeeds += byte == '\n';
+        counts.carriageReturns += byte == '\r';
+    }
 }
 
 // Validation looks every pair of neighbouring bytes up by three of its nibbles. Each fault that two bytes can
@@ -140,6 +161,12 @@ std::size_t scanLineFeeds(const std::uint8_t* bytes, std::size_t size) {
     for (std::size_t position = 0; position < size; ++position)
         count += bytes[position] == '\n';
     return count;
+}
+
+ByteCounts scanCounts(const std::uint8_t* bytes, std::size_t size) {
+    ByteCounts counts;
+    countOneByOne(bytes, size, counts);
+    return counts;
 }
 
 std::size_t scanCRLF(const std::uint8_t* bytes, std::size_t size) {
@@ -303,6 +330,37 @@ std::size_t scanLineFeeds(const std::uint8_t* bytes, std::size_t size) {
     return count;
 }
 
+ByteCounts scanCounts(const std::uint8_t* bytes, std::size_t size) {
+    const Bytes d;
+    const hn::RebindToSigned<Bytes> asSigned;
+    const std::size_t step = hn::Lanes(d);
+    const Vector lineFeed = hn::Set(d, '\n');
+    const Vector carriageReturn = hn::Set(d, '\r');
+    const auto lastContinuation = hn::Set(asSigned, static_cast<std::int8_t>(0xBF));
+    const auto threeByteLead = hn::Set(asSigned, static_cast<std::int8_t>(0xDF));
+    const auto fourByteLead = hn::Set(asSigned, static_cast<std::int8_t>(0xEF));
+    const auto none = hn::Zero(asSigned);
+    ByteCounts counts;
+    std::size_t position = 0;
+    for (; size - position >= step; position += step) {
+        const Vector vector = hn::LoadU(d, bytes + position);
+        counts.lineFeeds += hn::CountTrue(d, hn::Eq(vector, lineFeed));
+        counts.carriageReturns += hn::CountTrue(d, hn::Eq(vector, carriageReturn));
+        if (isAllASCII(vector))
+            continue;
+        // As signed numbers, bytes from 0x80 are negative, in the same order.
+        const auto order = hn::BitCast(asSigned, vector);
+        const auto isHigh = hn::Lt(order, none);
+        counts.continuations += hn::CountTrue(asSigned, hn::Not(hn::Gt(order, lastContinuation)));
+        const std::size_t fourOrMore = hn::CountTrue(asSigned, hn::And(isHigh, hn::Gt(order, fourByteLead)));
+        const std::size_t threeOrMore = hn::CountTrue(asSigned, hn::And(isHigh, hn::Gt(order, threeByteLead)));
+        counts.fourByteLeads += fourOrMore;
+        counts.threeByteLeads += threeOrMore - fourOrMore;
+    }
+    countOneByOne(bytes + position, size - position, counts);
+    return counts;
+}
+
 std::size_t scanCRLF(const std::uint8_t* bytes, std::size_t size) {
     const Bytes d;
     const std::size_t step = hn::Lanes(d);
@@ -330,6 +388,7 @@ namespace quelm::utf8 {
 HWY_EXPORT(scanASCIIPrefix);
 HWY_EXPORT(scanValid);
 HWY_EXPORT(scanLineFeeds);
+HWY_EXPORT(scanCounts);
 HWY_EXPORT(scanCRLF);
 HWY_EXPORT(scanLowPrefix);
 HWY_EXPORT(scanCharacters);
@@ -356,6 +415,17 @@ std::size_t asciiPrefixLength(std::string_view bytes) {
 
 std::size_t countLineFeeds(std::string_view bytes) {
     return HWY_DYNAMIC_DISPATCH(scanLineFeeds)(unsignedBytes(bytes), bytes.size());
+}
+
+TextSummary summarize(std::string_view text) {
+    const ByteCounts counts = HWY_DYNAMIC_DISPATCH(scanCounts)(unsignedBytes(text), text.size());
+    const auto number = [](std::size_t count) { return static_cast<std::int64_t>(count); };
+    // A character is a byte that continues none, and one of four bytes is a pair of units.
+    return {.bytes = number(text.size()),
+            .utf16 = number(text.size() - counts.continuations + counts.fourByteLeads),
+            .lineFeeds = number(counts.lineFeeds),
+            .carriageReturns = number(counts.carriageReturns),
+            .threeByteForms = number(counts.threeByteLeads)};
 }
 
 std::size_t countCRLF(std::string_view bytes) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TextCore/TextSummary.h"
+
 #include <unicode/utf8.h>
 
 #include <cstddef>
@@ -9,6 +11,9 @@
 /// What the files of this folder share beneath the public functions of UTF8.h; all of it may be called from
 /// any thread. The counts and prefixes look at many bytes at a time and read nothing beyond the end.
 namespace quelm::utf8 {
+
+/// The sums over well-formed text.
+TextSummary summarize(std::string_view text);
 
 /// The number of CR LF pairs.
 std::size_t countCRLF(std::string_view bytes);

@@ -9,13 +9,13 @@ namespace {
 TEST(TextRope, ADefaultTextIsEmptyAndPaddedWhenMadeContiguous) {
     const TextRope text;
     EXPECT_TRUE(text.isEmpty());
-    EXPECT_EQ(text.byteCount(), 0u);
+    EXPECT_EQ(text.byteCount(), 0);
     EXPECT_EQ(text.contiguous().view(), "");
     EXPECT_TRUE(text.contiguous().isPadded());
 }
 
 TEST(TextRope, CountsBytes) {
-    EXPECT_EQ(TextRope(SharedText("ma\u00F1ana")).byteCount(), 7u);
+    EXPECT_EQ(TextRope(SharedText("ma\u00F1ana")).byteCount(), 7);
     EXPECT_FALSE(TextRope(SharedText("x")).isEmpty());
 }
 

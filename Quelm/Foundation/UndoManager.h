@@ -1,0 +1,83 @@
+#pragma once
+
+#include "Quelm/Foundation/StateToken.h"
+
+#include <QObject>
+#include <QPointer>
+#include <QString>
+
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+namespace quelm {
+
+/// The steps of a window that can be undone and done again, in one line. For the main thread.
+///
+/// A change is made first and then registered, with a handler that takes it back. The handler makes the opposite change
+/// in the same way and so registers what does the change again: what is registered while a step is undone becomes the
+/// redo of that very step, what is registered while it is redone becomes its undo again. A step whose handler registers
+/// nothing, or whose target is gone, is dropped.
+class UndoManager : public QObject {
+    Q_OBJECT
+
+public:
+    explicit UndoManager(QObject* parent = nullptr);
+    ~UndoManager() override;
+
+    /// Names a step for as long as the manager lives; 0 is none.
+    using StepID = std::uint64_t;
+
+    /// One step that `handler(target)` takes back. The target is held weakly. The steps that were undone are dropped,
+    /// unless this is called by a handler. Returns the step.
+    template <class Target>
+    StepID registerUndo(Target* target, std::function<void(Target&)> handler) {
+        return registerHandler(target, [target, handler = std::move(handler)] { handler(*target); });
+    }
+
+    /// What the last registered step, or within a handler the step being undone or redone, is called.
+    void setActionName(const QString& name);
+
+    bool canUndo() const;
+    bool canRedo() const;
+    /// The name of the step that would be undone; empty without one or when it has none.
+    QString undoActionName() const;
+    QString redoActionName() const;
+    /// "Deshacer Escribir", or "Deshacer" alone.
+    QString undoMenuItemTitle() const;
+    /// "Rehacer Escribir", or "Rehacer" alone.
+    QString redoMenuItemTitle() const;
+
+    /// Takes back the last step that is not undone. Nothing when there is none, or within a handler.
+    void undo();
+    void redo();
+    bool isUndoing() const;
+    bool isRedoing() const;
+
+    /// The step that `undo` would take back; 0 for none, or when a step can be redone.
+    StepID openStep() const;
+    /// The open step grew by a further change, just made: what was undone is as good as dropped and its state is the
+    /// present one. For whoever joins changes in one step.
+    void noteOpenStepGrew();
+
+    /// Drops all steps. The state token stays.
+    void removeAllActions();
+
+    /// The token of the state that the steps change: undoing a step moves it to what it was before that step, redoing to
+    /// what it was after it, if nothing else changed the state in between; otherwise to a new one.
+    void setStateToken(StateToken* token);
+
+Q_SIGNALS:
+    /// Steps, names or what can be undone or redone changed.
+    void changed();
+    /// A step is about to be undone or redone: whoever joins changes in one step must end it.
+    void willUndoOrRedo();
+
+private:
+    StepID registerHandler(QObject* target, std::function<void()> handler);
+
+    class Implementation;
+    std::unique_ptr<Implementation> implementation_;
+};
+
+} // namespace quelm

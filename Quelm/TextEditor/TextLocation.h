@@ -1,0 +1,28 @@
+#pragma once
+
+#include <QUuid>
+#include <QtGlobal>
+
+namespace quelm {
+
+class TextRope;
+
+/// A request to move the caret to a line and a column. Every location made is a value of its own, also for the same
+/// place: a repeated request moves the caret again.
+struct TextLocation {
+    TextLocation(qint64 line, qint64 column) : line(line), column(column) {}
+
+    /// From 1.
+    qint64 line;
+    /// In the line's grapheme clusters, from 1.
+    qint64 column;
+    QUuid id = QUuid::createUuid();
+
+    /// The place in a text, in UTF-16 units. A line past the end is the last line, a column past a line's end is the
+    /// place after its line feed. O(log n) for ASCII lines, besides O(column).
+    qint64 offset(const TextRope& text) const;
+
+    friend bool operator==(const TextLocation&, const TextLocation&) = default;
+};
+
+} // namespace quelm
