@@ -16,7 +16,8 @@ struct Group {
     bool (*run)(const Options&);
 };
 
-constexpr std::array groups = std::to_array<Group>({{"json", runJSONGroup}, {"outline", runOutlineGroup}});
+constexpr std::array groups =
+    std::to_array<Group>({{"json", runJSONGroup}, {"outline", runOutlineGroup}, {"text", runTextGroup}});
 
 constexpr char usage[] =
     "Usage: quelm-bench [GROUP...] [--corpus FILE...] [--size MB] [--only TEXT] [--all-peers] [--warm]\n"
@@ -27,16 +28,14 @@ constexpr char usage[] =
 int main(int count, char** arguments) {
     std::array<std::string_view, groups.size()> names;
     std::ranges::transform(groups, names.begin(), &Group::name);
-    const auto options =
-        Options::parse(std::vector<std::string_view>(arguments + 1, arguments + count), names);
+    const auto options = Options::parse(std::vector<std::string_view>(arguments + 1, arguments + count), names);
     if (!options) {
         std::fprintf(stderr, "quelm-bench: %s\n%s", options.error().c_str(), usage);
         return 2;
     }
     bool isComplete = true;
     for (const Group& group : groups)
-        if (options->groups.empty() ||
-            std::ranges::find(options->groups, group.name) != options->groups.end())
+        if (options->groups.empty() || std::ranges::find(options->groups, group.name) != options->groups.end())
             isComplete = group.run(*options) && isComplete;
     return isComplete ? 0 : 1;
 }

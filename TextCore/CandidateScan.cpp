@@ -3,6 +3,9 @@
 
 #include "TextCore/CandidateScan.h"
 
+// Masks are stored byte by byte, those of the first positions first.
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__);
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "TextCore/CandidateScan.cpp"
 #include <hwy/foreach_target.h>
@@ -56,9 +59,6 @@ struct FourValues {
     Vector c;
     Vector d;
 };
-
-/// Masks are stored byte by byte, the first positions first.
-static_assert(HWY_IS_LITTLE_ENDIAN == 1);
 
 template <class Values>
 void markWith(const std::uint8_t* text, std::size_t count, const MatchAnchor& first, const MatchAnchor& second,

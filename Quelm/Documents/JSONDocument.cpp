@@ -19,6 +19,7 @@ EditorMode openingMode(const JSONContent& content) {
 JSONDocument::JSONDocument(std::shared_ptr<DocumentConfiguration> configuration)
     : configuration_(std::move(configuration)) {
     require(configuration_ != nullptr, "a document has a configuration");
+    connect(&stateToken_, &StateToken::currentChanged, this, &JSONDocument::announceModified);
 }
 
 const QStringList& JSONDocument::readableContentTypes() {
@@ -49,10 +50,15 @@ void JSONDocument::setContent(JSONContent content) {
 void JSONDocument::apply(JSONContent snapshot) {
     setContent(std::move(snapshot));
     changeMode(openingMode(content_));
+    dropTextBuffer();
+    stateToken_.advance();
+    noteSaved(stateToken_.current());
     advanceRevision();
+    Q_EMIT didApply();
 }
 
 JSONContent JSONDocument::snapshot() {
+    commitTextBuffer();
     return content_;
 }
 

@@ -3,6 +3,7 @@
 #include "JSONCore/JSONContent.h"
 #include "Quelm/Documents/DocumentConfiguration.h"
 #include "Quelm/Documents/EditorMode.h"
+#include "Quelm/Foundation/StateToken.h"
 #include "TextCore/SharedText.h"
 
 #include <QObject>
@@ -15,9 +16,13 @@
 
 namespace quelm {
 
+class TextStorage;
+class UndoManager;
+
 /// One open JSON file: its content, the editor that shows it, and the revision by which views learn that the whole
-/// content was replaced. A property set to the value it already holds announces nothing. For the main thread, except
-/// the functions that are declared static.
+/// content was replaced. While a text editor shows it, what is typed is in that editor's text storage, the text buffer,
+/// until it is committed to the content. A property set to the value it already holds announces nothing. For the main
+/// thread, except the functions that are declared static.
 class JSONDocument : public QObject {
     Q_OBJECT
 
@@ -29,7 +34,9 @@ public:
     /// The same object for the document's whole life.
     DocumentConfiguration& configuration() const { return *configuration_; }
 
+    /// Without the edits of the text buffer that are not committed.
     const JSONContent& content() const { return content_; }
+    /// Another form of the same state, as a parse or a conversion makes it: the state token stays.
     void setContent(JSONContent content);
 
     EditorMode mode() const { return mode_; }
@@ -50,29 +57,71 @@ public:
     static std::expected<JSONContent, JSONParseError> read(SharedText bytes, std::stop_token stop = {});
 
     /// Installs what was read and chooses the editor by the user's preference: the text when it says so or when there
-    /// is no tree, else the tree.
+    /// is no tree, else the tree. The text buffer and its edits are dropped, and the document counts as unmodified. Steps
+    /// to undo name places of the old content: whoever keeps them drops them on `didApply`.
     void apply(JSONContent snapshot);
 
-    /// The content as it would be saved now.
+    /// The content as it would be saved now: edits of the text buffer are committed first.
     JSONContent snapshot();
 
     /// The bytes of a file that holds the snapshot: its text as it is, else its tree in its style, else none. O(n); for
     /// any thread.
     static SharedText fileContents(const JSONContent& snapshot);
 
+    // Editing.
+
+    /// The text storage of the text editor that shows the document; null while none does.
+    const std::shared_ptr<TextStorage>& textBuffer() const { return textBuffer_; }
+    /// `buffer` must hold the content's text, with nothing left to be committed from another one.
+    void attachTextBuffer(std::shared_ptr<TextStorage> buffer);
+    /// What the buffer holds beyond the content is lost.
+    void dropTextBuffer();
+
+    /// Whether the text buffer holds edits that the content's text does not have.
+    bool isTextBufferEdited() const { return isTextBufferEdited_; }
+    /// The user edited the text buffer, undid or redid an edit there: to be called right after every such change, and
+    /// before its undo step is registered. Moves the state token.
+    void noteTextBufferEdited();
+    /// Makes the text buffer's edits, if there are any, the content's text; the tree and the error of the old text go.
+    /// O(1): the text is shared.
+    void commitTextBuffer();
+
+    /// Replaces the whole content: a step "Formato" of the undo manager, which is held weakly; without one, a change
+    /// that cannot be undone. Edits of the text buffer are committed first, and the buffer shows the new text.
+    void replaceContent(JSONContent newContent, UndoManager* undoManager);
+
+    // Whether it is saved.
+
+    /// Names the state of what would be saved. Whoever changes the content by other ways than those above advances it.
+    StateToken& stateToken() { return stateToken_; }
+    /// Whether the state is another than that of the last save or load.
+    bool isModified() const { return stateToken_.current() != savedToken_; }
+    /// A snapshot taken while the state had that token is now what the file holds.
+    void noteSaved(StateToken::Value token);
+
 Q_SIGNALS:
     void contentChanged();
     void modeChanged();
     void revisionChanged();
+    void isModifiedChanged();
+    /// The last thing that `apply` does.
+    void didApply();
 
 private:
     void changeMode(EditorMode mode);
     void advanceRevision();
+    void announceModified();
 
     const std::shared_ptr<DocumentConfiguration> configuration_;
     JSONContent content_ = JSONContent::empty();
     EditorMode mode_ = EditorMode::tree;
     std::int64_t revision_ = 0;
+
+    std::shared_ptr<TextStorage> textBuffer_;
+    bool isTextBufferEdited_ = false;
+    StateToken stateToken_;
+    StateToken::Value savedToken_ = stateToken_.current();
+    bool isAnnouncedModified_ = false;
 };
 
 } // namespace quelm

@@ -17,7 +17,12 @@ namespace quelm {
 /// A change is made first and then registered, with a handler that takes it back. The handler makes the opposite change
 /// in the same way and so registers what does the change again: what is registered while a step is undone becomes the
 /// redo of that very step, what is registered while it is redone becomes its undo again. A step whose handler registers
-/// nothing, or whose target is gone, is dropped.
+/// nothing, or whose target is gone, is dropped. What handlers register in one run is one step: it is taken back in
+/// reverse order.
+///
+/// A handler may destroy targets and the manager itself, and may drop all steps: what it registers is then dropped as
+/// well. What it throws reaches whoever called `undo` or `redo`; what it had registered until then remains the opposite
+/// of its step.
 class UndoManager : public QObject {
     Q_OBJECT
 
@@ -29,7 +34,7 @@ public:
     using StepID = std::uint64_t;
 
     /// One step that `handler(target)` takes back. The target is held weakly. The steps that were undone are dropped,
-    /// unless this is called by a handler. Returns the step.
+    /// unless this is called by a handler. Returns the step; 0 within a handler that has dropped all steps.
     template <class Target>
     StepID registerUndo(Target* target, std::function<void(Target&)> handler) {
         return registerHandler(target, [target, handler = std::move(handler)] { handler(*target); });
@@ -56,15 +61,17 @@ public:
 
     /// The step that `undo` would take back; 0 for none, or when a step can be redone.
     StepID openStep() const;
-    /// The open step grew by a further change, just made: what was undone is as good as dropped and its state is the
+    /// The open step, of which there must be one, grew by a further change, just made: its state after it is the
     /// present one. For whoever joins changes in one step.
     void noteOpenStepGrew();
 
-    /// Drops all steps. The state token stays.
+    /// Drops all steps, within a handler also the one being undone or redone. The state token stays.
     void removeAllActions();
 
-    /// The token of the state that the steps change: undoing a step moves it to what it was before that step, redoing to
-    /// what it was after it, if nothing else changed the state in between; otherwise to a new one.
+    /// The token of the state that the steps change, held weakly. Whoever makes a change advances the token once, then
+    /// registers the step or says that it grew; where the token was not advanced since, that does it. Undoing a step
+    /// moves the token to what it was before that step, redoing to what it was after it, if nothing else changed the
+    /// state in between; otherwise to a new one.
     void setStateToken(StateToken* token);
 
 Q_SIGNALS:
@@ -75,9 +82,11 @@ Q_SIGNALS:
 
 private:
     StepID registerHandler(QObject* target, std::function<void()> handler);
+    void forgetTarget(QObject* target);
 
     class Implementation;
-    std::unique_ptr<Implementation> implementation_;
+    /// Shared with the call that runs a handler, which may destroy the manager.
+    std::shared_ptr<Implementation> implementation_;
 };
 
 } // namespace quelm

@@ -18,8 +18,9 @@ struct TextLocation {
     qint64 column;
     QUuid id = QUuid::createUuid();
 
-    /// The place in a text, in UTF-16 units. A line past the end is the last line, a column past a line's end is the
-    /// place after its line feed. O(log n) for ASCII lines, besides O(column).
+    /// The place in a text, in UTF-16 units. What is before the first line or column is that; a line past the end is
+    /// the last line; a column past a line's end is the place after its line feed. O(log n) for ASCII lines; characters
+    /// of other lines are read as far as the column.
     qint64 offset(const TextRope& text) const;
 
     friend bool operator==(const TextLocation&, const TextLocation&) = default;

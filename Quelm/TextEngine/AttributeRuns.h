@@ -2,11 +2,13 @@
 
 #include "Quelm/Foundation/SemanticColors.h"
 #include "Quelm/TextEngine/TextRange.h"
+#include "TextCore/Check.h"
 #include "TextCore/SummaryTree.h"
 
 #include <cstdint>
 #include <span>
 #include <utility>
+#include <vector>
 
 namespace quelm {
 
@@ -27,6 +29,8 @@ struct AttributeRun {
 
     friend bool operator==(const AttributeRun&, const AttributeRun&) = default;
 };
+
+class AttributeRunsBuilder;
 
 /// The attributes of every character of a text, as runs. O(log n) besides the runs given or visited; copies are O(1).
 ///
@@ -50,6 +54,8 @@ public:
     /// Gives the units from `location` on the attributes of `runs`, none of them empty. What remains of a settled run
     /// that is cut in this is settled only if the run given beside it is.
     void set(qint64 location, std::span<const AttributeRun> runs);
+    /// The same, however many runs are given.
+    void set(qint64 location, const AttributeRuns& runs);
 
     struct PlacedRun {
         qint64 location = 0;
@@ -84,6 +90,8 @@ public:
     void checkInvariants() const;
 
 private:
+    friend class AttributeRunsBuilder;
+
     /// A run in one word: a coloured text of some megabytes has a run for every few characters.
     struct PackedRun {
         PackedRun() : length(0), foreground(0), isSettled(0) {}
@@ -126,6 +134,8 @@ private:
     };
     using Runs = SummaryTree<Traits>;
 
+    explicit AttributeRuns(Runs runs) : runs_(std::move(runs)) {}
+
     static Runs joined(const Runs& left, const Runs& right);
     static Runs withLastUnsettled(const Runs& runs);
     static Runs withFirstUnsettled(const Runs& runs);
@@ -134,6 +144,36 @@ private:
     bool isRunBoundary(qint64 offset) const;
 
     Runs runs_;
+};
+
+/// Makes runs from first to last. O(1) a run, and little memory besides the outcome.
+class AttributeRunsBuilder {
+public:
+    /// Equal neighbours become one run; an empty one is a programming error.
+    void append(const AttributeRun& run) {
+        require(run.length > 0, "a run has characters");
+        const AttributeRuns::PackedRun packed(run);
+        if (!pending_.empty() && pending_.back().hasSameLook(packed)) {
+            pending_.back().length += packed.length;
+            return;
+        }
+        if (pending_.size() > mostPending)
+            flush();
+        pending_.push_back(packed);
+    }
+
+    /// What was appended; nothing afterwards.
+    AttributeRuns finish();
+
+private:
+    /// Whole leaves of the tree.
+    static constexpr std::size_t mostPending = std::size_t{64} * AttributeRuns::Traits::leafCapacity;
+
+    void flush();
+
+    AttributeRuns::Runs runs_;
+    /// The runs that follow; the last of them may still grow.
+    std::vector<AttributeRuns::PackedRun> pending_;
 };
 
 } // namespace quelm

@@ -17,8 +17,8 @@ qint64 nextCluster(const TextRope& text, qint64 offset);
 qint64 previousCluster(const TextRope& text, qint64 offset);
 /// `offset` itself where it is between clusters, else the start of its cluster.
 qint64 clusterStart(const TextRope& text, qint64 offset);
-/// Where Backspace ends: the last character before `offset` goes, of a cluster only what was typed last (a mark, but all
-/// of an emoji sequence, a flag, a CR LF or a surrogate pair).
+/// Where Backspace ends: the last character before `offset` goes, of a cluster only what was typed last (a mark, but
+/// all of an emoji sequence, a flag, a CR LF or a surrogate pair).
 qint64 backspaceStart(const TextRope& text, qint64 offset);
 
 // Words are runs of letters, digits and underscores, a number with its sign, point and exponent among them; runs of

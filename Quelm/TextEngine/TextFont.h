@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QFont>
+#include <QPointF>
 #include <QRawFont>
+#include <QRectF>
 
 #include <array>
 #include <cstdint>
@@ -20,8 +22,12 @@ public:
     int rowHeight() const { return rowHeight_; }
     /// From a row's top to its baseline: a whole number of pixels.
     int ascent() const { return ascent_; }
+    static constexpr int tabColumns = 4;
     /// The distance between tab stops.
-    double tabWidth() const { return tabWidth_; }
+    double tabWidth() const { return tabColumns * advance_; }
+
+    /// Where the line under a stretch of a row is drawn, the row's x beginning at `origin` on the baseline.
+    QRectF underline(QPointF origin, double left, double right) const;
 
     /// The raw font of printable ASCII characters and their glyphs (from U+0020 to U+007E), drawn without shaping.
     const QRawFont& rawFont() const { return rawFont_; }
@@ -34,7 +40,6 @@ private:
     QRawFont rawFont_;
     std::array<std::uint32_t, u'~' - u' ' + 1> glyphs_{};
     double advance_ = 0;
-    double tabWidth_ = 0;
     int rowHeight_ = 0;
     int ascent_ = 0;
 };

@@ -41,16 +41,17 @@ public:
     void setFont(const TextFont& font);
 
     /// Lines wrap, between words where they can, so that rows are no wider than this; absent (as at first): they never
-    /// wrap.
+    /// wrap. Spaces that a row ends with may take no room. O(length of the text) to begin to wrap.
     void setWrapWidth(std::optional<double> width);
 
-    /// Characters were replaced, as `TextStorage::didProcessEditing` says. O(log n) when lines do not wrap.
+    /// Characters were replaced, as `TextStorage::didProcessEditing` says; to be called before anything is asked, once
+    /// an edit. O(log n), and the length of the edited lines when lines wrap. A composition moves with the text.
     void noteEdit(TextRange range, qint64 delta);
     /// Attributes in the range were changed.
     void noteAttributes(TextRange range);
 
-    /// Text of an input method, shown at a place of the storage as if it stood there (underlined, in `ranges` of
-    /// formats as the input method says) while the storage does not have it; an empty text for none.
+    /// Text of an input method, shown underlined at a place of the storage while the storage does not have it; an empty
+    /// text for none. In a line that is shaped as a whole it moves what follows aside; in a longer one it covers it.
     struct Composition {
         qint64 offset = 0;
         QString text;
@@ -62,8 +63,15 @@ public:
 
     // Rows.
 
-    /// Exact when lines do not wrap; else an estimate for lines that were not looked at yet, which it may take a
-    /// look to correct.
+    // When lines wrap, those of a text of more than `exactLength` units that were not looked at yet are taken to have
+    // as many rows as their length lets expect. Any question about a row or an offset looks at its line, and where that
+    // corrects the expectation, the numbers of all later rows shift. Whoever scrolls should therefore remember the
+    // offset that the top row begins with, and ask `rowOf` for it again, rather than a number.
+
+    /// The longest text whose rows are all laid out before they are counted.
+    static constexpr qint64 exactLength = 2 * segmentLength;
+
+    /// Exact when lines do not wrap, or the text is short. Rows beyond the last stand for the last everywhere below.
     qint64 rowCount() const;
     qint64 rowOf(qint64 offset) const;
     /// The units of a row, without the line feed that ends its line.
@@ -77,8 +85,10 @@ public:
 
     /// Where a caret before the character at `offset` stands.
     double x(qint64 offset) const;
-    /// Where the caret stands within the composition, or as `x` without one.
+    /// Where the caret stands within the composition, if there is one at `offset`; otherwise as `x`.
     double caretX(qint64 offset) const;
+    /// The row of that place: of a wrapped composition, another than `rowOf(offset)` perhaps.
+    qint64 caretRow(qint64 offset) const;
     /// The offset between characters of the row that is nearest to `x`.
     qint64 offsetAt(qint64 row, double x) const;
     /// Whether `x` is to the right of where the row's text ends, or left of where it starts.
@@ -89,9 +99,8 @@ public:
     /// bidirectional text. With `range` reaching past the row's line feed, a small stretch for that as well.
     std::vector<std::pair<double, double>> stretches(qint64 row, TextRange range, double left, double right) const;
 
-    /// The characters of a row between two places, and their sizes: draws them with their attributes' colours (or all
-    /// of them in `color`, for disabled looks), the row's text starting at `origin`, its top left corner. Draws what
-    /// meets [left, right] of x and little more.
+    /// Draws the characters of a row in the colours that `color` has for their attributes now, the row's text starting
+    /// at `origin`, its top left corner. Draws what meets [left, right] of x and little more.
     void paint(QPainter& painter, qint64 row, QPointF origin, double left, double right,
                const std::function<QColor(ColorRole)>& color) const;
 

@@ -54,6 +54,8 @@ public:
     /// Gives adjacent characters, from `location`, the attributes of the runs in order: one edit, whose bounds (also
     /// those between runs) must stand between characters. Without characters, or runs, there is no edit.
     void setAttributes(qint64 location, std::span<const AttributeRun> runs);
+    /// The same, however many runs are given.
+    void setAttributes(qint64 location, const AttributeRuns& runs);
 
 Q_SIGNALS:
     /// An edit has been made: which kind, the stretch it covers now, and by how much the text grew. Receivers may set

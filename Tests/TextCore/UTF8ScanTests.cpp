@@ -218,6 +218,26 @@ TEST_P(UTF8ScanTest, CountsTheCharactersOfValidText) {
     }
 }
 
+TEST_P(UTF8ScanTest, SumsUpWhatIsInValidText) {
+    std::mt19937 random(4);
+    for (int turn = 0; turn < 5'000; ++turn) {
+        std::string text = randomValidText(random, 300);
+        for (char& byte : text)
+            if (byte == ' ')
+                byte = random() % 2 == 0 ? '\n' : '\r';
+        TextSummary expected{.bytes = static_cast<std::int64_t>(text.size())};
+        for (std::size_t at = 0; at < text.size();) {
+            const utf8::LeadingScalar leading = utf8::leadingScalar(std::string_view(text).substr(at));
+            expected.utf16 += leading.size == 4 ? 2 : 1;
+            expected.threeByteForms += leading.size == 3;
+            expected.lineFeeds += leading.scalar == '\n';
+            expected.carriageReturns += leading.scalar == '\r';
+            at += leading.size;
+        }
+        ASSERT_EQ(utf8::summarize(text), expected);
+    }
+}
+
 TEST_P(UTF8ScanTest, TheLowPrefixEndsBeforeTheFirstCharacterFromItsLimit) {
     for (std::size_t size = 0; size < 300; ++size) {
         const std::string low = std::string(size % 3, 'x') + repeated("\u02FF", size);
@@ -236,6 +256,7 @@ TEST_P(UTF8ScanTest, NothingBeyondTheEndIsRead) {
             EXPECT_EQ(utf8::asciiPrefixLength(text.view()), byte == '\xBF' ? 0 : size);
             EXPECT_EQ(utf8::countLineFeeds(text.view()), byte == '\n' ? size : 0);
             EXPECT_EQ(utf8::countCRLF(text.view()), 0u);
+            EXPECT_EQ(utf8::summarize(text.view()).lineFeeds, byte == '\n' ? static_cast<std::int64_t>(size) : 0);
             EXPECT_EQ(utf8::lowPrefixLength(text.view()), size);
             EXPECT_EQ(utf8::countCharacters(text.view()), byte == '\xBF' ? 0 : size);
         }

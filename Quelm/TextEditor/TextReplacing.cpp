@@ -1,0 +1,73 @@
+#include "Quelm/TextEditor/TextReplacing.h"
+
+#include "Quelm/TextEditor/SearchRanges.h"
+#include "Quelm/TextEditor/TextSearch.h"
+#include "Quelm/TextEngine/TextView.h"
+
+#include <string_view>
+
+namespace quelm {
+
+namespace {
+
+TextRope ropeOf(const QString& text) {
+    return TextRope::repairing(std::u16string_view(QStringView(text).utf16(), std::size_t(text.size())));
+}
+
+} // namespace
+
+TextReplacing::TextReplacing(TextView& view, TextSearch& search, QObject* parent)
+    : QObject(parent), view_(&view), search_(search) {
+    pool_.setMaxThreadCount(1);
+}
+
+TextReplacing::~TextReplacing() = default;
+
+void TextReplacing::replaceSelectedMatch(const QString& replacement) {
+    if (!view_ || view_->isReadOnly())
+        return;
+    if (search_.isSelectionMatch())
+        view_->editing().replace(view_->selectedRange(), ropeOf(replacement), tr("Reemplazar"));
+    search_.findNext();
+}
+
+void TextReplacing::replaceAll(const QString& replacement) {
+    const auto& pattern = search_.pattern();
+    if (!view_ || view_->isReadOnly() || !pattern)
+        return;
+    search_.stopFinding();
+    const SharedText bytes = ropeOf(replacement).contiguous();
+    start(*pattern, QByteArray(bytes.data(), static_cast<qsizetype>(bytes.size())));
+    Q_EMIT didStart();
+}
+
+void TextReplacing::start(const SearchPattern& pattern, const QByteArray& replacement) {
+    const TextRope text = view_->textStorage().text();
+    const auto work = [text, pattern, replacement](const std::stop_token& stop) {
+        return replacingMatches(text, pattern, std::string_view(replacement.data(), std::size_t(replacement.size())),
+                                longestResult, stop);
+    };
+    task_ = startInBackground(pool_, this, work, [this, text, pattern, replacement](const Result& result) {
+        if (!view_)
+            return;
+        if (view_->textStorage().text().isSameValue(text))
+            finish(result);
+        else
+            start(pattern, replacement);
+    });
+}
+
+void TextReplacing::finish(const Result& result) {
+    if (!result) {
+        Q_EMIT didFindTooLong();
+        return;
+    }
+    const bool canReplace = result->count > 0 && !view_->isReadOnly();
+    if (canReplace) {
+        const TextRange range = textRange(view_->textStorage().text(), result->range);
+        view_->editing().replace(range, result->replacement, tr("Reemplazar"));
+    }
+    Q_EMIT didReplaceAll(canReplace ? result->count : 0);
+}
+
+} // namespace quelm

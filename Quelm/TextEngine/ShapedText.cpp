@@ -1,0 +1,175 @@
+#include "Quelm/TextEngine/ShapedText.h"
+
+#include <QPainter>
+#include <QTextOption>
+
+#include <unicode/ubidi.h>
+
+#include <algorithm>
+#include <limits>
+#include <memory>
+
+namespace quelm {
+
+namespace {
+
+/// Beyond any line of the length that is shaped, within what a text layout can measure.
+constexpr double unlimitedWidth = 4'000'000;
+
+/// Glyphs that are drawn in one call, so that a long row is not drawn whole where a part of it is in sight.
+constexpr qsizetype mostGlyphsAFragment = 64;
+
+/// Calls `visit(start, end)` for the stretches of one direction.
+template <class Visit>
+void forEachDirection(const QString& text, Visit&& visit) {
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<UBiDi, decltype(&ubidi_close)> bidi(ubidi_open(), ubidi_close);
+    const auto* units = reinterpret_cast<const UChar*>(text.utf16());
+    ubidi_setPara(bidi.get(), units, static_cast<int32_t>(text.size()), 0, nullptr, &error);
+    require(U_SUCCESS(error), "a short text has directions");
+    for (int32_t start = 0; start < text.size();) {
+        int32_t end = start;
+        ubidi_getLogicalRun(bidi.get(), start, &end, nullptr);
+        visit(start, end);
+        start = end;
+    }
+}
+
+QTextOption optionFor(const TextFont& font, bool wraps) {
+    QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
+    option.setTextDirection(Qt::LeftToRight);
+    option.setWrapMode(wraps ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
+    option.setTabStopDistance(font.tabWidth());
+    option.setFlags(QTextOption::IncludeTrailingSpaces);
+    return option;
+}
+
+} // namespace
+
+ShapedText::ShapedText(const QString& text, const TextFont& font, std::optional<double> wrapWidth)
+    : ShapedText(text, font, font.font(), wrapWidth) {}
+
+std::unique_ptr<ShapedText> ShapedText::spaced(const QString& text, const TextFont& font, double spacing) {
+    QFont wide = font.font();
+    wide.setLetterSpacing(QFont::AbsoluteSpacing, spacing);
+    return std::unique_ptr<ShapedText>(new ShapedText(text, font, wide, std::nullopt));
+}
+
+ShapedText::ShapedText(const QString& text, const TextFont& font, const QFont& shapedFont,
+                       std::optional<double> wrapWidth)
+    : layout_(text, shapedFont), wrapWidth_(wrapWidth), slack_(2.0 * font.rowHeight()),
+      isBidirectional_(text.isRightToLeft() || std::ranges::any_of(text, [](QChar unit) {
+                           const QChar::Direction direction = unit.direction();
+                           return direction == QChar::DirR || direction == QChar::DirAL || unit.isSurrogate() ||
+                                  (unit.unicode() >= 0x2000 && unit.category() == QChar::Other_Format);
+                       })) {
+    layout_.setTextOption(optionFor(font, wrapWidth.has_value()));
+    layout_.setCacheEnabled(true);
+    layout_.beginLayout();
+    for (QTextLine line = layout_.createLine(); line.isValid(); line = layout_.createLine()) {
+        line.setLineWidth(wrapWidth.value_or(unlimitedWidth));
+        line.setPosition({0, -line.ascent()});
+    }
+    layout_.endLayout();
+}
+
+int ShapedText::rowOf(int index) const {
+    int low = 0;
+    int high = rowCount();
+    while (high - low > 1) {
+        const int middle = (low + high) / 2;
+        (layout_.lineAt(middle).textStart() <= index ? low : high) = middle;
+    }
+    return low;
+}
+
+TextRange ShapedText::rowRange(int row) const {
+    const QTextLine line = layout_.lineAt(row);
+    return {line.textStart(), line.textLength()};
+}
+
+double ShapedText::leadingX(int row, int index) const {
+    return clamped(layout_.lineAt(row).cursorToX(index));
+}
+
+double ShapedText::trailingX(int row, int index) const {
+    return clamped(layout_.lineAt(row).cursorToX(index, QTextLine::Trailing));
+}
+
+double ShapedText::x(int index) const {
+    return leadingX(rowOf(index), index);
+}
+
+int ShapedText::indexAt(int row, double x) const {
+    return layout_.lineAt(row).xToCursor(x);
+}
+
+double ShapedText::width(int row) const {
+    return clamped(layout_.lineAt(row).naturalTextWidth());
+}
+
+void ShapedText::appendStretches(int row, TextRange indexes, Stretches& stretches) const {
+    if (indexes.isEmpty())
+        return;
+    if (indexes == rowRange(row)) {
+        stretches.emplace_back(0, width(row));
+        return;
+    }
+    const auto append = [&](qint64 start, qint64 end) {
+        const double from = leadingX(row, static_cast<int>(start));
+        const double to = trailingX(row, static_cast<int>(end) - 1);
+        stretches.emplace_back(std::min(from, to), std::max(from, to));
+    };
+    if (!isBidirectional_) {
+        append(indexes.location, indexes.end());
+        return;
+    }
+    forEachDirection(layout_.text(), [&](qint64 start, qint64 end) {
+        const TextRange common = indexes.intersection(TextRange::between(start, end));
+        if (!common.isEmpty())
+            append(common.location, common.end());
+    });
+}
+
+void ShapedText::appendFragments(Row& fragments, const QGlyphRun& glyphs, ColorRole role) const {
+    const QList<quint32> indexes = glyphs.glyphIndexes();
+    const QList<QPointF> places = glyphs.positions();
+    for (qsizetype start = 0; start < indexes.size(); start += mostGlyphsAFragment) {
+        Fragment fragment{glyphs, role, std::numeric_limits<double>::max(), std::numeric_limits<double>::lowest()};
+        fragment.glyphs.setGlyphIndexes(indexes.mid(start, mostGlyphsAFragment));
+        fragment.glyphs.setPositions(places.mid(start, mostGlyphsAFragment));
+        const QList<QPointF> positions = fragment.glyphs.positions();
+        for (const QPointF& place : positions) {
+            fragment.left = std::min(fragment.left, place.x() - slack_);
+            fragment.right = std::max(fragment.right, place.x() + slack_);
+        }
+        fragments.push_back(std::move(fragment));
+    }
+}
+
+const ShapedText::Row& ShapedText::fragments(int row, const ColorsOf& colorsOf) const {
+    rows_.resize(static_cast<std::size_t>(rowCount()));
+    std::optional<Row>& kept = rows_[static_cast<std::size_t>(row)];
+    if (kept)
+        return *kept;
+    kept.emplace();
+    const QTextLine line = layout_.lineAt(row);
+    colorsOf(rowRange(row), [&](qint64 from, qint64 length, ColorRole role) {
+        const QList<QGlyphRun> runs = line.glyphRuns(static_cast<int>(from), static_cast<int>(length));
+        for (const QGlyphRun& glyphs : runs)
+            appendFragments(*kept, glyphs, role);
+    });
+    return *kept;
+}
+
+void ShapedText::paint(QPainter& painter, int row, QPointF origin, double left, double right, const ColorsOf& colorsOf,
+                       const std::function<QColor(ColorRole)>& color) const {
+    for (const Fragment& fragment : fragments(row, colorsOf)) {
+        if (fragment.right < left || right < fragment.left)
+            continue;
+        painter.setPen(color(fragment.role));
+        painter.drawGlyphRun(origin, fragment.glyphs);
+    }
+}
+
+} // namespace quelm

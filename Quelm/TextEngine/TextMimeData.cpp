@@ -1,0 +1,42 @@
+#include "Quelm/TextEngine/TextMimeData.h"
+
+namespace quelm {
+
+namespace {
+
+QString plainText() {
+    return QStringLiteral("text/plain");
+}
+
+} // namespace
+
+TextMimeData::TextMimeData(const TextRope& text, TextRange range)
+    : text_(text.slice(ByteRange::between(text.summaryBeforeUTF16(range.location).bytes,
+                                          text.summaryBeforeUTF16(range.end()).bytes))) {}
+
+bool TextMimeData::hasFormat(const QString& mimeType) const {
+    return mimeType == plainText();
+}
+
+QStringList TextMimeData::formats() const {
+    return {plainText()};
+}
+
+QVariant TextMimeData::retrieveData(const QString& mimeType, QMetaType preferredType) const {
+    if (mimeType != plainText())
+        return {};
+    if (preferredType.id() == QMetaType::QByteArray)
+        return QByteArray::fromStdString(text_.bytes({0, text_.byteCount()}));
+    return string();
+}
+
+QString TextMimeData::string() const {
+    QString string;
+    string.reserve(text_.utf16Count());
+    text_.forEachChunk({0, text_.byteCount()}, [&string](std::string_view bytes) {
+        string += QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    });
+    return string;
+}
+
+} // namespace quelm
