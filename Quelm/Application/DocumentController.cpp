@@ -3,6 +3,8 @@
 #include "Quelm/Application/Alert.h"
 #include "Quelm/Documents/DocumentLoading.h"
 #include "Quelm/Documents/DocumentSaving.h"
+#include "Quelm/TextEditor/JSONTextView.h"
+#include "Quelm/TextEngine/TextView.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -132,15 +134,21 @@ void DocumentController::write(EditorView& window, const QString& path) {
     ++saveCount_;
     const auto document = window.sharedDocument();
     const QPointer<EditorView> owner(&window);
+    // What is typed from now on is another step than what is saved.
+    if (const JSONTextView* editor = window.textEditor())
+        editor->textView().editing().endTypingStep();
+    const StateToken::Value token = document->stateToken().current();
     startInBackground(
         savingThread_, this,
         [path, snapshot = document->snapshot()](std::stop_token) { return saveDocument(path, snapshot); },
-        [this, path, document, owner](const std::expected<void, FileError>& result) {
+        [this, path, document, owner, token](const std::expected<void, FileError>& result) {
             --saveCount_;
-            if (result)
+            if (result) {
                 document->configuration().setFileLocation(path);
-            else
+                document->noteSaved(token);
+            } else {
                 alert(owner, tr("No se pudo guardar «%1».").arg(QFileInfo(path).fileName()), result.error().message);
+            }
             announceIdle();
         })
         .detach();

@@ -37,7 +37,11 @@ const QString& JSONDocument::fileNamePattern() {
 }
 
 std::expected<JSONContent, JSONParseError> JSONDocument::read(SharedText bytes, std::stop_token stop) {
-    return JSONContent::fromData(std::move(bytes), std::move(stop));
+    std::expected<JSONContent, JSONParseError> content = JSONContent::fromData(std::move(bytes), std::move(stop));
+    // A text editor asks for places at once.
+    if (content && openingMode(*content) == EditorMode::text)
+        content->text->prepare();
+    return content;
 }
 
 void JSONDocument::setContent(JSONContent content) {
@@ -49,10 +53,11 @@ void JSONDocument::setContent(JSONContent content) {
 
 void JSONDocument::apply(JSONContent snapshot) {
     setContent(std::move(snapshot));
-    changeMode(openingMode(content_));
+    // An editor that is made for the new mode attaches a buffer of its own.
     dropTextBuffer();
+    changeMode(openingMode(content_));
+    savedToken_ = stateToken_.next();
     stateToken_.advance();
-    noteSaved(stateToken_.current());
     advanceRevision();
     Q_EMIT didApply();
 }

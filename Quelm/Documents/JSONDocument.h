@@ -57,8 +57,8 @@ public:
     static std::expected<JSONContent, JSONParseError> read(SharedText bytes, std::stop_token stop = {});
 
     /// Installs what was read and chooses the editor by the user's preference: the text when it says so or when there
-    /// is no tree, else the tree. The text buffer and its edits are dropped, and the document counts as unmodified. Steps
-    /// to undo name places of the old content: whoever keeps them drops them on `didApply`.
+    /// is no tree, else the tree. The text buffer and its edits are dropped, and the document counts as unmodified.
+    /// Steps to undo name places of the old content: whoever keeps them drops them on `didApply`.
     void apply(JSONContent snapshot);
 
     /// The content as it would be saved now: edits of the text buffer are committed first.
@@ -72,7 +72,7 @@ public:
 
     /// The text storage of the text editor that shows the document; null while none does.
     const std::shared_ptr<TextStorage>& textBuffer() const { return textBuffer_; }
-    /// `buffer` must hold the content's text, with nothing left to be committed from another one.
+    /// `buffer` must hold the content's text. Nothing may be left to be committed from another one.
     void attachTextBuffer(std::shared_ptr<TextStorage> buffer);
     /// What the buffer holds beyond the content is lost.
     void dropTextBuffer();

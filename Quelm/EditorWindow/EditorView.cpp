@@ -3,6 +3,8 @@
 #include "Quelm/EditorWindow/OpeningPage.h"
 #include "Quelm/EditorWindow/TextPage.h"
 #include "Quelm/Foundation/Fonts.h"
+#include "Quelm/TextEditor/JSONTextView.h"
+#include "Quelm/TextEngine/TextView.h"
 #include "Quelm/TreeEditor/TreeView.h"
 
 #include <QScreen>
@@ -15,11 +17,12 @@ EditorView::EditorView(std::shared_ptr<JSONDocument> document, QWidget* parent)
     updateTitle();
     connect(&document_->configuration(), &DocumentConfiguration::fileLocationChanged, this, &EditorView::updateTitle);
     connect(document_.get(), &JSONDocument::modeChanged, this, &EditorView::rebuildEditorArea);
-    connect(document_.get(), &JSONDocument::revisionChanged, this, [this] {
-        // The tree reloads by itself; a text page keeps what it was made with.
-        if (document_->mode() == EditorMode::text)
-            rebuildEditorArea();
-    });
+    connect(document_.get(), &JSONDocument::revisionChanged, this, &EditorView::showRevision);
+    // Steps name places of the content that they were made in.
+    connect(document_.get(), &JSONDocument::didApply, &undoManager_, &UndoManager::removeAllActions);
+    undoManager_.setStateToken(&document_->stateToken());
+    connect(document_.get(), &JSONDocument::isModifiedChanged, this,
+            [this] { setWindowModified(document_->isModified()); });
 }
 
 QSize EditorView::defaultSize() {
@@ -46,7 +49,20 @@ void EditorView::showEvent(QShowEvent* event) {
 }
 
 void EditorView::updateTitle() {
-    setWindowTitle(document_->configuration().displayName());
+    setWindowTitle(document_->configuration().displayName() + QStringLiteral("[*]"));
+}
+
+JSONTextView* EditorView::textEditor() const {
+    const auto* page = qobject_cast<TextPage*>(centralWidget());
+    return page ? &page->editor() : nullptr;
+}
+
+void EditorView::showRevision() {
+    // The tree reloads by itself, and so does a text whose storage is the document's text buffer.
+    const JSONTextView* editor = textEditor();
+    const bool isShown = editor && document_->textBuffer() == editor->textView().sharedTextStorage();
+    if (document_->mode() == EditorMode::text && !isShown)
+        rebuildEditorArea();
 }
 
 void EditorView::rebuildEditorArea() {
@@ -55,7 +71,7 @@ void EditorView::rebuildEditorArea() {
     if (document_->mode() == EditorMode::tree)
         replaceEditorArea(new TreeView(treeEditor_));
     else
-        replaceEditorArea(new TextPage(*document_));
+        replaceEditorArea(new TextPage(document_, &undoManager_));
 }
 
 void EditorView::replaceEditorArea(QWidget* area) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Quelm/Documents/JSONDocument.h"
+#include "Quelm/Foundation/UndoManager.h"
 #include "Quelm/TreeEditor/TreeEditor.h"
 
 #include <QMainWindow>
@@ -8,6 +9,8 @@
 #include <memory>
 
 namespace quelm {
+
+class JSONTextView;
 
 /// One document window: the tree or the text of its document, by the document's mode. Until `showDocument` it says that
 /// the document is being opened.
@@ -24,6 +27,10 @@ public:
     JSONDocument& document() const { return *document_; }
     std::shared_ptr<JSONDocument> sharedDocument() const { return document_; }
     TreeEditor& treeEditor() { return treeEditor_; }
+    /// The steps of this window, in whichever editor they were made.
+    UndoManager& undoManager() { return undoManager_; }
+    /// The text editor; null in tree mode.
+    JSONTextView* textEditor() const;
 
     /// Whether the document's content has still to come; what the document holds until then is not the file's.
     bool isOpening() const { return isOpening_; }
@@ -36,10 +43,12 @@ protected:
 
 private:
     void updateTitle();
+    void showRevision();
     void rebuildEditorArea();
     void replaceEditorArea(QWidget* area);
 
     const std::shared_ptr<JSONDocument> document_;
+    UndoManager undoManager_;
     TreeEditor treeEditor_;
     bool isOpening_ = true;
 };

@@ -3,44 +3,39 @@
 #include "Quelm/Documents/JSONDocument.h"
 #include "Quelm/Documents/ParseErrorText.h"
 #include "Quelm/EditorWindow/MessageBar.h"
-#include "Quelm/EditorWindow/TextPreview.h"
+#include "Quelm/TextEditor/JSONTextView.h"
 
+#include <QTimer>
 #include <QVBoxLayout>
 
 namespace quelm {
 
-namespace {
-
-QString previewNotice(const TextPreview& preview) {
-    if (!preview.isPartial())
-        return TextPage::tr("Vista previa de solo lectura.");
-    return preview.mark() ? TextPage::tr("Vista previa de solo lectura: se muestra el texto alrededor del error.")
-                          : TextPage::tr("Vista previa de solo lectura: se muestra el principio del texto.");
-}
-
-} // namespace
-
-TextPage::TextPage(const JSONDocument& document, QWidget* parent) : QWidget(parent) {
+TextPage::TextPage(std::shared_ptr<JSONDocument> document, UndoManager* undoManager, QWidget* parent)
+    : QWidget(parent), document_(std::move(document)),
+      editor_(new JSONTextView(document_, undoManager, [this] { textChanged(); })) {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
-
-    const JSONContent& content = document.content();
-    const SharedText text = JSONDocument::fileContents(content);
-    if (const auto& error = content.parseError) {
-        preview_ = new TextPreview(text, TextPreview::Place{error->offset, error->line});
+    if (document_->content().parseError) {
         errorBar_ = new MessageBar(QStringLiteral("xmark.octagon.fill"), ColorRole::red);
-        errorBar_->setText(parseErrorText(*content.parseError));
+        errorBar_->setText(parseErrorText(*document_->content().parseError));
         layout->addWidget(errorBar_);
-    } else {
-        preview_ = new TextPreview(text);
+        // The place can be shown once the page has its size.
+        QTimer::singleShot(0, this, &TextPage::showError);
     }
-    layout->addWidget(preview_, 1);
+    layout->addWidget(editor_, 1);
+    setFocusProxy(editor_);
+}
 
-    auto* notice = new MessageBar(QStringLiteral("info.circle"), ColorRole::secondaryText);
-    notice->setText(previewNotice(*preview_));
-    layout->addWidget(notice);
-    setFocusProxy(preview_);
+void TextPage::textChanged() {
+    document_->noteTextBufferEdited();
+    if (errorBar_)
+        errorBar_->hide();
+}
+
+void TextPage::showError() {
+    if (const std::optional<JSONParseError>& error = document_->content().parseError; error && errorBar_->isVisible())
+        editor_->setGoTo(TextLocation(error->line, error->column));
 }
 
 } // namespace quelm

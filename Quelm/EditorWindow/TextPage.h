@@ -2,28 +2,36 @@
 
 #include <QWidget>
 
+#include <memory>
+
 namespace quelm {
 
 class JSONDocument;
+class JSONTextView;
 class MessageBar;
-class TextPreview;
+class UndoManager;
 
-/// A document in text mode: its text, under a strip that says where it stops being JSON, over one that says how much of
-/// it is shown. It shows the content of the moment when it is made.
+/// A document in text mode: its text editor, under a strip that says where the text stops being JSON for as long as
+/// that text was not changed. The caret is put there at first.
 class TextPage : public QWidget {
     Q_OBJECT
 
 public:
-    explicit TextPage(const JSONDocument& document, QWidget* parent = nullptr);
+    /// `undoManager` is held weakly.
+    TextPage(std::shared_ptr<JSONDocument> document, UndoManager* undoManager, QWidget* parent = nullptr);
 
-    TextPreview& preview() const { return *preview_; }
+    JSONTextView& editor() const { return *editor_; }
 
     /// The strip with the place of the error; null for valid JSON.
     MessageBar* errorBar() const { return errorBar_; }
 
 private:
-    TextPreview* preview_;
+    void textChanged();
+    void showError();
+
+    const std::shared_ptr<JSONDocument> document_;
     MessageBar* errorBar_ = nullptr;
+    JSONTextView* editor_;
 };
 
 } // namespace quelm

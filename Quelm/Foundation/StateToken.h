@@ -20,6 +20,9 @@ public:
     /// The token before the last change.
     Value previous() const { return previous_; }
 
+    /// The token that `advance` would move to.
+    Value next() const { return last_ + 1; }
+
     /// What it names was changed.
     void advance();
     /// What it names is again in a state of before.

@@ -17,7 +17,7 @@ int grid(double units) {
     return scaledPixels(8 * units);
 }
 
-constexpr int shortestField = 20; // in units of the grid
+constexpr int shortestField = 15; // in units of the grid
 constexpr int longestField = 45;
 
 QLineEdit* makeField(const QString& name, QWidget* parent) {
@@ -35,6 +35,7 @@ QPushButton* makeButton(const QString& title, const QString& toolTip, QWidget* p
     auto* button = new QPushButton(title, parent);
     button->setFont(systemFont(TextStyle::body));
     button->setFixedHeight(grid(3));
+    button->setMinimumWidth(button->fontMetrics().horizontalAdvance(title) + grid(3));
     button->setToolTip(toolTip);
     button->setAccessibleName(title);
     button->setAutoDefault(false);
@@ -57,14 +58,14 @@ void FindBar::makeSearchRow() {
     searchField_ = makeField(tr("Buscar"), this);
     searchSymbol_ = searchField_->addAction(QIcon(), QLineEdit::LeadingPosition);
     countLabel_ = makeLabel(this);
+    countLabel_->setMinimumWidth(countLabel_->fontMetrics().horizontalAdvance(tr("Sin resultados")));
     countLabel_->setAccessibleDescription(tr("Resultados de la búsqueda"));
-    replaceToggle_ = new SymbolButton(QStringLiteral("pencil.line"), tr("Mostrar reemplazo"), tr("Ctrl+H"), this);
+    replaceToggle_ = new SymbolButton(QStringLiteral("chevron.right"), tr("Mostrar reemplazo"), tr("Ctrl+H"), this);
     previousButton_ = new SymbolButton(QStringLiteral("chevron.up"), tr("Anterior"), tr("Mayús+F3"), this);
     nextButton_ = new SymbolButton(QStringLiteral("chevron.down"), tr("Siguiente"), tr("F3"), this);
     caseButton_ = new SymbolButton(QStringLiteral("textformat"), tr("Distinguir mayúsculas"), QString(), this);
     wrapButton_ = new SymbolButton(QStringLiteral("repeat"), tr("Continuar desde el principio"), QString(), this);
     closeButton_ = new SymbolButton(QStringLiteral("xmark"), tr("Cerrar"), tr("Esc"), this);
-    replaceToggle_->setCheckable(true);
     caseButton_->setCheckable(true);
     wrapButton_->setCheckable(true);
     wrapButton_->setChecked(search_->wraps());
@@ -72,6 +73,7 @@ void FindBar::makeSearchRow() {
 
 void FindBar::makeReplaceRow() {
     replaceField_ = makeField(tr("Reemplazar por"), this);
+    replaceSymbol_ = replaceField_->addAction(QIcon(), QLineEdit::LeadingPosition);
     replaceControls_ = new QWidget(this);
     replaceButton_ = makeButton(tr("Reemplazar"), tr("Reemplazar y pasar al siguiente (Intro)"), replaceControls_);
     replaceAllButton_ =

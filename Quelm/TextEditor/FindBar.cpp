@@ -50,7 +50,7 @@ void FindBar::connectParts() {
     connect(previousButton_, &SymbolButton::clicked, this, &FindBar::findPrevious);
     connect(nextButton_, &SymbolButton::clicked, this, &FindBar::findNext);
     connect(closeButton_, &SymbolButton::clicked, this, &FindBar::closeBar);
-    connect(replaceToggle_, &SymbolButton::toggled, this, &FindBar::setReplaceRowVisible);
+    connect(replaceToggle_, &SymbolButton::clicked, this, &FindBar::toggleReplaceRow);
     connect(replaceButton_, &QPushButton::clicked, this, &FindBar::replaceSelectedMatch);
     connect(replaceAllButton_, &QPushButton::clicked, this, &FindBar::replaceAll);
 
@@ -90,7 +90,7 @@ void FindBar::openFind() {
 
 void FindBar::openReplace() {
     const bool isQueryKnown = isVisible() && search_->pattern();
-    replaceToggle_->setChecked(true);
+    setReplaceRowVisible(true);
     openFind();
     if (isQueryKnown)
         replaceField_->setFocus(Qt::ShortcutFocusReason);
@@ -121,12 +121,24 @@ void FindBar::takeSelectionAsQuery() {
         {searchField_->text(), caseButton_->isChecked() ? CaseSensitivity::sensitive : CaseSensitivity::insensitive});
 }
 
+bool FindBar::isReplaceRowVisible() const {
+    return replaceField_->isVisibleTo(this);
+}
+
 void FindBar::setReplaceRowVisible(bool visible) {
+    if (visible == isReplaceRowVisible())
+        return;
     replaceField_->setVisible(visible);
     replaceControls_->setVisible(visible);
     statusLabel_->clear();
-    if (isVisible())
-        (visible ? replaceField_ : searchField_)->setFocus(Qt::OtherFocusReason);
+    replaceToggle_->setSymbol(visible ? QStringLiteral("chevron.down") : QStringLiteral("chevron.right"));
+    replaceToggle_->setName(visible ? tr("Ocultar reemplazo") : tr("Mostrar reemplazo"),
+                            visible ? QString() : tr("Ctrl+H"));
+}
+
+void FindBar::toggleReplaceRow() {
+    setReplaceRowVisible(!isReplaceRowVisible());
+    (isReplaceRowVisible() ? replaceField_ : searchField_)->setFocus(Qt::OtherFocusReason);
 }
 
 // What it does.
@@ -261,6 +273,7 @@ QString FindBar::countText() const {
 
 void FindBar::updateColors() {
     searchSymbol_->setIcon(symbolIcon(QStringLiteral("magnifyingglass"), ColorRole::secondaryText));
+    replaceSymbol_->setIcon(symbolIcon(QStringLiteral("pencil.line"), ColorRole::secondaryText));
     QPalette colors = palette();
     colors.setColor(QPalette::WindowText, semanticColor(ColorRole::secondaryText, appearanceOf(palette())));
     statusLabel_->setPalette(colors);

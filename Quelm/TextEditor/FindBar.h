@@ -63,7 +63,9 @@ private:
     void takeSelectionAsQuery();
     SearchQuery query() const;
     void updateQuery();
+    bool isReplaceRowVisible() const;
     void setReplaceRowVisible(bool visible);
+    void toggleReplaceRow();
     void replaceSelectedMatch();
     void replaceAll();
     bool handleKey(const QKeyEvent& event);
@@ -90,6 +92,7 @@ private:
     SymbolButton* closeButton_ = nullptr;
 
     QLineEdit* replaceField_ = nullptr;
+    QAction* replaceSymbol_ = nullptr;
     QWidget* replaceControls_ = nullptr;
     QPushButton* replaceButton_ = nullptr;
     QPushButton* replaceAllButton_ = nullptr;

@@ -30,6 +30,7 @@ JSONTextView::JSONTextView(std::shared_ptr<JSONDocument> document, UndoManager* 
     if (const std::optional<TextRope>& text = document_->content().text)
         textView_->textStorage().replaceCharacters({0, 0}, *text);
     textView_->setSelectedRange({0, 0});
+    document_->attachTextBuffer(textView_->sharedTextStorage());
 
     // The caret is in the text as soon as the window is there.
     QTimer::singleShot(0, textView_, [view = textView_] { view->setFocus(); });

@@ -2,6 +2,9 @@
 
 #include "TextCore/Check.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace quelm {
 
 namespace {

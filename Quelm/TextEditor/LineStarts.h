@@ -3,6 +3,8 @@
 #include "Quelm/TextEngine/TextRange.h"
 #include "TextCore/TextRope.h"
 
+#include <utility>
+
 namespace quelm {
 
 /// Where the lines of a text begin, as a list of UTF-16 offsets in ascending order: the first is 0, each other one is

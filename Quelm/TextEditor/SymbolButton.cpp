@@ -23,11 +23,20 @@ QColor translucent(QColor color, float opacity) {
 
 SymbolButton::SymbolButton(const QString& symbol, const QString& name, const QString& keys, QWidget* parent)
     : QToolButton(parent), symbol_(symbol) {
-    setAccessibleName(name);
-    setToolTip(keys.isEmpty() ? name : QStringLiteral("%1 (%2)").arg(name, keys));
+    setName(name, keys);
     setFocusPolicy(Qt::TabFocus);
     setAttribute(Qt::WA_Hover);
     setFixedSize(sizeHint());
+}
+
+void SymbolButton::setSymbol(const QString& symbol) {
+    symbol_ = symbol;
+    update();
+}
+
+void SymbolButton::setName(const QString& name, const QString& keys) {
+    setAccessibleName(name);
+    setToolTip(keys.isEmpty() ? name : QStringLiteral("%1 (%2)").arg(name, keys));
 }
 
 QSize SymbolButton::sizeHint() const {

@@ -10,9 +10,12 @@ class SymbolButton : public QToolButton {
     Q_OBJECT
 
 public:
+    SymbolButton(const QString& symbol, const QString& name, const QString& keys, QWidget* parent = nullptr);
+
+    void setSymbol(const QString& symbol);
     /// `name` says what it does, for a tooltip and assistive technology; `keys`, which may be empty, follow in the
     /// tooltip.
-    SymbolButton(const QString& symbol, const QString& name, const QString& keys, QWidget* parent = nullptr);
+    void setName(const QString& name, const QString& keys);
 
     QSize sizeHint() const override;
 

@@ -13,6 +13,7 @@ namespace quelm {
 
 namespace {
 
+/// Larger windows are read only for longer tokens.
 constexpr std::size_t largestFreeWindow = std::size_t{128} << 10;
 
 /// The UTF-16 units of whole characters.
@@ -56,7 +57,6 @@ void SyntaxScanner::scan(qint64 target, AttributeRunsBuilder& runs) {
 void SyntaxScanner::readWindow() {
     const auto unscanned = static_cast<std::size_t>(windowByte_ + std::ssize(window_) - byte_);
     const std::size_t wanted = std::max(nextWindowSize_, 2 * unscanned);
-    nextWindowSize_ = std::min(2 * nextWindowSize_, largestFreeWindow);
 
     window_.clear();
     windowByte_ = byte_;
@@ -68,6 +68,7 @@ void SyntaxScanner::readWindow() {
         end = byte_ + std::ssize(window_);
     }
     bytesRead_ += std::ssize(window_);
+    nextWindowSize_ = std::min(2 * window_.size(), largestFreeWindow);
     isASCII_ = utf8::isASCII(window_);
 }
 

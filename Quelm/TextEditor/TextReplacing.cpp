@@ -4,6 +4,7 @@
 #include "Quelm/TextEditor/TextSearch.h"
 #include "Quelm/TextEngine/TextView.h"
 
+#include <algorithm>
 #include <string_view>
 
 namespace quelm {
@@ -13,6 +14,31 @@ namespace {
 TextRope ropeOf(const QString& text) {
     return TextRope::repairing(std::u16string_view(QStringView(text).utf16(), std::size_t(text.size())));
 }
+
+/// Leaves the caret in its line and column, and the viewport where it is, however much of the text changes within lines
+/// while it lives.
+class PlaceKeeper {
+public:
+    explicit PlaceKeeper(TextView& view)
+        : view_(view), line_(view.textStorage().lineAt(view.selectedRange().end())),
+          column_(view.selectedRange().end() - view.textStorage().lineStart(line_)),
+          top_(view.verticalAxis().position()), left_(view.horizontalAxis().position()) {}
+    PlaceKeeper(const PlaceKeeper&) = delete;
+    PlaceKeeper& operator=(const PlaceKeeper&) = delete;
+    ~PlaceKeeper() {
+        const TextRange line = view_.textStorage().lineContents(line_);
+        view_.setSelectedRange({line.location + std::min(column_, line.length), 0});
+        view_.verticalAxis().setPosition(top_);
+        view_.horizontalAxis().setPosition(left_);
+    }
+
+private:
+    TextView& view_;
+    qint64 line_;
+    qint64 column_;
+    std::int64_t top_;
+    std::int64_t left_;
+};
 
 } // namespace
 
@@ -64,6 +90,7 @@ void TextReplacing::finish(const Result& result) {
     }
     const bool canReplace = result->count > 0 && !view_->isReadOnly();
     if (canReplace) {
+        const PlaceKeeper keeper(*view_);
         const TextRange range = textRange(view_->textStorage().text(), result->range);
         view_->editing().replace(range, result->replacement, tr("Reemplazar"));
     }

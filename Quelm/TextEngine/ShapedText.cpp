@@ -6,6 +6,7 @@
 #include <unicode/ubidi.h>
 
 #include <algorithm>
+#include <cmath>
 #include <limits>
 #include <memory>
 
@@ -19,9 +20,18 @@ constexpr double unlimitedWidth = 4'000'000;
 /// Glyphs that are drawn in one call, so that a long row is not drawn whole where a part of it is in sight.
 constexpr qsizetype mostGlyphsAFragment = 64;
 
-/// Calls `visit(start, end)` for the stretches of one direction.
+/// Whether a text may have characters that run from right to left.
+bool isBidirectional(const QString& text) {
+    return std::ranges::any_of(text, [](QChar unit) {
+        const QChar::Direction direction = unit.direction();
+        return direction == QChar::DirR || direction == QChar::DirAL || unit.isSurrogate() ||
+               (unit.unicode() >= 0x2000 && unit.category() == QChar::Other_Format);
+    });
+}
+
+/// Calls `visit(start, end, level)` for the stretches of one direction.
 template <class Visit>
-void forEachDirection(const QString& text, Visit&& visit) {
+void forEachLevel(const QString& text, Visit&& visit) {
     UErrorCode error = U_ZERO_ERROR;
     const std::unique_ptr<UBiDi, decltype(&ubidi_close)> bidi(ubidi_open(), ubidi_close);
     const auto* units = reinterpret_cast<const UChar*>(text.utf16());
@@ -29,8 +39,9 @@ void forEachDirection(const QString& text, Visit&& visit) {
     require(U_SUCCESS(error), "a short text has directions");
     for (int32_t start = 0; start < text.size();) {
         int32_t end = start;
-        ubidi_getLogicalRun(bidi.get(), start, &end, nullptr);
-        visit(start, end);
+        UBiDiLevel level = 0;
+        ubidi_getLogicalRun(bidi.get(), start, &end, &level);
+        visit(start, end, level);
         start = end;
     }
 }
@@ -57,12 +68,13 @@ std::unique_ptr<ShapedText> ShapedText::spaced(const QString& text, const TextFo
 
 ShapedText::ShapedText(const QString& text, const TextFont& font, const QFont& shapedFont,
                        std::optional<double> wrapWidth)
-    : layout_(text, shapedFont), wrapWidth_(wrapWidth), slack_(2.0 * font.rowHeight()),
-      isBidirectional_(text.isRightToLeft() || std::ranges::any_of(text, [](QChar unit) {
-                           const QChar::Direction direction = unit.direction();
-                           return direction == QChar::DirR || direction == QChar::DirAL || unit.isSurrogate() ||
-                                  (unit.unicode() >= 0x2000 && unit.category() == QChar::Other_Format);
-                       })) {
+    : layout_(text, shapedFont), wrapWidth_(wrapWidth), slack_(2.0 * font.rowHeight()) {
+    if (isBidirectional(text))
+        forEachLevel(text, [&](int start, int end, int level) { runs_.push_back({start, end, level % 2 != 0}); });
+    else
+        runs_.push_back({0, length(), false});
+    // So that the place before a character is where that character begins, in whichever direction it is read.
+    layout_.setCursorMoveStyle(Qt::VisualMoveStyle);
     layout_.setTextOption(optionFor(font, wrapWidth.has_value()));
     layout_.setCacheEnabled(true);
     layout_.beginLayout();
@@ -92,20 +104,71 @@ double ShapedText::leadingX(int row, int index) const {
     return clamped(layout_.lineAt(row).cursorToX(index));
 }
 
-double ShapedText::trailingX(int row, int index) const {
-    return clamped(layout_.lineAt(row).cursorToX(index, QTextLine::Trailing));
+double ShapedText::trailingX(int row, int end) const {
+    return clamped(layout_.lineAt(row).cursorToX(layout_.previousCursorPosition(end), QTextLine::Trailing));
 }
 
 double ShapedText::x(int index) const {
     return leadingX(rowOf(index), index);
 }
 
-int ShapedText::indexAt(int row, double x) const {
-    return layout_.lineAt(row).xToCursor(x);
-}
-
 double ShapedText::width(int row) const {
     return clamped(layout_.lineAt(row).naturalTextWidth());
+}
+
+template <class Visit>
+void ShapedText::forEachRun(TextRange indexes, Visit&& visit) const {
+    for (const Run& run : runs_) {
+        const TextRange common = indexes.intersection(TextRange::between(run.start, run.end));
+        if (!common.isEmpty())
+            visit(Run{static_cast<int>(common.location), static_cast<int>(common.end()), run.isRightToLeft});
+    }
+}
+
+/// The place of the run, its end among them, that is nearest to `x`.
+int ShapedText::placeInRun(int row, const Run& run, double x) const {
+    const auto place = [&](int index) {
+        return index <= run.start || layout_.isValidCursorPosition(index)
+                   ? index
+                   : std::max(layout_.previousCursorPosition(index), run.start);
+    };
+    const auto placeX = [&](int index) { return index < run.end ? leadingX(row, index) : trailingX(row, run.end); };
+    const auto isBefore = [&](int index) {
+        const double at = placeX(index);
+        return run.isRightToLeft ? at >= x : at <= x;
+    };
+    int low = run.start;
+    int high = run.end;
+    while (high - low > 1) {
+        const int middle = (low + high) / 2;
+        (isBefore(place(middle)) ? low : high) = middle;
+    }
+    const int before = place(low);
+    const int after = std::min(layout_.nextCursorPosition(before), run.end);
+    return std::abs(placeX(after) - x) < std::abs(placeX(before) - x) ? after : before;
+}
+
+int ShapedText::indexAt(int row, double x) const {
+    const TextRange range = rowRange(row);
+    int nearest = static_cast<int>(range.location);
+    double leastDistance = std::numeric_limits<double>::max();
+    double leastMiss = 0;
+    // Two runs may touch at `x`; then the place in one of them is where a caret would really stand.
+    forEachRun(range, [&](const Run& run) {
+        constexpr double hair = 0.02;
+        const auto [left, right] = std::minmax({leadingX(row, run.start), trailingX(row, run.end)});
+        const double distance = std::max({left - x, x - right, 0.0});
+        if (distance > leastDistance + hair)
+            return;
+        const int found = placeInRun(row, run, x);
+        const double miss = std::abs(leadingX(row, found) - x);
+        if (distance > leastDistance - hair && miss >= leastMiss)
+            return;
+        nearest = found;
+        leastDistance = std::min(distance, leastDistance);
+        leastMiss = miss;
+    });
+    return nearest;
 }
 
 void ShapedText::appendStretches(int row, TextRange indexes, Stretches& stretches) const {
@@ -115,19 +178,10 @@ void ShapedText::appendStretches(int row, TextRange indexes, Stretches& stretche
         stretches.emplace_back(0, width(row));
         return;
     }
-    const auto append = [&](qint64 start, qint64 end) {
-        const double from = leadingX(row, static_cast<int>(start));
-        const double to = trailingX(row, static_cast<int>(end) - 1);
+    forEachRun(indexes, [&](const Run& run) {
+        const double from = leadingX(row, run.start);
+        const double to = trailingX(row, run.end);
         stretches.emplace_back(std::min(from, to), std::max(from, to));
-    };
-    if (!isBidirectional_) {
-        append(indexes.location, indexes.end());
-        return;
-    }
-    forEachDirection(layout_.text(), [&](qint64 start, qint64 end) {
-        const TextRange common = indexes.intersection(TextRange::between(start, end));
-        if (!common.isEmpty())
-            append(common.location, common.end());
     });
 }
 

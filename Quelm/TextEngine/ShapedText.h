@@ -56,15 +56,27 @@ private:
 
     const Row& fragments(int row, const ColorsOf& colorsOf) const;
     void appendFragments(Row& fragments, const QGlyphRun& glyphs, ColorRole role) const;
+    /// Characters that follow each other in one direction, and so stand side by side in a row.
+    struct Run {
+        int start = 0;
+        int end = 0;
+        bool isRightToLeft = false;
+    };
+    /// Calls `visit(Run)` for what the runs have in common with a stretch.
+    template <class Visit>
+    void forEachRun(TextRange indexes, Visit&& visit) const;
+    int placeInRun(int row, const Run& run, double x) const;
+
+    /// Where a character begins, and where the one before a place ends, in their own directions.
     double leadingX(int row, int index) const;
-    double trailingX(int row, int index) const;
+    double trailingX(int row, int end) const;
     double clamped(double x) const { return wrapWidth_ ? std::min(x, *wrapWidth_) : x; }
 
     QTextLayout layout_;
     const std::optional<double> wrapWidth_;
     /// How far glyphs may reach beyond their places.
     const double slack_;
-    bool isBidirectional_ = false;
+    std::vector<Run> runs_;
     mutable std::vector<std::optional<Row>> rows_;
 };
 

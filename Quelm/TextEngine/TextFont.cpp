@@ -1,9 +1,11 @@
 #include "Quelm/TextEngine/TextFont.h"
 
+#include <QFontDatabase>
 #include <QFontInfo>
 #include <QFontMetricsF>
 #include <QList>
 #include <QString>
+#include <QStringList>
 
 #include <algorithm>
 #include <cmath>
@@ -12,8 +14,17 @@ namespace quelm {
 
 namespace {
 
-QFont withoutKerning(QFont font) {
+/// The font without kerning, which has no place on a grid, and with a family that has whole emoji sequences to fall
+/// back on, before others that have only parts of them.
+QFont fitForText(QFont font) {
     font.setKerning(false);
+    // A platform's font may go by a name that stands for another family, which is found only where it is the one name.
+    QStringList families(QFontInfo(font).family());
+    for (const QString& emoji :
+         {QStringLiteral("Noto Color Emoji"), QStringLiteral("Apple Color Emoji"), QStringLiteral("Segoe UI Emoji")})
+        if (QFontDatabase::hasFamily(emoji) && !families.contains(emoji))
+            families.append(emoji);
+    font.setFamilies(families);
     return font;
 }
 
@@ -36,7 +47,7 @@ double widestAdvance(const QFontMetricsF& metrics, const QString& characters) {
 
 } // namespace
 
-TextFont::TextFont(const QFont& font) : font_(withoutKerning(font)), rawFont_(QRawFont::fromFont(font_)) {
+TextFont::TextFont(const QFont& font) : font_(fitForText(font)), rawFont_(QRawFont::fromFont(font_)) {
     const QString printable = printableASCII();
     const QList<quint32> glyphs = rawFont_.glyphIndexesForString(printable);
     std::copy_n(glyphs.begin(), std::min<qsizetype>(printable.size(), glyphs.size()), glyphs_.begin());

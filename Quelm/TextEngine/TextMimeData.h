@@ -15,6 +15,10 @@ class TextMimeData : public QMimeData {
 public:
     TextMimeData(const TextRope& text, TextRange range);
 
+    /// Says whose selection this is, for the drag of one.
+    void setOwner(const QObject& owner) { owner_ = &owner; }
+    bool isOwnedBy(const QObject& object) const { return owner_ == &object; }
+
     bool hasFormat(const QString& mimeType) const override;
     QStringList formats() const override;
 
@@ -25,6 +29,7 @@ private:
     QString string() const;
 
     TextRope text_;
+    const QObject* owner_ = nullptr;
 };
 
 } // namespace quelm

@@ -99,8 +99,8 @@ private:
     const TextLayout& layout_;
     ScrollAxis vertical_;
     ScrollAxis horizontal_;
-    QSize inset_;
-    QSize size_;
+    QSize inset_{0, 0};
+    QSize size_{0, 0};
     int caretWidth_ = 1;
     bool isWrapping_ = false;
     bool isSettling_ = false;

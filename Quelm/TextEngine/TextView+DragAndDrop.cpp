@@ -10,14 +10,14 @@ namespace quelm {
 void TextView::startDrag() {
     pressOnSelection_.reset();
     const QPointer<TextView> self(this);
+    auto* data = new TextMimeData(storage_->text(), selectedRange());
+    data->setOwner(*this);
     auto* drag = new QDrag(this);
-    drag->setMimeData(new TextMimeData(storage_->text(), selectedRange()));
-    isDragging_ = true;
+    drag->setMimeData(data);
     const Qt::DropActions offered = isReadOnly() ? Qt::CopyAction : Qt::CopyAction | Qt::MoveAction;
     const Qt::DropAction done = drag->exec(offered, isReadOnly() ? Qt::CopyAction : Qt::MoveAction);
     if (!self)
         return;
-    isDragging_ = false;
     setDropPlace(std::nullopt);
     // Within this view, the drop has done it all.
     if (done == Qt::MoveAction && drag->target() != viewport())
@@ -64,7 +64,8 @@ void TextView::dropEvent(QDropEvent* event) {
 void TextView::drop(const QMimeData& data, Qt::DropAction action, qint64 offset) {
     finishComposing();
     const TextRange selected = selectedRange();
-    if (!isDragging_ || action != Qt::MoveAction) {
+    const auto* own = qobject_cast<const TextMimeData*>(&data);
+    if (!own || !own->isOwnedBy(*this) || action != Qt::MoveAction) {
         const QString text = data.text();
         editing_->setSelection(TextSelection::at(offset));
         editing_->paste(text);

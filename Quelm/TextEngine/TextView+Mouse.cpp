@@ -137,7 +137,7 @@ void TextView::dragScrolled(const QPoint& distance) {
     horizontalAxis().scrollBy(distance.x());
     if (pressedUnit_)
         extendSelection(lastMousePlace_);
-    else if (isDragging_ || dropPlace_)
+    else if (dropPlace_)
         setDropPlace(placeAt(lastMousePlace_));
 }
 

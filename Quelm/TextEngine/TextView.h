@@ -258,7 +258,6 @@ private:
 
     /// Where a drop would insert.
     std::optional<qint64> dropPlace_;
-    bool isDragging_ = false;
     bool isCompositionCaretShown_ = true;
 };
 

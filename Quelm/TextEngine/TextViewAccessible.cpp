@@ -40,9 +40,12 @@ bool TextViewAccessible::isValid() const {
 }
 
 QAccessible::State TextViewAccessible::state() const {
-    QAccessible::State state = QAccessibleWidget::state();
-    if (!isValid())
+    QAccessible::State state;
+    if (!isValid()) {
+        state.invalid = true;
         return state;
+    }
+    state = QAccessibleWidget::state();
     state.multiLine = true;
     state.selectableText = true;
     state.readOnly = view().isReadOnly();
@@ -51,7 +54,9 @@ QAccessible::State TextViewAccessible::state() const {
 }
 
 QString TextViewAccessible::text(QAccessible::Text kind) const {
-    if (kind == QAccessible::Value && isValid())
+    if (!isValid())
+        return {};
+    if (kind == QAccessible::Value)
         return text(0, longestText);
     return QAccessibleWidget::text(kind);
 }

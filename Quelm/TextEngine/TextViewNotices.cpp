@@ -28,8 +28,12 @@ int editOffset(qint64 offset) {
 
 } // namespace
 
-TextViewNotices::TextViewNotices(TextView& view)
-    : QObject(&view), view_(view), announcedText_(view.textStorage().text()),
+TextViewNotices::Receiver TextViewNotices::Receiver::assistiveTechnology() {
+    return {QAccessible::isActive, [](QAccessibleEvent& event) { QAccessible::updateAccessibility(&event); }};
+}
+
+TextViewNotices::TextViewNotices(TextView& view, Receiver receiver)
+    : QObject(&view), view_(view), receiver_(std::move(receiver)), announcedText_(view.textStorage().text()),
       announcedSelection_(view.editing().selection()) {
     connect(&view.textStorage(), &TextStorage::didProcessEditing, this, &TextViewNotices::announceEdit);
     connect(&view.editing(), &TextEditing::selectionDidChange, this, &TextViewNotices::announceSelection);
@@ -47,7 +51,7 @@ void TextViewNotices::announceEdit(EditedMask mask, TextRange range, qint64 delt
         return;
     const TextRope before = std::exchange(announcedText_, view_.textStorage().text());
     const TextRange replaced{range.location, range.length - delta};
-    if (!QAccessible::isActive() || (range.isEmpty() && replaced.isEmpty()))
+    if (!receiver_.isListening() || (range.isEmpty() && replaced.isEmpty()))
         return;
 
     const int place = editOffset(range.location);
@@ -55,20 +59,20 @@ void TextViewNotices::announceEdit(EditedMask mask, TextRange range, qint64 delt
     const QString inserted = startOf(announcedText_, range);
     if (replaced.isEmpty()) {
         QAccessibleTextInsertEvent event(&view_, place, inserted);
-        QAccessible::updateAccessibility(&event);
+        receiver_.take(event);
     } else if (range.isEmpty()) {
         QAccessibleTextRemoveEvent event(&view_, place, removed);
-        QAccessible::updateAccessibility(&event);
+        receiver_.take(event);
     } else {
         QAccessibleTextUpdateEvent event(&view_, place, removed, inserted);
-        QAccessible::updateAccessibility(&event);
+        receiver_.take(event);
     }
 }
 
 void TextViewNotices::announceSelection() {
     const TextSelection selection = view_.editing().selection();
     const TextSelection before = std::exchange(announcedSelection_, selection);
-    if (!QAccessible::isActive())
+    if (!receiver_.isListening())
         return;
 
     const int caret = accessibleOffset(selection.caret);
@@ -76,20 +80,20 @@ void TextViewNotices::announceSelection() {
         const TextRange range = selection.range();
         QAccessibleTextSelectionEvent event(&view_, accessibleOffset(range.location), accessibleOffset(range.end()));
         event.setCursorPosition(caret);
-        QAccessible::updateAccessibility(&event);
+        receiver_.take(event);
     }
     QAccessibleTextCursorEvent event(&view_, caret);
-    QAccessible::updateAccessibility(&event);
+    receiver_.take(event);
 }
 
 void TextViewNotices::announceReadOnly() {
-    if (!QAccessible::isActive())
+    if (!receiver_.isListening())
         return;
     QAccessible::State changed;
     changed.readOnly = true;
     changed.editable = true;
     QAccessibleStateChangeEvent event(&view_, changed);
-    QAccessible::updateAccessibility(&event);
+    receiver_.take(event);
 }
 
 } // namespace quelm

@@ -5,6 +5,10 @@
 
 #include <QObject>
 
+#include <functional>
+
+class QAccessibleEvent;
+
 namespace quelm {
 
 class TextView;
@@ -19,8 +23,17 @@ class TextViewNotices : public QObject {
 public:
     static constexpr qint64 longestText = 4096;
 
+    /// Whom to tell.
+    struct Receiver {
+        /// Whether it wants to be told at this moment. What happens until it does is never told.
+        std::function<bool()> isListening;
+        std::function<void(QAccessibleEvent&)> take;
+
+        static Receiver assistiveTechnology();
+    };
+
     /// The view owns it, and has connected its own parts to the storage before.
-    explicit TextViewNotices(TextView& view);
+    explicit TextViewNotices(TextView& view, Receiver receiver = Receiver::assistiveTechnology());
 
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -30,6 +43,7 @@ private:
     void announceReadOnly();
 
     TextView& view_;
+    const Receiver receiver_;
     /// The storage's text as of the last edit: what the next one removes is read there.
     TextRope announcedText_;
     TextSelection announcedSelection_;

@@ -1,6 +1,5 @@
+#include "Tests/TextCore/Support/Ropes.h"
 #include "Tests/TextCore/Support/Texts.h"
-#include "TextCore/MatchIndex.h"
-#include "TextCore/MatchReplacement.h"
 #include "TextCore/MatchScanner.h"
 #include "TextCore/RopeSearch.h"
 
@@ -15,36 +14,14 @@
 
 namespace quelm {
 
-// Lets failed expectations print stretches.
-// NOLINTNEXTLINE(readability-identifier-naming): the name that GoogleTest looks for.
-static void PrintTo(const ByteRange& range, std::ostream* stream) {
-    *stream << range.location << "+" << range.length;
-}
-
 namespace {
 
+using test::inPieces;
 using test::joined;
 using test::randomBelow;
 using test::randomText;
-using test::repeated;
+using test::rope;
 using Ranges = std::vector<ByteRange>;
-
-/// A text whose pieces are of odd lengths.
-TextRope inPieces(std::mt19937& random, std::string_view text) {
-    TextRope rope;
-    while (!text.empty()) {
-        std::size_t length = std::min(text.size(), 1 + randomBelow(random, 7000));
-        while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80)
-            ++length;
-        rope = rope + TextRope(SharedText(text.substr(0, length)));
-        text.remove_prefix(length);
-    }
-    return rope;
-}
-
-TextRope rope(std::string_view text) {
-    return TextRope(SharedText(text));
-}
 
 ByteRange whole(const TextRope& text) {
     return {0, text.byteCount()};
@@ -142,10 +119,6 @@ TEST(RopeSearch, FindsNeedlesLongerThanBlocks) {
     EXPECT_EQ(allMatches(searched, pattern, whole(searched)),
               (Ranges{{3, length}, {length + 5, length}, {2 * length + 5, length}}));
     EXPECT_EQ(lastMatch(searched, pattern, whole(searched)), (ByteRange{2 * length + 5, length}));
-    const auto index = MatchIndex::build(searched, pattern);
-    ASSERT_TRUE(index);
-    index->checkInvariants();
-    EXPECT_EQ(index->match(2), (ByteRange{2 * length + 5, length}));
 }
 
 TEST(RopeSearch, MatchesDoNotOverlapAndTheLeftmostCount) {
@@ -238,108 +211,6 @@ TEST(RopeSearch, AStoppedSearchFindsNothing) {
     EXPECT_EQ(lastMatch(text, pattern, whole(text), source.get_token()), std::nullopt);
     EXPECT_EQ(allMatches(text, pattern, whole(text), source.get_token()), Ranges{});
     EXPECT_EQ(countMatches(text, pattern, whole(text), source.get_token()), 0);
-    EXPECT_FALSE(MatchIndex::build(text, pattern, source.get_token()));
-    const auto replaced = replacingMatches(text, pattern, "", 100, source.get_token());
-    ASSERT_FALSE(replaced);
-    EXPECT_EQ(replaced.error(), MatchReplacementFailure::stopped);
-}
-
-TEST(MatchIndex, KnowsEveryMatchByNumberAndPlace) {
-    std::mt19937 random(5);
-    for (int round = 0; round < 4; ++round) {
-        const std::string text = randomText(random, round % 2 == 0 ? U"aAbñ" : U"abcdefghijklmnopqrstuvwxyz", 300'000);
-        const std::string needle = round < 2 ? "ab" : "abA";
-        const TextRope searched = inPieces(random, text);
-        const SearchPattern pattern(needle, CaseSensitivity::insensitive);
-        const Ranges expected = allMatches(searched, pattern, whole(searched));
-        const auto index = MatchIndex::build(searched, pattern);
-        ASSERT_TRUE(index);
-        index->checkInvariants();
-        ASSERT_EQ(index->count(), std::ssize(expected));
-        for (int question = 0; question < 200; ++question) {
-            const auto number = std::int64_t(randomBelow(random, expected.size()));
-            const ByteRange& range = expected[std::size_t(number)];
-            const MatchIndex::NumberedMatch match{number, range};
-            ASSERT_EQ(index->match(number), range);
-            ASSERT_EQ(index->matchAt(range), match);
-            ASSERT_EQ(index->matchAt({range.location, range.length - 1}), std::nullopt);
-            ASSERT_EQ(index->firstFrom(range.location), match);
-            ASSERT_EQ(index->lastBefore(range.end()), match);
-            const auto next = index->firstFrom(range.location + 1);
-            ASSERT_EQ(next ? next->number : index->count(), number + 1);
-            const auto previous = index->lastBefore(range.end() - 1);
-            ASSERT_EQ(previous ? previous->number : -1, number - 1);
-        }
-        EXPECT_EQ(index->firstFrom(searched.byteCount()), std::nullopt);
-        EXPECT_EQ(index->lastBefore(0), std::nullopt);
-    }
-}
-
-TEST(MatchIndex, IsEmptyWithoutMatches) {
-    const auto index = MatchIndex::build(rope("uno"), SearchPattern("dos", CaseSensitivity::sensitive));
-    ASSERT_TRUE(index);
-    EXPECT_EQ(index->count(), 0);
-    EXPECT_EQ(index->firstFrom(0), std::nullopt);
-    EXPECT_EQ(index->lastBefore(3), std::nullopt);
-}
-
-TEST(MatchIndex, TellsItsProgress) {
-    SearchProgress progress;
-    const TextRope text = rope(repeated("uno ", 100'000));
-    const auto index = MatchIndex::build(text, SearchPattern("uno", CaseSensitivity::sensitive), {}, &progress);
-    EXPECT_EQ(progress.matches, 100'000);
-    EXPECT_GT(progress.bytes, text.byteCount() - 4);
-}
-
-std::string replaced(const TextRope& text, const MatchReplacement& replacement) {
-    return std::string(text.replacing(replacement.range, replacement.replacement).contiguous().view());
-}
-
-TEST(MatchReplacement, ReplacesAllMatchesFromTheFirstToTheLast) {
-    const TextRope text = rope("uno Dos tres dos.");
-    const auto result = replacingMatches(text, SearchPattern("dos", CaseSensitivity::insensitive), "cuatro", 1000);
-    ASSERT_TRUE(result);
-    EXPECT_EQ(result->count, 2);
-    EXPECT_EQ(result->range, (ByteRange{4, 12}));
-    EXPECT_EQ(result->replacement, rope("cuatro tres cuatro"));
-    EXPECT_EQ(replaced(text, *result), "uno cuatro tres cuatro.");
-}
-
-TEST(MatchReplacement, LeavesATextWithoutMatchesAsItIs) {
-    const auto result = replacingMatches(rope("uno"), SearchPattern("dos", CaseSensitivity::sensitive), "tres", 1000);
-    ASSERT_TRUE(result);
-    EXPECT_EQ(result->count, 0);
-    EXPECT_TRUE(result->range.isEmpty());
-    EXPECT_TRUE(result->replacement.isEmpty());
-}
-
-TEST(MatchReplacement, ReplacesMatchesNearAndFarLikeASimpleLoop) {
-    std::mt19937 random(6);
-    for (const std::string_view replacement : {"", "x", "una cosa larga"}) {
-        std::string text;
-        for (int part = 0; part < 200; ++part)
-            text += joined({randomText(random, U"abcñ", randomBelow(random, 9000)), repeated("clave", 1 + part % 3)});
-        std::string expected = text;
-        for (std::size_t place = expected.find("clave"); place != std::string::npos;
-             place = expected.find("clave", place + replacement.size()))
-            expected.replace(place, 5, replacement);
-
-        const TextRope searched = inPieces(random, text);
-        const auto result =
-            replacingMatches(searched, SearchPattern("clave", CaseSensitivity::sensitive), replacement, 100'000'000);
-        ASSERT_TRUE(result);
-        result->replacement.checkInvariants();
-        EXPECT_EQ(replaced(searched, *result), expected);
-    }
-}
-
-TEST(MatchReplacement, RefusesAResultThatIsTooLong) {
-    const TextRope text = rope(repeated("a", 1000));
-    const SearchPattern pattern("a", CaseSensitivity::sensitive);
-    EXPECT_TRUE(replacingMatches(text, pattern, "bb", 2000));
-    const auto result = replacingMatches(text, pattern, "bb", 1999);
-    ASSERT_FALSE(result);
-    EXPECT_EQ(result.error(), MatchReplacementFailure::tooLong);
 }
 
 } // namespace

@@ -72,7 +72,7 @@ protected:
 TEST_F(DocumentControllerTests, ANewDocumentIsAnEmptyObjectInAWindow) {
     controller.newDocument();
     ASSERT_TRUE(waitForWindows(1));
-    EXPECT_EQ(window()->windowTitle(), QStringLiteral("Sin título"));
+    EXPECT_EQ(window()->windowTitle(), QStringLiteral("Sin título[*]"));
     EXPECT_EQ(window()->treeEditor().outline().rowCount(), 1);
 }
 
@@ -80,7 +80,7 @@ TEST_F(DocumentControllerTests, AFileOpensInAWindowOfItsOwn) {
     controller.open(folder.write(QStringLiteral("a.json"), "[1,2]"));
     controller.open(folder.write(QStringLiteral("b.json"), "[1"));
     ASSERT_TRUE(waitForWindows(2));
-    EXPECT_EQ(window(0)->windowTitle(), QStringLiteral("a.json"));
+    EXPECT_EQ(window(0)->windowTitle(), QStringLiteral("a.json[*]"));
     EXPECT_EQ(window(0)->document().mode(), EditorMode::tree);
     EXPECT_EQ(window(0)->document().revision(), 1);
     EXPECT_EQ(window(1)->document().mode(), EditorMode::text);
@@ -174,7 +174,7 @@ TEST_F(DocumentControllerTests, ANewDocumentIsSavedWhereTheUserSays) {
     const QString path = folder.path(QStringLiteral("nuevo"));
     dialog->findChild<QLineEdit*>()->setText(path);
     QTest::keyClick(dialog->findChild<QLineEdit*>(), Qt::Key_Return);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window()->windowTitle() == QStringLiteral("nuevo.json"); }));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window()->windowTitle() == QStringLiteral("nuevo.json[*]"); }));
     EXPECT_EQ(TemporaryFolder::contents(path + QStringLiteral(".json")), "{}\n");
 }
 

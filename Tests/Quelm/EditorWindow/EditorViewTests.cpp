@@ -2,8 +2,9 @@
 #include "Quelm/EditorWindow/MessageBar.h"
 #include "Quelm/EditorWindow/OpeningPage.h"
 #include "Quelm/EditorWindow/TextPage.h"
-#include "Quelm/EditorWindow/TextPreview.h"
 #include "Quelm/Foundation/Fonts.h"
+#include "Quelm/TextEditor/JSONTextView.h"
+#include "Quelm/TextEngine/TextView.h"
 #include "Quelm/TreeEditor/TreeView.h"
 #include "Tests/Quelm/Support/Printing.h"
 #include "Tests/Quelm/Support/TemporaryPreferences.h"
@@ -29,6 +30,8 @@ protected:
     void replace(std::string_view text) { window->document().apply(JSONContent::fromText(TextRope(SharedText(text)))); }
     TreeView* tree() const { return qobject_cast<TreeView*>(window->centralWidget()); }
     TextPage* text() const { return qobject_cast<TextPage*>(window->centralWidget()); }
+    TextView& textView() const { return window->textEditor()->textView(); }
+    QString shownText() const { return textView().textStorage().string({0, textView().textStorage().length()}); }
 
     TemporaryPreferences preferences;
     std::unique_ptr<EditorView> window;
@@ -47,7 +50,19 @@ TEST_F(EditorViewTests, AnInvalidDocumentIsShownAsTextWithThePlaceOfItsError) {
     ASSERT_NE(text()->errorBar(), nullptr);
     EXPECT_EQ(text()->errorBar()->text(), QStringLiteral("Línea 3, columna 14: Se esperaba ',' o ']'"));
     EXPECT_TRUE(text()->errorBar()->isVisible());
-    EXPECT_EQ(text()->preview().lines().size(), 3);
+    EXPECT_EQ(textView().textStorage().lineCount(), 3);
+}
+
+TEST_F(EditorViewTests, TheCaretOfAnInvalidDocumentIsAtItsError) {
+    show("{\"a\":1,\n\n  \"b\": [1, 2 3]}");
+    QTRY_COMPARE(textView().selectedRange().location, 9 + 13);
+    EXPECT_TRUE(textView().isShowingFindIndicator());
+}
+
+TEST_F(EditorViewTests, TheErrorOfTheTextIsShownUntilItChanges) {
+    show("[1");
+    QTest::keyClicks(&textView(), QStringLiteral("]"));
+    EXPECT_FALSE(text()->errorBar()->isVisible());
 }
 
 TEST_F(EditorViewTests, AnEmptyFileIsShownAsTextWithItsError) {
@@ -61,17 +76,51 @@ TEST_F(EditorViewTests, AValidDocumentIsShownAsTextWhenThatIsPreferred) {
     show("{ \"a\" :1}");
     ASSERT_NE(text(), nullptr);
     EXPECT_EQ(text()->errorBar(), nullptr);
-    EXPECT_EQ(text()->preview().lines(), QStringList{QStringLiteral("{ \"a\" :1}")});
+    EXPECT_EQ(shownText(), QStringLiteral("{ \"a\" :1}"));
 }
 
-TEST_F(EditorViewTests, APreviewSaysThatItIsOne) {
-    show("[1");
-    const auto bars = text()->findChildren<MessageBar*>();
-    ASSERT_EQ(bars.size(), 2);
-    EXPECT_EQ(bars.last()->text(), QStringLiteral("Vista previa de solo lectura."));
-    replace("[" + std::string(100'000, ' '));
-    EXPECT_EQ(text()->findChildren<MessageBar*>().last()->text(),
-              QStringLiteral("Vista previa de solo lectura: se muestra el texto alrededor del error."));
+TEST_F(EditorViewTests, TypingIsAStepOfTheWindowThatMarksItModified) {
+    Preferences::setInitialMode(Preferences::InitialMode::text);
+    show("[1]");
+    QTest::keyClicks(&textView(), QStringLiteral("  "));
+    EXPECT_EQ(shownText(), QStringLiteral("  [1]"));
+    EXPECT_TRUE(window->isWindowModified());
+    EXPECT_EQ(window->undoManager().undoActionName(), QStringLiteral("Escribir"));
+    EXPECT_EQ(window->document().snapshot().text->contiguous().view(), "  [1]");
+
+    window->undoManager().undo();
+    EXPECT_EQ(shownText(), QStringLiteral("[1]"));
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_EQ(window->document().snapshot().text->contiguous().view(), "[1]");
+}
+
+TEST_F(EditorViewTests, AReplacedContentIsShownByTheSameTextViewAndUndoneInTurn) {
+    Preferences::setInitialMode(Preferences::InitialMode::text);
+    show("[1,2]\n");
+    const TextView* before = &textView();
+    QTest::keyClicks(&textView(), QStringLiteral(" "));
+    window->document().replaceContent(JSONContent::fromText(TextRope(SharedText("[\n  1,\n  2\n]\n"))),
+                                      &window->undoManager());
+    EXPECT_EQ(&textView(), before);
+    EXPECT_EQ(shownText(), QStringLiteral("[\n  1,\n  2\n]\n"));
+    EXPECT_EQ(window->undoManager().undoActionName(), QStringLiteral("Formato"));
+    window->undoManager().undo();
+    EXPECT_EQ(shownText(), QStringLiteral(" [1,2]\n"));
+    window->undoManager().undo();
+    EXPECT_EQ(shownText(), QStringLiteral("[1,2]\n"));
+    window->undoManager().redo();
+    window->undoManager().redo();
+    EXPECT_EQ(shownText(), QStringLiteral("[\n  1,\n  2\n]\n"));
+}
+
+TEST_F(EditorViewTests, AnAppliedContentDropsTheSteps) {
+    Preferences::setInitialMode(Preferences::InitialMode::text);
+    show("[1]");
+    QTest::keyClicks(&textView(), QStringLiteral(" "));
+    replace("[2]");
+    EXPECT_FALSE(window->undoManager().canUndo());
+    EXPECT_EQ(shownText(), QStringLiteral("[2]"));
+    EXPECT_FALSE(window->isWindowModified());
 }
 
 TEST_F(EditorViewTests, TheEditorFollowsTheDocument) {
@@ -100,9 +149,9 @@ TEST_F(EditorViewTests, ADocumentThatIsStillToComeIsAnnounced) {
 
 TEST_F(EditorViewTests, TheTitleIsTheNameOfTheFile) {
     show("[]");
-    EXPECT_EQ(window->windowTitle(), QStringLiteral("Sin título"));
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("Sin título[*]"));
     window->document().configuration().setFileLocation(QStringLiteral("/datos/año.json"));
-    EXPECT_EQ(window->windowTitle(), QStringLiteral("año.json"));
+    EXPECT_EQ(window->windowTitle(), QStringLiteral("año.json[*]"));
 }
 
 TEST_F(EditorViewTests, ANewWindowHasItsSizeAsFarAsTheScreenHasRoom) {

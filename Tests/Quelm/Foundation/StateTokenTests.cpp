@@ -24,6 +24,16 @@ TEST_F(StateTokenTests, EveryChangeMovesToATokenNeverSeenBefore) {
     }
 }
 
+TEST_F(StateTokenTests, TheNextTokenIsKnownBeforeTheChange) {
+    for (int change = 0; change < 3; ++change) {
+        const StateToken::Value next = token.next();
+        token.moveTo(0);
+        EXPECT_EQ(token.next(), next);
+        token.advance();
+        EXPECT_EQ(token.current(), next);
+    }
+}
+
 TEST_F(StateTokenTests, ThePreviousTokenIsThatBeforeTheLastChange) {
     const StateToken::Value first = token.current();
     token.advance();

@@ -150,9 +150,6 @@ TEST_F(TextSearchTests, TheEventLoopTurnsWhileALongTextIsCounted) {
     QObject::connect(&ticks, &QTimer::timeout, search.get(), [&turns] { ++turns; });
     ticks.start(0);
     look(QStringLiteral("a"));
-    QTest::qWait(1);
-    EXPECT_GT(turns, 0);
-    EXPECT_EQ(search->count(), std::nullopt);
     ASSERT_TRUE(waitForCount());
     EXPECT_EQ(search->count(), 50 << 20);
     EXPECT_GT(turns, 10);

@@ -135,6 +135,26 @@ TEST(AttributeRuns, ACopyIsNotChangedWithItsOriginal) {
     EXPECT_EQ(described(copy), "3 green!");
 }
 
+TEST(AttributeRuns, ABuilderMakesTheRunsThatWereAppended) {
+    AttributeRunsBuilder builder;
+    for (qint64 i = 0; i < 30'000; ++i) {
+        builder.append({1 + i % 3, i % 2 == 0 ? green : blue, true});
+        builder.append({1, i % 2 == 0 ? green : blue, true});
+    }
+    const AttributeRuns runs = builder.finish();
+    runs.checkInvariants();
+    EXPECT_EQ(runs.count(), 30'000);
+    EXPECT_EQ(runs.length(), 90'000);
+    EXPECT_EQ(runs.runAfter(0).run, (AttributeRun{2, green, true}));
+    EXPECT_EQ(runs.runBefore(90'000).run, (AttributeRun{4, blue, true}));
+    EXPECT_EQ(builder.finish().length(), 0) << "what was made is no longer there";
+
+    AttributeRuns whole(90'010);
+    whole.set(5, runs);
+    whole.checkInvariants();
+    EXPECT_EQ(whole.count(), 30'002);
+}
+
 TEST(AttributeRunsDeathTest, StretchesOutsideOfTheTextAreProgrammingErrors) {
     AttributeRuns runs(3);
     EXPECT_DEATH(runs.replace({2, 2}, 0), "an edited stretch is within the text");

@@ -171,7 +171,7 @@ TEST(TextBoundaries, TheCaretStopsAtTheStartsOfWordsAndAtLineEnds) {
         u"\"|clave_1|\": |\"|valor |de |dos|\",|",
         u"\"|a|\": |-1.5e+10|, |\"|b|\": |2E-3|",
         u"[|1|,|-2|,|3.25|, |-0|]|",
-        u"{\"|a|\":|true|,|\"|b|\":|null|}|",
+        u"{\"|a|\":|true|,\"|b|\":|null|}|",
         u"snake_case_9 |_x|-|y|",
         u"a|-|5 |b|-|1|",
         u"2024|-|01|-|15|",

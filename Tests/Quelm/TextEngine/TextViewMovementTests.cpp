@@ -137,7 +137,7 @@ TEST_F(TextViewMovementTests, EveryMoveBringsTheCaretIntoTheViewport) {
     open(lines);
     for (const auto key : {Qt::Key_End, Qt::Key_Home}) {
         press(key, Qt::ControlModifier);
-        EXPECT_TRUE(isCaretVisible()) << view->caretRectangle().top() << " " << view->caretRectangle().left() << " x " << view->textLayout().caretX(view->editing().selection().caret) << " h " << view->horizontalAxis().position();
+        EXPECT_TRUE(isCaretVisible());
     }
     view->setSelectedRange({lines.size() - 2, 0});
     EXPECT_FALSE(isCaretVisible()) << "whoever sets a selection scrolls there if they want to";

@@ -1,0 +1,120 @@
+#include "Quelm/Application/EditMenu.h"
+
+#include "Quelm/Application/EditTarget.h"
+#include "Quelm/Foundation/UndoManager.h"
+
+#include <QAction>
+#include <QApplication>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QPointer>
+
+#include <vector>
+
+namespace quelm {
+
+namespace {
+
+/// The menu's items exactly as they stand are only needed while the menu is open. Between times an item that can be
+/// reached by its keys follows what is cheap to know: asking the clipboard may mean asking another program.
+class EditMenu : public QObject {
+    Q_DECLARE_TR_FUNCTIONS(quelm::EditMenu)
+
+public:
+    EditMenu(QMenu* menu, const QMainWindow& window, UndoManager& windowSteps)
+        : QObject(menu), window_(window), steps_(&windowSteps) {
+        add(menu, EditCommand::undo, {}, QKeySequence::keyBindings(QKeySequence::Undo));
+        add(menu, EditCommand::redo, {}, redoKeys());
+        menu->addSeparator();
+        add(menu, EditCommand::cut, tr("Cor&tar"), QKeySequence::keyBindings(QKeySequence::Cut));
+        add(menu, EditCommand::copy, tr("&Copiar"), QKeySequence::keyBindings(QKeySequence::Copy));
+        add(menu, EditCommand::paste, tr("&Pegar"), QKeySequence::keyBindings(QKeySequence::Paste));
+        // The key that deletes is the text's own: without a selection it deletes a character.
+        add(menu, EditCommand::delete_, tr("&Eliminar"), {});
+        menu->addSeparator();
+        add(menu, EditCommand::selectAll, tr("&Seleccionar todo"), QKeySequence::keyBindings(QKeySequence::SelectAll));
+
+        connect(menu, &QMenu::aboutToShow, this, &EditMenu::updateWhileOpen);
+        connect(menu, &QMenu::aboutToHide, this, &EditMenu::update);
+        connect(&windowSteps, &UndoManager::changed, this, &EditMenu::update);
+        connect(qApp, &QApplication::focusChanged, this, &EditMenu::noteFocus);
+        focused_ = window.focusWidget();
+        update();
+    }
+
+private:
+    struct Item {
+        EditCommand command;
+        QAction* action;
+    };
+
+    static QList<QKeySequence> redoKeys() {
+        QList<QKeySequence> keys = QKeySequence::keyBindings(QKeySequence::Redo);
+        for (const QKeySequence& key :
+             {QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_Z), QKeySequence(Qt::CTRL | Qt::Key_Y)})
+            if (!keys.contains(key))
+                keys.append(key);
+        return keys;
+    }
+
+    void add(QMenu* menu, EditCommand command, const QString& title, const QList<QKeySequence>& keys) {
+        QAction* action = menu->addAction(title);
+        action->setShortcuts(keys);
+        connect(action, &QAction::triggered, this, [this, command] { perform(command); });
+        items_.push_back({command, action});
+    }
+
+    std::unique_ptr<EditTarget> target() const { return editTargetOf(focused_, steps_); }
+
+    void noteFocus(QWidget*, QWidget* now) {
+        // An open menu bar takes the focus; what had it before is what the menu is for.
+        if (!now || now->window() != &window_ || qobject_cast<QMenuBar*>(now))
+            return;
+        focused_ = now;
+        update();
+    }
+
+    void perform(EditCommand command) {
+        if (const auto focused = target(); focused->canPerform(command))
+            focused->perform(command);
+    }
+
+    void update() {
+        const auto focused = target();
+        for (const Item& item : items_)
+            item.action->setEnabled(focused->isText() || focused->canPerform(item.command));
+        updateTitles(*focused);
+    }
+
+    void updateWhileOpen() {
+        const auto focused = target();
+        for (const Item& item : items_)
+            item.action->setEnabled(focused->canPerform(item.command));
+        updateTitles(*focused);
+    }
+
+    void updateTitles(const EditTarget& focused) {
+        for (const Item& item : items_)
+            if (item.command == EditCommand::undo)
+                item.action->setText(mnemonic(focused.undoTitle()));
+            else if (item.command == EditCommand::redo)
+                item.action->setText(mnemonic(focused.redoTitle()));
+    }
+
+    static QString mnemonic(QString title) { return u'&' + title.replace(u'&', QStringLiteral("&&")); }
+
+    const QMainWindow& window_;
+    QPointer<UndoManager> steps_;
+    QPointer<QWidget> focused_;
+    std::vector<Item> items_;
+};
+
+} // namespace
+
+void addEditMenu(QMainWindow& window, UndoManager& windowSteps) {
+    // The menu owns what keeps it true, so that neither sees the other end.
+    new EditMenu(window.menuBar()->addMenu(EditMenu::tr("&Edición")), window, windowSteps);
+}
+
+} // namespace quelm

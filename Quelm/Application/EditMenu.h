@@ -1,0 +1,13 @@
+#pragma once
+
+class QMainWindow;
+
+namespace quelm {
+
+class UndoManager;
+
+/// Gives a window its menu "Edición". Its commands act on the text that has the focus in the window, and undo and redo
+/// on the window's steps otherwise. The manager is held weakly.
+void addEditMenu(QMainWindow& window, UndoManager& windowSteps);
+
+} // namespace quelm

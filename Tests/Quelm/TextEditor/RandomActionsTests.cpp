@@ -1,0 +1,266 @@
+#include "Quelm/Documents/JSONDocument.h"
+#include "Quelm/Foundation/UndoManager.h"
+#include "Quelm/TextEditor/FindBar.h"
+#include "Quelm/TextEditor/JSONTextView.h"
+#include "Quelm/TextEngine/TextView.h"
+#include "Tests/Quelm/Support/Printing.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QInputMethodEvent>
+#include <QTest>
+
+#include <array>
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <map>
+#include <random>
+#include <vector>
+
+// The text editor beside a plain string, in random actions of a user: keys, the mouse, the clipboard, an input method,
+// undo and redo, searching and replacing.
+
+namespace quelm {
+namespace {
+
+/// The number of actions of a test: a few, or as the environment says for a longer run.
+int actionCount() {
+    const char* asked = std::getenv("QUELM_TEXT_ACTIONS");
+    return asked ? std::atoi(asked) : 3000;
+}
+
+class RandomActions : public testing::Test {
+protected:
+    RandomActions() {
+        JSONContent content;
+        content.text = TextRope::repairing(std::string_view(firstText));
+        document_->setContent(std::move(content));
+        editor_ = std::make_unique<JSONTextView>(document_, &undoManager_, [] {});
+        editor_->resize(500, 300);
+        editor_->show();
+        editor_->activateWindow();
+        QCoreApplication::processEvents();
+        text_ = QString::fromUtf8(firstText);
+    }
+
+    static constexpr const char* firstText = "{\n  \"clave\": [1, 2.5e3, true],\n\t\"señal\": \"😀 texto\"\n}\n";
+
+    TextView& view() { return editor_->textView(); }
+    QString shown() { return view().textStorage().string({0, view().textStorage().length()}); }
+    std::size_t below(std::size_t limit) { return random_() % limit; }
+    bool oneIn(std::size_t times) { return below(times) == 0; }
+
+    void press(int key, Qt::KeyboardModifiers modifiers = {}, const QString& typed = {}) {
+        QTest::sendKeyEvent(QTest::Press, &view(), static_cast<Qt::Key>(key), typed, modifiers);
+        QTest::sendKeyEvent(QTest::Release, &view(), static_cast<Qt::Key>(key), typed, modifiers);
+    }
+
+    /// The model's text was changed by a step of the undo manager: remembers what the step began with.
+    void changed(const QString& before) {
+        const UndoManager::StepID step = undoManager_.openStep();
+        ASSERT_NE(step, 0u);
+        if (!done_.empty() && done_.back().step == step) {
+            undone_.clear();
+            return;
+        }
+        done_.push_back({step, before});
+        undone_.clear();
+    }
+
+    void edit(const QString& expected) {
+        const QString before = text_;
+        text_ = expected;
+        if (expected != before)
+            changed(before);
+    }
+
+    QString withSelectionReplaced(const QString& replacement) const {
+        QString result = text_;
+        return result.replace(selected_.location, selected_.length, replacement);
+    }
+
+    void type() {
+        static const std::array<const char16_t*, 16> texts{u"a", u"\"", u"1", u",", u"{", u"}", u"[", u"]",
+                                                           u":", u" ",  u"\u00F1", u"\u4E2D", u"\U0001F600",
+                                                           u"\u0301", u"\u0634", u"-"};
+        const QString typed = QString::fromUtf16(texts[below(texts.size())]);
+        press(Qt::Key_unknown, {}, typed);
+        edit(withSelectionReplaced(typed));
+    }
+
+    void typeLineFeed() {
+        const qsizetype lineStart = text_.lastIndexOf(u'\n', selected_.location - 1) + 1;
+        qsizetype end = selected_.location == 0 ? 0 : lineStart;
+        if (selected_.location == 0)
+            end = 0;
+        while (end < selected_.location && (text_[end] == u' ' || text_[end] == u'\t'))
+            ++end;
+        const qsizetype start = selected_.location == 0 ? 0 : lineStart;
+        press(Qt::Key_Return, {}, QStringLiteral("\r"));
+        edit(withSelectionReplaced(u'\n' + text_.mid(start, end - start)));
+    }
+
+    void erase() {
+        const bool isForward = oneIn(2);
+        const Qt::KeyboardModifiers modifiers = oneIn(3) ? Qt::ControlModifier : Qt::NoModifier;
+        press(isForward ? Qt::Key_Delete : Qt::Key_Backspace, modifiers);
+        if (!selected_.isEmpty())
+            return edit(withSelectionReplaced({}));
+        // How far it goes is a rule of its own; what it takes is all between.
+        const qint64 length = text_.size() - view().textStorage().length();
+        QString expected = text_;
+        expected.remove(isForward ? selected_.location : selected_.location - length, length);
+        edit(expected);
+    }
+
+    void move() {
+        static constexpr std::array keys{Qt::Key_Left, Qt::Key_Right, Qt::Key_Up,     Qt::Key_Down,
+                                         Qt::Key_Home, Qt::Key_End,   Qt::Key_PageUp, Qt::Key_PageDown};
+        Qt::KeyboardModifiers modifiers;
+        modifiers.setFlag(Qt::ShiftModifier, oneIn(3));
+        modifiers.setFlag(Qt::ControlModifier, oneIn(3));
+        press(keys[below(keys.size())], modifiers);
+    }
+
+    void useMouse() {
+        QWidget* viewport = view().viewport();
+        const auto place = [&] {
+            return QPoint(static_cast<int>(below(static_cast<std::size_t>(viewport->width()))),
+                          static_cast<int>(below(static_cast<std::size_t>(viewport->height()))));
+        };
+        if (oneIn(4))
+            return QTest::mouseDClick(viewport, Qt::LeftButton, {}, place());
+        QTest::mouseClick(viewport, Qt::LeftButton, oneIn(3) ? Qt::ShiftModifier : Qt::NoModifier, place());
+    }
+
+    void paste() {
+        QString pasted;
+        const std::size_t count = oneIn(10) ? 4000 : below(12);
+        static constexpr std::u16string_view alphabet = u"ab\n {}\"\t1\u00E9\u4E2D";
+        for (std::size_t unit = 0; unit < count; ++unit)
+            pasted += QChar(alphabet[below(alphabet.size())]);
+        if (pasted.isEmpty())
+            return;
+        QGuiApplication::clipboard()->setText(pasted);
+        press(Qt::Key_V, Qt::ControlModifier);
+        edit(withSelectionReplaced(pasted));
+    }
+
+    void cutOrCopy() {
+        const bool isCut = oneIn(2);
+        const QString expected = text_.mid(selected_.location, selected_.length);
+        press(isCut ? Qt::Key_X : Qt::Key_C, Qt::ControlModifier);
+        if (selected_.isEmpty())
+            return;
+        ASSERT_EQ(QGuiApplication::clipboard()->text(), expected);
+        if (isCut)
+            edit(withSelectionReplaced({}));
+    }
+
+    void compose() {
+        QInputMethodEvent composing(QStringLiteral("nih"), {});
+        QCoreApplication::sendEvent(&view(), &composing);
+        const QString committed = oneIn(3) ? QString() : QStringLiteral("你好");
+        QInputMethodEvent end;
+        end.setCommitString(committed);
+        QCoreApplication::sendEvent(&view(), &end);
+        if (shown() == text_)
+            return; // The composition came to nothing, and took nothing.
+        edit(withSelectionReplaced(committed));
+    }
+
+    void undo() {
+        press(Qt::Key_Z, Qt::ControlModifier);
+        if (done_.empty())
+            return;
+        undone_.push_back({done_.back().step, text_});
+        text_ = done_.back().text;
+        done_.pop_back();
+    }
+
+    void redo() {
+        press(Qt::Key_Z, Qt::ControlModifier | Qt::ShiftModifier);
+        if (undone_.empty())
+            return;
+        done_.push_back({undone_.back().step, text_});
+        text_ = undone_.back().text;
+        undone_.pop_back();
+    }
+
+    void act() {
+        selected_ = view().selectedRange();
+        const std::size_t choice = below(100);
+        if (choice < 32)
+            type();
+        else if (choice < 37)
+            typeLineFeed();
+        else if (choice < 50)
+            erase();
+        else if (choice < 68)
+            move();
+        else if (choice < 75)
+            useMouse();
+        else if (choice < 79)
+            paste();
+        else if (choice < 84)
+            cutOrCopy();
+        else if (choice < 86)
+            compose();
+        else if (choice < 95)
+            undo();
+        else
+            redo();
+        // A text that only grows would be slow to compare.
+        if (text_.size() > 20'000) {
+            press(Qt::Key_A, Qt::ControlModifier);
+            press(Qt::Key_Delete);
+            edit({});
+        }
+    }
+
+    struct Step {
+        UndoManager::StepID step;
+        QString text;
+    };
+
+    std::mt19937 random_{20261};
+    std::shared_ptr<JSONDocument> document_ = std::make_shared<JSONDocument>();
+    UndoManager undoManager_;
+    std::unique_ptr<JSONTextView> editor_;
+    QString text_;
+    TextRange selected_;
+    /// The text before each step that can be undone, and after each that can be redone.
+    std::vector<Step> done_;
+    std::vector<Step> undone_;
+};
+
+TEST_F(RandomActions, MatchAPlainStringAndCanAllBeUndone) {
+    const int actions = actionCount();
+    for (int action = 0; action < actions; ++action) {
+        ASSERT_NO_FATAL_FAILURE(act());
+        ASSERT_EQ(shown(), text_) << "after action " << action;
+        const TextRange selection = view().selectedRange();
+        ASSERT_GE(selection.location, 0);
+        ASSERT_LE(selection.end(), text_.size());
+        for (const qint64 place : {selection.location, selection.end()})
+            ASSERT_FALSE(place > 0 && place < text_.size() && text_[place].isLowSurrogate() &&
+                         text_[place - 1].isHighSurrogate());
+        ASSERT_EQ(undoManager_.canUndo(), !done_.empty());
+        ASSERT_EQ(undoManager_.canRedo(), !undone_.empty());
+        if (action % 20 == 0)
+            QCoreApplication::processEvents();
+        if (action % 500 == 0)
+            view().textStorage().text().checkInvariants();
+    }
+    while (undoManager_.canUndo())
+        undo();
+    ASSERT_EQ(shown(), text_);
+    EXPECT_EQ(shown(), QString::fromUtf8(firstText));
+    while (undoManager_.canRedo()) {
+        redo();
+        ASSERT_EQ(shown(), text_);
+    }
+}
+
+} // namespace
+} // namespace quelm
