@@ -16,9 +16,7 @@ std::optional<MatchIndex> MatchIndex::build(const TextRope& text, const SearchPa
             return std::nullopt;
         if (const auto first = scanner.nextInBlock()) {
             index.blocks_.push_back({first->location, scanner.blockEnd(), index.count_});
-            ++index.count_;
-            while (scanner.nextInBlock())
-                ++index.count_;
+            index.count_ += 1 + scanner.countInBlock();
         }
         if (progress) {
             progress->bytes.store(scanner.blockEnd(), std::memory_order_relaxed);

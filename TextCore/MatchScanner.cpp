@@ -63,6 +63,19 @@ std::optional<ByteRange> MatchScanner::nextInBlock() {
     return std::nullopt;
 }
 
+std::int64_t MatchScanner::countInBlock() {
+    std::int64_t count = 0;
+    if (pattern_.maximumLength() > 1) {
+        while (nextInBlock())
+            ++count;
+        return count;
+    }
+    // Where a match is one byte, the anchors have decided. Such patterns have the most matches of all.
+    for (; maskIndex_ < maskCount_; mask_ = ++maskIndex_ < maskCount_ ? masks_[maskIndex_] : 0)
+        count += std::popcount(mask_);
+    return count;
+}
+
 void MatchScanner::discardBefore(std::int64_t place) {
     if (place >= bufferEnd_) {
         bufferStart_ = bufferEnd_ = place;

@@ -31,6 +31,9 @@ public:
     /// The next match that begins in the block; absent when there is none, before the first block, and after the last.
     std::optional<ByteRange> nextInBlock();
 
+    /// Passes the matches that are left in the block, and returns their number.
+    std::int64_t countInBlock();
+
     /// Matches that begin before this place have been in this block or earlier ones.
     std::int64_t blockEnd() const { return blockEnd_; }
 

@@ -88,8 +88,7 @@ std::int64_t countMatches(const TextRope& text, const SearchPattern& pattern, By
     while (scanner.nextBlock()) {
         if (stop.stop_requested())
             return 0;
-        while (scanner.nextInBlock())
-            ++count;
+        count += scanner.countInBlock();
     }
     return count;
 }

@@ -50,10 +50,13 @@ public:
             editor_.click({100 + static_cast<int>(random() % 1200), 40 + static_cast<int>(random() % 800)});
         });
         measurePaste();
-        measure("select-all-and-copy", {}, 5, [this] {
-            editor_.press(Qt::Key_A, Qt::ControlModifier);
-            editor_.press(Qt::Key_C, Qt::ControlModifier);
-        });
+        measure(
+            "select-all-and-copy", {}, 5,
+            [this] {
+                editor_.press(Qt::Key_A, Qt::ControlModifier);
+                editor_.press(Qt::Key_C, Qt::ControlModifier);
+            },
+            [this] { editor_.press(Qt::Key_Home, Qt::ControlModifier); });
         QGuiApplication::clipboard()->clear();
     }
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include <cstdint>
-
 #include <QObject>
+
+#include <cstdint>
 
 namespace quelm {
 

@@ -14,10 +14,8 @@ namespace quelm {
 /// The steps behind an undo manager: those that can be undone, then those that can be redone, and how one is taken.
 /// It announces nothing. A handler may drop all steps, and destroy the manager as long as the line lives on.
 ///
-/// Invariants:
-/// 1. No step is obsolete between two calls.
-/// 2. A step has handlers, unless their targets are gone; such a step counts as absent and is dropped on the way.
-/// 3. While a step is taken, what is registered becomes that step's handlers and the stack stays as it is.
+/// A step whose targets are gone counts as absent and is dropped when the line passes it. While a step is taken, what
+/// is registered becomes that step's handlers, and the stack stays as it is until they have all been called.
 class UndoLine {
 public:
     enum class Direction : std::uint8_t { undo, redo };

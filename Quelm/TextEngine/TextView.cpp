@@ -1,7 +1,10 @@
 #include "Quelm/TextEngine/TextView.h"
 
 #include "Quelm/Foundation/Fonts.h"
+#include "Quelm/TextEngine/TextViewAccessible.h"
+#include "Quelm/TextEngine/TextViewNotices.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QFocusEvent>
 #include <QGuiApplication>
@@ -47,6 +50,9 @@ TextView::TextView(std::shared_ptr<TextStorage> storage, QWidget* parent)
     viewport()->setAcceptDrops(true);
     scrolling_->setCaretWidth(caretWidth());
     updateInputMethodState();
+
+    installTextViewAccessibility();
+    new TextViewNotices(*this);
 }
 
 TextView::~TextView() {
@@ -92,6 +98,8 @@ void TextView::setReadOnly(bool readOnly) {
     setDropPlace(std::nullopt);
     editing_->setReadOnly(readOnly);
     updateInputMethodState();
+    QEvent change(QEvent::ReadOnlyChange);
+    QCoreApplication::sendEvent(this, &change);
 }
 
 double TextView::zoom() const {

@@ -48,6 +48,24 @@ TEST(MatchIndex, KnowsEveryMatchByNumberAndPlace) {
     }
 }
 
+TEST(MatchIndex, CountsSingleLetters) {
+    std::mt19937 random(8);
+    const std::string text = randomText(random, U"aAbkK\u212Añ", 200'000);
+    const TextRope searched = inPieces(random, text);
+    for (const auto sensitivity : {CaseSensitivity::sensitive, CaseSensitivity::insensitive}) {
+        for (const std::string_view needle : {"a", "k", "ñ"}) {
+            const SearchPattern pattern(needle, sensitivity);
+            const std::vector<ByteRange> expected = allMatches(searched, pattern, {0, searched.byteCount()});
+            const auto index = MatchIndex::build(searched, pattern);
+            ASSERT_TRUE(index);
+            index->checkInvariants();
+            EXPECT_EQ(index->count(), std::ssize(expected));
+            EXPECT_EQ(index->match(index->count() - 1), expected.back());
+            EXPECT_EQ(countMatches(searched, pattern, {0, searched.byteCount()}), std::ssize(expected));
+        }
+    }
+}
+
 TEST(MatchIndex, IsEmptyWithoutMatches) {
     const auto index = MatchIndex::build(rope("uno"), SearchPattern("dos", CaseSensitivity::sensitive));
     ASSERT_TRUE(index);

@@ -1,10 +1,6 @@
-#include "Quelm/Documents/JSONDocument.h"
-#include "Quelm/Foundation/UndoManager.h"
-#include "Quelm/TextEngine/TextStorage.h"
+#include "Tests/Quelm/Documents/EditedDocumentTest.h"
 #include "Tests/Quelm/Support/Printing.h"
-#include "Tests/Quelm/Support/TemporaryPreferences.h"
 
-#include <QPointer>
 #include <QSignalSpy>
 
 #include <gmock/gmock.h>
@@ -14,50 +10,7 @@
 namespace quelm {
 namespace {
 
-JSONContent contentOf(std::string_view text) {
-    return JSONContent::fromText(TextRope(SharedText(text)));
-}
-
-class JSONDocumentEditingTests : public testing::Test {
-protected:
-    JSONDocumentEditingTests() { manager.setStateToken(&document.stateToken()); }
-
-    /// The document as text, with the text buffer that a text editor would attach.
-    TextStorage& edit(std::string_view text) {
-        Preferences::setInitialMode(Preferences::InitialMode::text);
-        document.apply(contentOf(text));
-        document.attachTextBuffer(std::make_shared<TextStorage>(*document.content().text));
-        return *document.textBuffer();
-    }
-    /// Appends to the text buffer as a user would, with no step.
-    void type(const QString& text) {
-        document.textBuffer()->replaceCharacters({document.textBuffer()->length(), 0}, text);
-        document.noteTextBufferEdited();
-    }
-    /// The same with a step.
-    void typeStep(const QString& text) {
-        const TextRope before = document.textBuffer()->text();
-        type(text);
-        registerRestoring(before);
-    }
-    void registerRestoring(const TextRope& text) {
-        manager.registerUndo<TextStorage>(document.textBuffer().get(), [this, text](TextStorage& storage) {
-            const TextRope before = storage.text();
-            storage.replaceCharacters({0, storage.length()}, text);
-            document.noteTextBufferEdited();
-            registerRestoring(before);
-        });
-    }
-
-    std::string bufferText() const { return textOf(document.textBuffer()->text()); }
-    std::string contentText() const { return textOf(*document.content().text); }
-    std::string savedText() { return std::string(JSONDocument::fileContents(document.snapshot()).view()); }
-    static std::string textOf(const TextRope& text) { return std::string(text.contiguous().view()); }
-
-    TemporaryPreferences preferences;
-    JSONDocument document;
-    UndoManager manager;
-};
+class JSONDocumentEditingTests : public EditedDocumentTest {};
 
 TEST_F(JSONDocumentEditingTests, ADocumentHasNoTextBufferUntilOneIsAttached) {
     EXPECT_EQ(document.textBuffer(), nullptr);
@@ -301,108 +254,6 @@ TEST_F(JSONDocumentEditingTests, ABufferIsOnlyReplacedByAnotherWhenItIsCommitted
     document.dropTextBuffer();
     EXPECT_FALSE(document.isTextBufferEdited());
     EXPECT_EQ(savedText(), "[1] ");
-}
-
-class JSONDocumentModifiedTests : public JSONDocumentEditingTests {
-protected:
-    void save() {
-        document.snapshot();
-        document.noteSaved(document.stateToken().current());
-    }
-    QSignalSpy announcements{&document, &JSONDocument::isModifiedChanged};
-};
-
-TEST_F(JSONDocumentModifiedTests, ANewDocumentAndOneJustReadAreUnmodified) {
-    EXPECT_FALSE(document.isModified());
-    document.apply(contentOf("[1]"));
-    EXPECT_FALSE(document.isModified());
-    document.apply(contentOf("[2]"));
-    EXPECT_EQ(announcements.count(), 0);
-}
-
-TEST_F(JSONDocumentModifiedTests, TypingModifiesAndUndoingItDoesNot) {
-    edit("[");
-    typeStep(QStringLiteral("1"));
-    EXPECT_TRUE(document.isModified());
-    typeStep(QStringLiteral("]"));
-    EXPECT_EQ(announcements.count(), 1);
-    manager.undo();
-    EXPECT_TRUE(document.isModified());
-    manager.undo();
-    EXPECT_FALSE(document.isModified());
-    EXPECT_EQ(announcements.count(), 2);
-    EXPECT_EQ(savedText(), "[");
-    manager.redo();
-    EXPECT_TRUE(document.isModified());
-    EXPECT_EQ(announcements.count(), 3);
-}
-
-TEST_F(JSONDocumentModifiedTests, AfterASaveTheWayBackIsAModification) {
-    edit("[");
-    typeStep(QStringLiteral("1"));
-    save();
-    EXPECT_FALSE(document.isModified());
-    EXPECT_EQ(announcements.count(), 2);
-    typeStep(QStringLiteral("]"));
-    manager.undo();
-    EXPECT_FALSE(document.isModified());
-    manager.undo();
-    EXPECT_TRUE(document.isModified());
-    manager.redo();
-    EXPECT_FALSE(document.isModified());
-}
-
-TEST_F(JSONDocumentModifiedTests, ASaveNamesTheStateOfItsSnapshot) {
-    edit("[");
-    typeStep(QStringLiteral("1"));
-    const StateToken::Value token = document.stateToken().current();
-    document.snapshot();
-    typeStep(QStringLiteral("]"));
-    document.noteSaved(token);
-    EXPECT_TRUE(document.isModified());
-    manager.undo();
-    EXPECT_FALSE(document.isModified());
-}
-
-TEST_F(JSONDocumentModifiedTests, AReplacementModifiesAndUndoingItDoesNot) {
-    edit("[1]");
-    document.replaceContent(contentOf("[ 1 ]"), &manager);
-    EXPECT_TRUE(document.isModified());
-    manager.undo();
-    EXPECT_FALSE(document.isModified());
-    manager.redo();
-    EXPECT_TRUE(document.isModified());
-    EXPECT_EQ(announcements.count(), 3);
-}
-
-TEST_F(JSONDocumentModifiedTests, AnEditWithoutAStepStaysAModification) {
-    edit("[1]");
-    document.replaceContent(contentOf("[ 1 ]"), &manager);
-    type(QStringLiteral(" "));
-    manager.undo();
-    EXPECT_TRUE(document.isModified());
-}
-
-TEST_F(JSONDocumentModifiedTests, DroppingStepsAndNewFormsOfTheContentLeaveTheMark) {
-    edit("[1]");
-    typeStep(QStringLiteral(" "));
-    manager.removeAllActions();
-    EXPECT_TRUE(document.isModified());
-    save();
-    document.setContent(contentOf("[1] "));
-    EXPECT_FALSE(document.isModified());
-}
-
-TEST_F(JSONDocumentModifiedTests, ReadingAgainIsUnmodifiedAndAnnouncedOnce) {
-    edit("[1]");
-    typeStep(QStringLiteral(" "));
-    const StateToken::Value typed = document.stateToken().current();
-    document.apply(contentOf("[1]"));
-    EXPECT_FALSE(document.isModified());
-    EXPECT_EQ(announcements.count(), 2);
-    // A save of what was there before ends when something else has been read.
-    document.noteSaved(typed);
-    EXPECT_TRUE(document.isModified());
 }
 
 } // namespace

@@ -55,23 +55,15 @@ protected:
         QTest::sendKeyEvent(QTest::Release, &view(), static_cast<Qt::Key>(key), typed, modifiers);
     }
 
-    /// The model's text was changed by a step of the undo manager: remembers what the step began with.
-    void changed(const QString& before) {
-        const UndoManager::StepID step = undoManager_.openStep();
-        ASSERT_NE(step, 0u);
-        if (!done_.empty() && done_.back().step == step) {
-            undone_.clear();
-            return;
-        }
-        done_.push_back({step, before});
-        undone_.clear();
-    }
-
+    /// What the action made of the text, and perhaps a step, or a longer one.
     void edit(const QString& expected) {
-        const QString before = text_;
+        const UndoManager::StepID step = undoManager_.openStep();
+        // Without an edit there is no step to go on with either, after an undo.
+        if (step != 0 && (done_.empty() || done_.back().step != step))
+            done_.push_back({step, text_});
+        if (step != 0)
+            undone_.clear();
         text_ = expected;
-        if (expected != before)
-            changed(before);
     }
 
     QString withSelectionReplaced(const QString& replacement) const {

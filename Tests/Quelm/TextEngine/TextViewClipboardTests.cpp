@@ -36,6 +36,7 @@ protected:
     void dropSelection(QPoint place, Qt::DropAction action) {
         TextMimeData data(view->textStorage().text(), view->selectedRange());
         data.setOwner(*view);
+        ASSERT_TRUE(enter(data, place));
         QDropEvent event(place, action, &data, Qt::LeftButton, {});
         QApplication::sendEvent(view->viewport(), &event);
     }
