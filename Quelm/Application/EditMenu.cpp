@@ -112,9 +112,11 @@ private:
 
 } // namespace
 
-void addEditMenu(QMainWindow& window, UndoManager& windowSteps) {
+QMenu& addEditMenu(QMainWindow& window, UndoManager& windowSteps) {
+    QMenu* menu = window.menuBar()->addMenu(EditMenu::tr("&Edición"));
     // The menu owns what keeps it true, so that neither sees the other end.
-    new EditMenu(window.menuBar()->addMenu(EditMenu::tr("&Edición")), window, windowSteps);
+    new EditMenu(menu, window, windowSteps);
+    return *menu;
 }
 
 } // namespace quelm

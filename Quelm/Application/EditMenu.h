@@ -1,6 +1,7 @@
 #pragma once
 
 class QMainWindow;
+class QMenu;
 
 namespace quelm {
 
@@ -8,6 +9,6 @@ class UndoManager;
 
 /// Gives a window its menu "Edición". Its commands act on the text that has the focus in the window, and undo and redo
 /// on the window's steps otherwise. The manager is held weakly.
-void addEditMenu(QMainWindow& window, UndoManager& windowSteps);
+QMenu& addEditMenu(QMainWindow& window, UndoManager& windowSteps);
 
 } // namespace quelm

@@ -78,6 +78,7 @@ void EditorView::replaceEditorArea(QWidget* area) {
     delete takeCentralWidget();
     setCentralWidget(area);
     area->setFocus();
+    Q_EMIT editorAreaChanged();
 }
 
 } // namespace quelm

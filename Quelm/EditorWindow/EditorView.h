@@ -38,6 +38,10 @@ public:
     /// The document has its content: from now on the window shows it.
     void showDocument();
 
+Q_SIGNALS:
+    /// There is another editor in the window.
+    void editorAreaChanged();
+
 protected:
     void showEvent(QShowEvent* event) override;
 

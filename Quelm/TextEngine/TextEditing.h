@@ -55,6 +55,7 @@ public:
 
     /// Whether a text has one line only: each line feed or CR LF of what is inserted becomes a space, except in
     /// `replace`.
+    bool isSingleLine() const { return isSingleLine_; }
     void setSingleLine(bool singleLine) { isSingleLine_ = singleLine; }
 
     const TextSelection& selection() const { return selection_; }

@@ -14,8 +14,8 @@ namespace quelm {
 namespace {
 
 /// How strongly marked stretches are tinted, so that their text stays readable.
-constexpr double markOpacity = 0.28;
-constexpr double indicatorOpacity = 0.5;
+constexpr double markOpacity = 0.22;
+constexpr double indicatorOpacity = 0.34;
 constexpr double bracketOpacity = 0.18;
 constexpr double blockCaretOpacity = 0.35;
 

@@ -46,7 +46,7 @@ QAccessible::State TextViewAccessible::state() const {
         return state;
     }
     state = QAccessibleWidget::state();
-    state.multiLine = true;
+    state.multiLine = !view().editing().isSingleLine();
     state.selectableText = true;
     state.readOnly = view().isReadOnly();
     state.editable = !view().isReadOnly();

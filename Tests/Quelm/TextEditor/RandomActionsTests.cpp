@@ -8,12 +8,14 @@
 #include <QClipboard>
 #include <QGuiApplication>
 #include <QInputMethodEvent>
+#include <QLineEdit>
+#include <QPushButton>
 #include <QTest>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <gtest/gtest.h>
-#include <map>
 #include <random>
 #include <vector>
 
@@ -72,9 +74,9 @@ protected:
     }
 
     void type() {
-        static const std::array<const char16_t*, 16> texts{u"a", u"\"", u"1", u",", u"{", u"}", u"[", u"]",
-                                                           u":", u" ",  u"\u00F1", u"\u4E2D", u"\U0001F600",
-                                                           u"\u0301", u"\u0634", u"-"};
+        static const std::array<const char16_t*, 16> texts{
+            u"a", u"\"", u"1",      u",",      u"{",          u"}",      u"[",      u"]",
+            u":", u" ",  u"\u00F1", u"\u4E2D", u"\U0001F600", u"\u0301", u"\u0634", u"-"};
         const QString typed = QString::fromUtf16(texts[below(texts.size())]);
         press(Qt::Key_unknown, {}, typed);
         edit(withSelectionReplaced(typed));
@@ -161,6 +163,42 @@ protected:
         edit(withSelectionReplaced(committed));
     }
 
+    /// Searches with the keys of the bar, and perhaps replaces what there is.
+    void find() {
+        static const std::array queries{QStringLiteral("a"), QStringLiteral("\"clave\""), QStringLiteral("b"),
+                                        QStringLiteral("{}"), QStringLiteral("nada")};
+        const QString query = queries[below(queries.size())];
+        FindBar& bar = editor_->findBar();
+        press(Qt::Key_H, Qt::ControlModifier);
+        const auto fields = bar.findChildren<QLineEdit*>();
+        ASSERT_EQ(fields.size(), 2);
+        fields[0]->selectAll();
+        QTest::keyClicks(fields[0], query);
+        QTest::keyClick(fields[0], Qt::Key_Return, oneIn(3) ? Qt::ShiftModifier : Qt::NoModifier);
+        ASSERT_TRUE(QTest::qWaitFor([&bar] { return !bar.search().isFinding(); }));
+        const TextRange match = view().selectedRange();
+        if (text_.contains(query, Qt::CaseInsensitive)) {
+            ASSERT_EQ(text_.mid(match.location, match.length).compare(query, Qt::CaseInsensitive), 0);
+        }
+        if (oneIn(2))
+            replaceAll(bar, *fields[1], query);
+        QTest::keyClick(fields[0], Qt::Key_Escape);
+        ASSERT_FALSE(bar.isVisible());
+    }
+
+    void replaceAll(FindBar& bar, QLineEdit& field, const QString& query) {
+        field.selectAll();
+        QTest::keyClicks(&field, QStringLiteral("-b"));
+        const auto buttons = bar.findChildren<QPushButton*>();
+        const auto button = std::ranges::find(buttons, QStringLiteral("Reemplazar todo"), &QPushButton::text);
+        ASSERT_NE(button, buttons.end());
+        QTest::mouseClick(*button, Qt::LeftButton);
+        QString expected = text_;
+        expected.replace(query, QStringLiteral("-b"), Qt::CaseInsensitive);
+        ASSERT_TRUE(QTest::qWaitFor([&] { return shown() == expected; }));
+        edit(expected);
+    }
+
     void undo() {
         press(Qt::Key_Z, Qt::ControlModifier);
         if (done_.empty())
@@ -198,10 +236,12 @@ protected:
             cutOrCopy();
         else if (choice < 86)
             compose();
-        else if (choice < 95)
+        else if (choice < 94)
             undo();
-        else
+        else if (choice < 99)
             redo();
+        else
+            find();
         // A text that only grows would be slow to compare.
         if (text_.size() > 20'000) {
             press(Qt::Key_A, Qt::ControlModifier);

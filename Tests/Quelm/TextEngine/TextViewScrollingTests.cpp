@@ -64,7 +64,7 @@ TEST_F(TextViewScrollingTests, AScrollBarThatComesUpDoesNotCoverTheCaret) {
     ASSERT_TRUE(isCaretVisible());
     ASSERT_FALSE(view->horizontalScrollBar()->isVisible());
     type(QString(200, u'x'));
-    EXPECT_TRUE(view->horizontalScrollBar()->isVisible()) << view->horizontalAxis().maximum() << ' ' << view->horizontalScrollBar()->maximum() << ' ' << view->viewport()->height()<<' '<<rowHeight()<<' '<<view->horizontalScrollBar()->geometry().height();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return view->horizontalScrollBar()->isVisible(); }));
     EXPECT_TRUE(isCaretVisible());
 }
 

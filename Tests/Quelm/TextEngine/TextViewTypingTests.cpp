@@ -228,7 +228,6 @@ TEST_F(TextViewTypingTests, OtherKeysAreLeftToTheWindow) {
 // The caret.
 
 TEST_F(TextViewTypingTests, TheCaretIsSeenWithTheFocusAndRestartsAtEachMove) {
-    view->editing().setSelection({});
     open(QStringLiteral("|ab"));
     const QRect caret = view->caretRectangle();
     const auto isInked = [this](QRect area) {
