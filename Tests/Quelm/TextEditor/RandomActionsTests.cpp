@@ -158,9 +158,8 @@ protected:
         QInputMethodEvent end;
         end.setCommitString(committed);
         QCoreApplication::sendEvent(&view(), &end);
-        if (shown() == text_)
-            return; // The composition came to nothing, and took nothing.
-        edit(withSelectionReplaced(committed));
+        // A composition that is given up takes nothing with it.
+        edit(committed.isEmpty() ? text_ : withSelectionReplaced(committed));
     }
 
     /// Searches with the keys of the bar, and perhaps replaces what there is.
@@ -219,7 +218,7 @@ protected:
 
     void act() {
         selected_ = view().selectedRange();
-        const std::size_t choice = below(100);
+        const std::size_t choice = choice_ = below(100);
         if (choice < 32)
             type();
         else if (choice < 37)
@@ -261,6 +260,8 @@ protected:
     std::unique_ptr<JSONTextView> editor_;
     QString text_;
     TextRange selected_;
+    /// Which action was the last.
+    std::size_t choice_ = 0;
     /// The text before each step that can be undone, and after each that can be redone.
     std::vector<Step> done_;
     std::vector<Step> undone_;
@@ -270,7 +271,8 @@ TEST_F(RandomActions, MatchAPlainStringAndCanAllBeUndone) {
     const int actions = actionCount();
     for (int action = 0; action < actions; ++action) {
         ASSERT_NO_FATAL_FAILURE(act());
-        ASSERT_EQ(shown(), text_) << "after action " << action;
+        ASSERT_EQ(shown(), text_) << "after action " << action << ", " << choice_ << ", from " << selected_.location
+                                  << " to " << selected_.end();
         const TextRange selection = view().selectedRange();
         ASSERT_GE(selection.location, 0);
         ASSERT_LE(selection.end(), text_.size());
