@@ -1,11 +1,13 @@
 #include "Quelm/Application/DocumentController.h"
 
 #include "Quelm/Application/Alert.h"
+#include "Quelm/Application/ClosingQuestion.h"
 #include "Quelm/Documents/DocumentLoading.h"
 #include "Quelm/Documents/DocumentSaving.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
 
+#include <QCloseEvent>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QMessageBox>
@@ -127,6 +129,7 @@ void DocumentController::saveAs(EditorView& window) {
     const auto& location = window.document().configuration().fileLocation();
     dialog->selectFile(location.value_or(window.document().baseName() + QStringLiteral(".json")));
     connect(dialog, &QFileDialog::fileSelected, &window, [this, &window](const QString& path) { write(window, path); });
+    connect(dialog, &QDialog::rejected, &window, [this, &window] { closingWhenSaved_.erase(&window); });
     dialog->open();
 }
 
@@ -146,7 +149,10 @@ void DocumentController::write(EditorView& window, const QString& path) {
             if (result) {
                 document->configuration().setFileLocation(path);
                 document->noteSaved(token);
+                if (owner)
+                    finishSaving(*owner);
             } else {
+                closingWhenSaved_.erase(owner);
                 alert(owner, tr("No se pudo guardar «%1».").arg(QFileInfo(path).fileName()), result.error().message);
             }
             announceIdle();
@@ -158,6 +164,7 @@ EditorView* DocumentController::addWindow(std::shared_ptr<JSONDocument> document
     auto* window = new EditorView(std::move(document));
     window->setAttribute(Qt::WA_DeleteOnClose);
     prepareWindow_(*window);
+    window->installEventFilter(this);
     windows_.push_back(window);
     connect(window, &QObject::destroyed, this, [this, window] { removeWindow(window); });
     return window;
@@ -165,8 +172,46 @@ EditorView* DocumentController::addWindow(std::shared_ptr<JSONDocument> document
 
 void DocumentController::removeWindow(EditorView* window) {
     openings_.erase(window);
+    questions_.erase(window);
+    closingWhenSaved_.erase(window);
+    discarding_.erase(window);
     std::erase(windows_, window);
     announceIdle();
+}
+
+bool DocumentController::eventFilter(QObject* watched, QEvent* event) {
+    if (event->type() != QEvent::Close)
+        return QObject::eventFilter(watched, event);
+    const auto window = std::ranges::find(windows_, watched);
+    if (window == windows_.end() || !(*window)->document().isModified() || discarding_.contains(*window))
+        return QObject::eventFilter(watched, event);
+    event->ignore();
+    askBeforeClosing(**window);
+    return true;
+}
+
+void DocumentController::askBeforeClosing(EditorView& window) {
+    QPointer<QMessageBox>& question = questions_[&window];
+    if (question)
+        return question->raise();
+    bringForward(window);
+    question = quelm::askBeforeClosing(window, window.document().configuration().displayName(),
+                                       {.save =
+                                            [this, &window] {
+                                                closingWhenSaved_.insert(&window);
+                                                save(window);
+                                            },
+                                        .discard =
+                                            [this, &window] {
+                                                discarding_.insert(&window);
+                                                window.close();
+                                            }});
+}
+
+/// What was saved may be less than what the window holds now: closing asks again then.
+void DocumentController::finishSaving(EditorView& window) {
+    if (closingWhenSaved_.erase(&window) > 0)
+        window.close();
 }
 
 void DocumentController::alert(QWidget* parent, const QString& message, const QString& details) {

@@ -5,13 +5,17 @@
 #include "Quelm/Foundation/BackgroundTask.h"
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
 #include <QThreadPool>
 
 #include <expected>
 #include <functional>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
+
+class QMessageBox;
 
 namespace quelm {
 
@@ -43,6 +47,9 @@ public:
 
     const std::vector<EditorView*>& windows() const { return windows_; }
 
+    /// Asks what becomes of the window's changes before it closes.
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
     /// Whether there is neither a window nor an alert, and nothing being opened or saved.
     bool isIdle() const { return windows_.empty() && alertCount_ == 0 && saveCount_ == 0; }
 
@@ -55,6 +62,8 @@ Q_SIGNALS:
 private:
     EditorView* addWindow(std::shared_ptr<JSONDocument> document);
     void removeWindow(EditorView* window);
+    void askBeforeClosing(EditorView& window);
+    void finishSaving(EditorView& window);
     void finishOpening(EditorView* window, std::expected<JSONContent, FileError> content);
     void write(EditorView& window, const QString& path);
     void alert(QWidget* parent, const QString& message, const QString& details);
@@ -63,6 +72,11 @@ private:
     std::function<void(EditorView&)> prepareWindow_;
     std::vector<EditorView*> windows_;
     std::unordered_map<EditorView*, BackgroundTask> openings_;
+    /// Windows whose changes are being asked about.
+    std::unordered_map<EditorView*, QPointer<QMessageBox>> questions_;
+    /// Windows that close as soon as they are saved, and those that close with their changes.
+    std::unordered_set<EditorView*> closingWhenSaved_;
+    std::unordered_set<EditorView*> discarding_;
     /// One thread: what is saved later is written later.
     QThreadPool savingThread_;
     int alertCount_ = 0;

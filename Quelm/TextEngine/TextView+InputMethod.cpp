@@ -27,9 +27,14 @@ void TextView::inputMethodEvent(QInputMethodEvent* event) {
         return event->ignore();
     event->accept();
     if (!event->commitString().isEmpty() || event->replacementLength() > 0) {
+        // Without anything composed before it is a key's text by another way.
+        const bool isTyped = !isComposing() && event->replacementLength() == 0;
         const TextRange replaced = replacedByCommit(*event);
         endComposition();
-        editing_->commitComposition(event->commitString(), replaced);
+        if (isTyped)
+            editing_->type(event->commitString());
+        else
+            editing_->commitComposition(event->commitString(), replaced);
     }
     if (const auto* moved = attribute(*event, QInputMethodEvent::Selection)) {
         const qint64 start = surroundingRange().location + moved->start;

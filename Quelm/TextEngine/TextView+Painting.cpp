@@ -88,12 +88,24 @@ std::vector<QRectF> TextView::areas(const Brush& brush, qint64 row, TextRange ra
     return result;
 }
 
+void TextView::paintFrame(const Brush& brush, const QRectF& area) const {
+    brush.painter.setPen(QPen(semanticColor(ColorRole::accent, brush.appearance), 1));
+    brush.painter.setBrush(Qt::NoBrush);
+    brush.painter.drawRect(area.adjusted(0.5, 0.5, -0.5, -0.5));
+}
+
 void TextView::paintMarks(const Brush& brush, qint64 row, TextRange text) const {
     const QColor tint = translucent(semanticColor(ColorRole::warning, brush.appearance), markOpacity);
     auto mark = std::ranges::lower_bound(marks_, text.location + 1, {}, &TextRange::end);
-    for (; mark != marks_.end() && mark->location < text.end(); ++mark)
-        for (const QRectF& area : areas(brush, row, text.intersection(*mark)))
+    for (; mark != marks_.end() && mark->location < text.end(); ++mark) {
+        const bool isSelected = *mark == selectedRange();
+        for (const QRectF& area : areas(brush, row, text.intersection(*mark))) {
             brush.painter.fillRect(area, tint);
+            // The one of all marks that the selection is on stands out also while another widget has the focus.
+            if (isSelected)
+                paintFrame(brush, area);
+        }
+    }
 }
 
 void TextView::paintBrackets(const Brush& brush, qint64 row, TextRange text) const {
@@ -151,7 +163,7 @@ void TextView::paintCaret(QPainter& painter) const {
 }
 
 int TextView::caretWidth() const {
-    return std::max(1, layout_->font().rowHeight() / 10);
+    return std::max(1, static_cast<int>(std::lround(layout_->font().rowHeight() / 10.0)));
 }
 
 QRect TextView::caretRectangleAt(qint64 offset) const {

@@ -178,6 +178,7 @@ private:
     // Painting.
     struct Brush;
     void paintRow(const Brush& brush, qint64 row) const;
+    void paintFrame(const Brush& brush, const QRectF& area) const;
     void paintMarks(const Brush& brush, qint64 row, TextRange text) const;
     void paintBrackets(const Brush& brush, qint64 row, TextRange text) const;
     void paintSelection(const Brush& brush, qint64 row, TextRange text) const;

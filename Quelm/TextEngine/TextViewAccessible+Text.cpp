@@ -118,10 +118,10 @@ int TextViewAccessible::offsetAtPoint(const QPoint& point) const {
     if (!view().viewport()->rect().contains(place))
         return -1;
     const qint64 nearest = view().offsetAt(place);
-    // A caret nearest to the far half of a character is after it.
+    // A caret nearest to the far half of a character is after it. No character is at the end of the text.
     const std::optional<TextRange> before = units().unitBefore(nearest, QAccessible::CharBoundary);
-    const bool isOverThatBefore =
-        before && !characterArea(nearest).contains(place) && characterArea(before->location).contains(place);
+    const bool isOverNearest = nearest < view().textStorage().length() && characterArea(nearest).contains(place);
+    const bool isOverThatBefore = before && !isOverNearest && characterArea(before->location).contains(place);
     return accessibleOffset(isOverThatBefore ? before->location : nearest);
 }
 

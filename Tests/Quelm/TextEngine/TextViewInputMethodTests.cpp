@@ -43,6 +43,15 @@ TEST_F(TextViewInputMethodTests, CommittingIsOneStep) {
     EXPECT_FALSE(undoManager.canUndo());
 }
 
+TEST_F(TextViewInputMethodTests, WhatIsCommittedWithoutACompositionIsTyping) {
+    open(QStringLiteral("|"));
+    for (const QString& key : {QStringLiteral("c"), QStringLiteral("ó"), QStringLiteral("n")})
+        commit(key);
+    EXPECT_EQ(marked(), QStringLiteral("cón|"));
+    view->undo();
+    EXPECT_EQ(marked(), QStringLiteral("|"));
+}
+
 TEST_F(TextViewInputMethodTests, ACancelledCompositionLeavesNoTrace) {
     open(QStringLiteral("a^b|cd"));
     const QImage before = painted();

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+class QMessageBox;
+class QWidget;
+
+namespace quelm {
+
+/// What becomes of changes when their window is to be closed.
+struct ClosingAnswers {
+    std::function<void()> save;
+    std::function<void()> discard;
+};
+
+/// Asks whether the changes of a document of that name are to be saved and returns at once; the box deletes itself when
+/// it is answered. It belongs to the window and blocks no other.
+QMessageBox* askBeforeClosing(QWidget& window, const QString& name, ClosingAnswers answers);
+
+} // namespace quelm
