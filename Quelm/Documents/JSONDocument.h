@@ -87,7 +87,8 @@ public:
     void commitTextBuffer();
 
     /// Replaces the whole content: a step "Formato" of the undo manager, which is held weakly; without one, a change
-    /// that cannot be undone. Edits of the text buffer are committed first, and the buffer shows the new text.
+    /// that cannot be undone. Edits of the text buffer are committed first, and the buffer shows the new text. O(log n)
+    /// for a text whose places were asked for or prepared (`TextRope::prepare`) before.
     void replaceContent(JSONContent newContent, UndoManager* undoManager);
 
     // Whether it is saved.

@@ -95,8 +95,7 @@ TEST_F(ClosingQuestionTests, WhatIsTypedWhileItIsSavedIsAskedAboutAgain) {
     window->close();
     answer(QStringLiteral("Guardar"));
     QTest::keyClick(&window->textEditor()->textView(), Qt::Key_Y);
-    ASSERT_TRUE(QTest::qWaitFor([this] { return question() != nullptr; }));
-    EXPECT_EQ(TemporaryFolder::contents(path), "x[1");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return TemporaryFolder::contents(path) == "x[1" && question(); }));
     answer(QStringLiteral("No guardar"));
     EXPECT_TRUE(closes());
 }

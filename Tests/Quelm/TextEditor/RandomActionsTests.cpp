@@ -36,19 +36,26 @@ protected:
     RandomActions() {
         JSONContent content;
         content.text = TextRope::repairing(std::string_view(firstText));
-        document_->setContent(std::move(content));
-        editor_ = std::make_unique<JSONTextView>(document_, &undoManager_, [] {});
+        document_->apply(std::move(content));
+        undoManager_.setStateToken(&document_->stateToken());
+        editor_ =
+            std::make_unique<JSONTextView>(document_, &undoManager_, [this] { document_->noteTextBufferEdited(); });
         editor_->resize(500, 300);
         editor_->show();
         editor_->activateWindow();
         QCoreApplication::processEvents();
         text_ = QString::fromUtf8(firstText);
+        saved_ = text_;
     }
 
     static constexpr const char* firstText = "{\n  \"clave\": [1, 2.5e3, true],\n\t\"señal\": \"😀 texto\"\n}\n";
 
     TextView& view() { return editor_->textView(); }
     QString shown() { return view().textStorage().string({0, view().textStorage().length()}); }
+    static TextRope rope(const QString& text) {
+        return TextRope::repairing(
+            std::u16string_view(QStringView(text).utf16(), static_cast<std::size_t>(text.size())));
+    }
     std::size_t below(std::size_t limit) { return random_() % limit; }
     bool oneIn(std::size_t times) { return below(times) == 0; }
 
@@ -198,6 +205,26 @@ protected:
         edit(expected);
     }
 
+    /// Replaces the whole content, as formatting does.
+    void format() {
+        QString formatted = text_;
+        formatted =
+            oneIn(2) ? formatted.replace(QStringLiteral(","), QStringLiteral(",\n  ")) : formatted.remove(u'\n');
+        JSONContent content;
+        content.text = rope(formatted);
+        document_->replaceContent(std::move(content), &undoManager_);
+        edit(formatted);
+        ASSERT_EQ(undoManager_.undoActionName(), QStringLiteral("Formato"));
+    }
+
+    void save() {
+        view().editing().endTypingStep();
+        const StateToken::Value token = document_->stateToken().current();
+        ASSERT_EQ(*document_->snapshot().text, rope(text_));
+        document_->noteSaved(token);
+        saved_ = text_;
+    }
+
     void undo() {
         press(Qt::Key_Z, Qt::ControlModifier);
         if (done_.empty())
@@ -235,10 +262,14 @@ protected:
             cutOrCopy();
         else if (choice < 86)
             compose();
-        else if (choice < 94)
+        else if (choice < 92)
             undo();
-        else if (choice < 99)
+        else if (choice < 97)
             redo();
+        else if (choice < 98)
+            format();
+        else if (choice < 99)
+            save();
         else
             find();
         // A text that only grows would be slow to compare.
@@ -259,6 +290,7 @@ protected:
     UndoManager undoManager_;
     std::unique_ptr<JSONTextView> editor_;
     QString text_;
+    QString saved_;
     TextRange selected_;
     /// Which action was the last.
     std::size_t choice_ = 0;
@@ -279,6 +311,9 @@ TEST_F(RandomActions, MatchAPlainStringAndCanAllBeUndone) {
         for (const qint64 place : {selection.location, selection.end()})
             ASSERT_FALSE(place > 0 && place < text_.size() && text_[place].isLowSurrogate() &&
                          text_[place - 1].isHighSurrogate());
+        if (!document_->isModified()) {
+            ASSERT_EQ(text_, saved_) << "after action " << action << ", " << choice_;
+        }
         ASSERT_EQ(undoManager_.canUndo(), !done_.empty());
         ASSERT_EQ(undoManager_.canRedo(), !undone_.empty());
         if (action % 20 == 0)
