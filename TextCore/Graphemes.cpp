@@ -74,6 +74,46 @@ private:
     std::bitset<planeSize> plane_;
 };
 
+struct Character {
+    char32_t scalar;
+    std::size_t end;
+    bool isPlain;
+};
+
+Character characterAt(std::string_view text, std::size_t position) {
+    const auto [scalar, size] = utf8::leadingScalar(text.substr(position));
+    return {scalar, position + size, scalar < utf8::lowLimit || PlainCharacters::table().contains(scalar)};
+}
+
+bool isCRLF(const Character& first, const Character& second) {
+    return first.scalar == '\r' && second.scalar == '\n';
+}
+
+/// Whether the character that the text begins with is low.
+bool beginsLow(std::string_view text) {
+    constexpr unsigned lowLimitLead = 0xC0 | utf8::lowLimit >> 6;
+    return static_cast<unsigned char>(text.front()) < lowLimitLead;
+}
+
+/// The size of the plain character that the text begins with, as far as a quick look tells: 0 when it is a carriage
+/// return, has four bytes, or is near the end of the text.
+std::size_t sizeIfPlain(std::string_view text, const PlainCharacters& plain) {
+    constexpr std::size_t longest = 3;
+    if (text.size() < longest)
+        return 0;
+    const auto bits = [text](std::size_t index, unsigned mask) {
+        return static_cast<unsigned char>(text[index]) & mask;
+    };
+    const unsigned lead = bits(0, 0xFF);
+    if (lead < 0x80)
+        return lead == '\r' ? 0 : 1;
+    if (lead < 0xE0)
+        return plain.contains(bits(0, 0x1F) << 6 | bits(1, 0x3F)) ? 2 : 0;
+    if (lead < 0xF0)
+        return plain.contains(bits(0, 0x0F) << 12 | bits(1, 0x3F) << 6 | bits(2, 0x3F)) ? 3 : 0;
+    return 0;
+}
+
 /// ICU's rules over one piece of text at a time. One a thread, because making an iterator costs more than
 /// using it.
 class ICUBoundaries {
@@ -130,12 +170,6 @@ public:
     }
 
 private:
-    struct Character {
-        char32_t scalar;
-        std::size_t end;
-        bool isPlain;
-    };
-
     bool isDone() const { return position_ == text_.size() || clusters_ == limit_; }
 
     void passCluster(std::size_t end) {
@@ -143,14 +177,7 @@ private:
         ++clusters_;
     }
 
-    Character characterAt(std::size_t position) const {
-        const auto [scalar, size] = utf8::leadingScalar(text_.substr(position));
-        return {scalar, position + size, scalar < utf8::lowLimit || PlainCharacters::table().contains(scalar)};
-    }
-
-    static bool isCRLF(const Character& first, const Character& second) {
-        return first.scalar == '\r' && second.scalar == '\n';
-    }
+    Character characterAt(std::size_t position) const { return graphemes::characterAt(text_, position); }
 
     bool isLowRun(const Character& first, const Character& second) const {
         return first.scalar < utf8::lowLimit && second.scalar < utf8::lowLimit && limit_ - clusters_ >= fewClusters;
@@ -175,6 +202,8 @@ private:
                 passLowCharacters();
                 return true;
             }
+            if (passMixedCharacters(character.end))
+                return true;
             passCluster(character.end);
             if (isDone())
                 return true;
@@ -196,6 +225,25 @@ private:
         const std::size_t pairs = passed.find('\r') == std::string_view::npos ? 0 : utf8::countCRLF(passed);
         position_ += passed.size();
         clusters_ += static_cast<std::int64_t>(utf8::countCharacters(passed) - pairs);
+    }
+
+    /// Passes all clusters but the last of plain characters here, of which the first ends at `end`, to where many low
+    /// ones follow each other. False when it passes none.
+    bool passMixedCharacters(std::size_t end) {
+        const PlainCharacters& plain = PlainCharacters::table();
+        const std::int64_t clustersLeft = limit_ - clusters_;
+        std::int64_t passed = 0;
+        for (std::int64_t low = 0; passed < clustersLeft && low < fewClusters; ++passed) {
+            const std::string_view rest = text_.substr(end);
+            const std::size_t size = sizeIfPlain(rest, plain);
+            if (size == 0)
+                break;
+            low = beginsLow(rest) ? low + 1 : 0;
+            position_ = end;
+            end += size;
+        }
+        clusters_ += passed;
+        return passed > 0;
     }
 
     /// Passes at least one cluster by ICU's rules.
@@ -270,6 +318,24 @@ std::string_view prefix(std::string_view text, std::int64_t clusters) {
     ClusterWalk walk(text);
     walk.advance(clusters);
     return text.substr(0, walk.position());
+}
+
+std::size_t lastSureBoundary(std::string_view text, std::size_t searched) {
+    const std::size_t least = text.size() - std::min(text.size(), searched);
+    std::size_t end = text.size();
+    for (std::size_t start = end; start > least;) {
+        --start;
+        if (U8_IS_TRAIL(text[start]))
+            continue;
+        if (end < text.size()) {
+            const Character first = characterAt(text, start);
+            const Character second = characterAt(text, end);
+            if (first.isPlain && second.isPlain && !isCRLF(first, second))
+                return end;
+        }
+        end = start;
+    }
+    return 0;
 }
 
 } // namespace quelm::graphemes

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -17,5 +18,9 @@ std::int64_t count(std::string_view text);
 /// more of the text than that prefix, what decides its last boundary, and a kilobyte, whatever the length of
 /// the text.
 std::string_view prefix(std::string_view text, std::int64_t clusters);
+
+/// The last place strictly within the text that is a boundary whatever the text is part of, as the two characters
+/// beside it tell; 0 when the last `searched` bytes show none.
+std::size_t lastSureBoundary(std::string_view text, std::size_t searched);
 
 } // namespace quelm::graphemes

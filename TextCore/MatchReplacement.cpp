@@ -74,6 +74,8 @@ std::expected<MatchReplacement, MatchReplacementFailure> assemble(const TextRope
     MatchReplacement result;
     Assembly assembly(text);
     std::int64_t length = text.byteCount();
+    // Case forms differ in length: later matches, longer than what replaces them, may make room for earlier ones.
+    const bool canShrink = replacement.size() < pattern.maximumLength();
     MatchScanner scanner(text, pattern, {0, text.byteCount()});
     while (scanner.nextBlock()) {
         if (stop.stop_requested())
@@ -88,11 +90,12 @@ std::expected<MatchReplacement, MatchReplacementFailure> assemble(const TextRope
             length += static_cast<std::int64_t>(replacement.size()) - match->length;
             ++result.count;
         }
-        // What is still to come could be shorter again only where the replacement is shorter than a match, and then the
-        // text does not grow.
-        if (length > longestResult)
+        const std::int64_t mostToGoAway = canShrink ? text.byteCount() - scanner.blockEnd() : 0;
+        if (length - mostToGoAway > longestResult)
             return std::unexpected(MatchReplacementFailure::tooLong);
     }
+    if (length > longestResult)
+        return std::unexpected(MatchReplacementFailure::tooLong);
     result.replacement = assembly.finish();
     return result;
 }

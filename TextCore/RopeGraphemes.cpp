@@ -29,22 +29,9 @@ constexpr std::int64_t usualWindow = std::int64_t{32} << 10;
 /// How many bytes at the end of a window are searched for a boundary that needs no counting.
 constexpr std::size_t searchedForCut = 256;
 
-bool isASCII(char byte) {
-    return static_cast<unsigned char>(byte) < 0x80;
-}
-
-/// Where the last sure boundary near the end of a window is; 0 when none is seen.
-std::size_t sureCut(std::string_view window) {
-    const std::size_t least = window.size() - std::min(window.size(), searchedForCut);
-    for (std::size_t cut = window.size() - 1; cut > least; --cut)
-        if (isASCII(window[cut - 1]) && isASCII(window[cut]) && window.substr(cut - 1, 2) != "\r\n")
-            return cut;
-    return 0;
-}
-
 /// The clusters of a window, less a last one that may go on after it.
 std::string_view withoutOpenCluster(std::string_view window) {
-    if (const std::size_t cut = sureCut(window))
+    if (const std::size_t cut = graphemes::lastSureBoundary(window, searchedForCut))
         return window.substr(0, cut);
     return graphemes::prefix(window, graphemes::count(window) - 1);
 }
@@ -58,10 +45,10 @@ public:
     std::int64_t position() const { return place_.bytes; }
     std::int64_t clusters() const { return clusters_; }
 
-    /// Goes on until it has passed `limit` clusters or the stretch ends.
-    void advance(std::int64_t limit) {
+    /// Goes on until it has passed `limit` clusters, the stretch ends, or it is stopped.
+    void advance(std::int64_t limit, const std::stop_token& stop) {
         limit_ = limit;
-        while (!isDone())
+        while (!isDone() && !stop.stop_requested())
             if (!skipASCII())
                 readWindow();
     }
@@ -135,14 +122,15 @@ private:
 
 std::int64_t clusterCount(const TextRope& text, ByteRange range) {
     RopeClusterWalk walk(text, range);
-    walk.advance(std::numeric_limits<std::int64_t>::max());
+    walk.advance(std::numeric_limits<std::int64_t>::max(), {});
     return walk.clusters();
 }
 
-std::int64_t offsetAfterClusters(const TextRope& text, ByteRange range, std::int64_t clusters) {
+std::int64_t offsetAfterClusters(const TextRope& text, ByteRange range, std::int64_t clusters,
+                                 const std::stop_token& stop) {
     require(clusters >= 0, "a number of clusters is not negative");
     RopeClusterWalk walk(text, range);
-    walk.advance(clusters);
+    walk.advance(clusters, stop);
     return walk.position();
 }
 

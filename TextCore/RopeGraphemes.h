@@ -3,6 +3,7 @@
 #include "TextCore/TextRope.h"
 
 #include <cstdint>
+#include <stop_token>
 
 namespace quelm {
 
@@ -13,7 +14,9 @@ std::int64_t clusterCount(const TextRope& text, ByteRange range);
 
 /// How far so many clusters (0 or more, otherwise a programming error) reach from the start of the stretch, which is
 /// taken by itself: the byte offset in the text where they end, the end of the stretch when it has no more than them.
-/// Costs what it costs to count them, and does not look at the rest of the stretch.
-std::int64_t offsetAfterClusters(const TextRope& text, ByteRange range, std::int64_t clusters);
+/// Costs what it costs to count them, and does not look at the rest of the stretch. When asked to stop it returns soon,
+/// with how far it came.
+std::int64_t offsetAfterClusters(const TextRope& text, ByteRange range, std::int64_t clusters,
+                                 const std::stop_token& stop = {});
 
 } // namespace quelm

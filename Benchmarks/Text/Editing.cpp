@@ -108,31 +108,67 @@ void measureEditing(Editor& editor, const TextSubject& subject, double mostSecon
     EditingSession(editor, subject, mostSeconds).run();
 }
 
-void measureColouredLine() {
-    // The most units that are coloured, less one, in one line of records.
-    constexpr std::size_t length = 2'999'999;
+namespace {
+
+/// The most units that are coloured, less one.
+constexpr std::size_t colouredLength = 2'999'999;
+
+/// One line of records, of that length.
+std::string lineOfRecords() {
     std::string text = "[";
-    for (int record = 0; text.size() < length; ++record)
+    for (int record = 0; text.size() < colouredLength; ++record)
         text += R"({"id":)" + std::to_string(record) + R"(,"name":"record number )" + std::to_string(record * 7) +
                 R"(","active":true,"parent":null},)";
-    text.resize(length);
-    const TextSubject subject{"coloured-line-2999999", SharedText(text)};
+    text.resize(colouredLength);
+    return text;
+}
+
+/// One line in which every unit is a token.
+std::string lineOfOnes() {
+    std::string text = "[";
+    while (text.size() < colouredLength)
+        text += "1,";
+    text.resize(colouredLength);
+    return text;
+}
+
+/// A key that is typed in the line and taken back, which is measured for itself where it has a name.
+struct ColouredKey {
+    const char* name;
+    const char* nameOfRemoval;
+    int key;
+    QString typed;
+};
+
+void measureKeys(const TextSubject& subject) {
+    const ColouredKey keys[] = {{"key", nullptr, Qt::Key_X, QStringLiteral("x")},
+                                {"quote", "backspace-of-quote", Qt::Key_QuoteDbl, QStringLiteral("\"")}};
     const auto editor = makeQuelmEditor();
     for (const Place& place : places) {
-        for (const auto& [operation, key, typed] :
-             {std::tuple("key", Qt::Key_X, u"x"), std::tuple("quote", Qt::Key_QuoteDbl, u"\"")}) {
+        for (const ColouredKey& key : keys) {
             editor->setText(TextRope(subject.text));
             editor->show();
-            editor->placeCaret(static_cast<qint64>(place.part * static_cast<double>(length)));
-            Samples samples;
+            editor->placeCaret(static_cast<qint64>(place.part * static_cast<double>(colouredLength)));
+            Samples typing;
+            Samples removing;
             // Each key is taken back, so that the line stays as long.
             for (int round = 0; round < 100; ++round) {
-                samples.add(secondsOf([&] { editor->press(key, {}, QString::fromUtf16(typed)); }));
-                editor->press(Qt::Key_Backspace);
+                typing.add(secondsOf([&] { editor->press(key.key, {}, key.typed); }));
+                removing.add(secondsOf([&] { editor->press(Qt::Key_Backspace); }));
             }
-            report::latency("text/" + std::string(operation) + "/" + subject.name + "-" + place.name, samples);
+            const std::string where = "/" + subject.name + "-" + place.name;
+            report::latency("text/" + std::string(key.name) + where, typing);
+            if (key.nameOfRemoval)
+                report::latency("text/" + std::string(key.nameOfRemoval) + where, removing);
         }
     }
+}
+
+} // namespace
+
+void measureColouredLine() {
+    measureKeys({"coloured-line-2999999", SharedText(lineOfRecords())});
+    measureKeys({"coloured-ones-2999999", SharedText(lineOfOnes())});
 }
 
 } // namespace quelm::bench

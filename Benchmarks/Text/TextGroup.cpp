@@ -24,9 +24,9 @@ constexpr Size sizes[] = {{"1KB", 1'000, true, true},
                           {"100MB", 100'000'000, false, false},
                           {"1GB", 1'000'000'000, false, false}};
 
-SharedText generated(std::uint64_t bytes, Layout layout) {
+SharedText generated(DocumentKind kind, std::uint64_t bytes, Layout layout) {
     TextBuilder builder(static_cast<std::size_t>(bytes) + (1 << 16));
-    generate({.kind = DocumentKind::records, .size = bytes, .layout = layout},
+    generate({.kind = kind, .size = bytes, .layout = layout},
              [&builder](std::string_view part) { builder.append(part); });
     return builder.finish();
 }
@@ -60,10 +60,15 @@ bool runTextGroup(const Options& options) {
             const std::string label = std::string(isOneLine ? "oneline-" : "indented-") + size.name;
             if (label.find(options.only) == std::string::npos)
                 continue;
-            measure({label, generated(size.bytes, layout)},
+            measure({label, generated(DocumentKind::records, size.bytes, layout)},
                     isOneLine ? size.isForPeerInOneLine : size.isForPeerInLines);
         }
     }
+    // Characters of other scripts and emoji, which have to be shaped.
+    for (const auto& [layout, label] :
+         {std::pair(Layout::indented, "nonlatin-indented-10MB"), std::pair(Layout::compact, "nonlatin-oneline-10MB")})
+        if (std::string_view(label).find(options.only) != std::string_view::npos)
+            measure({label, generated(DocumentKind::nonlatin, 10'000'000, layout)}, false);
     if (std::string_view("coloured-line").find(options.only) != std::string_view::npos)
         measureColouredLine();
     return true;

@@ -75,6 +75,9 @@ void EditorView::rebuildEditorArea() {
 }
 
 void EditorView::replaceEditorArea(QWidget* area) {
+    // Taking it away takes the focus from it, which it may answer with an edit.
+    if (auto* page = qobject_cast<TextPage*>(centralWidget()))
+        page->retire();
     delete takeCentralWidget();
     setCentralWidget(area);
     area->setFocus();

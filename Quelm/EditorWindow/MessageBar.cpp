@@ -25,6 +25,8 @@ MessageBar::MessageBar(const QString& symbol, ColorRole role, QWidget* parent)
     label_->setTextFormat(Qt::PlainText);
     label_->setWordWrap(true);
     label_->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    // Keys stay with the editor beside it.
+    label_->setFocusPolicy(Qt::NoFocus);
 
     auto* layout = new QHBoxLayout(this);
     const int edge = scaledPixels(14);

@@ -4,6 +4,7 @@
 #include "Quelm/Documents/ParseErrorText.h"
 #include "Quelm/EditorWindow/MessageBar.h"
 #include "Quelm/TextEditor/JSONTextView.h"
+#include "Quelm/TextEngine/TextView.h"
 
 #include <QTimer>
 #include <QVBoxLayout>
@@ -16,25 +17,33 @@ TextPage::TextPage(std::shared_ptr<JSONDocument> document, UndoManager* undoMana
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(0);
+    layout->addWidget(editor_, 1);
     if (document_->content().parseError) {
+        // Below the text, which so stays where it is when the strip goes.
         errorBar_ = new MessageBar(QStringLiteral("xmark.octagon.fill"), ColorRole::red);
         errorBar_->setText(parseErrorText(*document_->content().parseError));
         layout->addWidget(errorBar_);
         // The place can be shown once the page has its size.
         QTimer::singleShot(0, this, &TextPage::showError);
     }
-    layout->addWidget(editor_, 1);
     setFocusProxy(editor_);
 }
 
+void TextPage::retire() {
+    isRetired_ = true;
+    editor_->textView().setUndoManager(nullptr);
+}
+
 void TextPage::textChanged() {
+    if (isRetired_ || document_->textBuffer() != editor_->textView().sharedTextStorage())
+        return;
     document_->noteTextBufferEdited();
     if (errorBar_)
         errorBar_->hide();
 }
 
 void TextPage::showError() {
-    if (const std::optional<JSONParseError>& error = document_->content().parseError; error && errorBar_->isVisible())
+    if (const std::optional<JSONParseError>& error = document_->content().parseError; error && !errorBar_->isHidden())
         editor_->setGoTo(TextLocation(error->line, error->column));
 }
 

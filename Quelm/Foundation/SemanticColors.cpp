@@ -20,6 +20,7 @@ constexpr std::array<RoleColors, colorRoleCount> palette{{
     {ColorRole::red, 0xffb0211a, 0xffff9a92},
     {ColorRole::secondaryText, 0xff57575e, 0xffb4b4bc},
     {ColorRole::text, 0xff1d1d1f, 0xfff0f0f2},
+    {ColorRole::tertiaryText, 0xff84848a, 0xff85858c},
     {ColorRole::warning, 0xffd06000, 0xffffa940},
     {ColorRole::disabledText, 0xff9a9aa0, 0xff77777d},
     {ColorRole::windowBackground, 0xfff4f4f6, 0xff29292c},

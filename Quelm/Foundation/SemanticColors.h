@@ -21,6 +21,8 @@ enum class ColorRole : std::uint8_t {
     red,
     secondaryText,
     text,
+    /// For what is there to be looked up rather than read, such as line numbers: 3 to 1 on the content background.
+    tertiaryText,
     /// For symbols only, which a lower contrast suffices.
     warning,
     disabledText,

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "Quelm/Foundation/BackgroundTask.h"
 #include "Quelm/TextEditor/SyntaxHighlighter.h"
 #include "Quelm/TextEditor/TextLocation.h"
+#include "Quelm/TextEngine/TextSelection.h"
 #include "Quelm/TextEngine/TextStorage.h"
 
 #include <QObject>
@@ -28,17 +30,27 @@ public:
     /// The views that it serves from now on, and the storage that they show. Called once.
     void attach(TextView& textView, LineNumberGutter& gutter);
 
-    /// Moves the caret to the place, shows it and flashes its paragraph, unless it is the last request carried out.
+    /// Moves the caret to the place, shows it and flashes its paragraph, unless it is the last request carried out. A
+    /// place far into a long line is looked for on another thread, in the text as it is by then: the caret moves when
+    /// it is found, unless the user has moved it, edited the text or asked for another place meanwhile.
     void goTo(const std::optional<TextLocation>& location);
     const std::optional<TextLocation>& lastGoTo() const { return lastGoTo_; }
+    /// Whether the place of the last request is still being looked for.
+    bool isLocating() const { return locating_.isRunning(); }
 
 private:
+    void locate(const TextLocation& location);
+    void show(qint64 offset);
     void didProcessEditing(EditedMask mask, TextRange range, qint64 delta);
+    void textDidChange();
     void selectionDidChange();
     void showMatchingBrackets();
 
     const std::function<void()> onTextChange_;
     std::optional<TextLocation> lastGoTo_;
+    BackgroundTask locating_;
+    /// The selection that only the user can have changed, if it is another one now: it follows edits made elsewhere.
+    TextSelection followedSelection_;
     QPointer<LineNumberGutter> gutter_;
     QPointer<TextView> textView_;
     SyntaxHighlighter highlighter_;

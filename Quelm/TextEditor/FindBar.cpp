@@ -20,7 +20,14 @@ namespace quelm {
 namespace {
 
 QString number(qint64 value) {
-    return QLocale().toString(value);
+    constexpr qint64 million = 1'000'000;
+    if (value < million)
+        return QLocale().toString(value);
+    // Where numbers of four digits are written together, as in Spanish, Qt 6.4 leaves out later separators too.
+    QString digits = QString::number(value);
+    for (qsizetype place = digits.size() - 3; place > 0; place -= 3)
+        digits.insert(place, QLocale().groupSeparator());
+    return digits;
 }
 
 bool isPlainOrShift(const QKeyEvent& event) {
@@ -69,6 +76,14 @@ void FindBar::connectParts() {
         statusLabel_->setText(tr("El texto quedaría demasiado largo: no se ha reemplazado nada"));
         updateState();
     });
+
+    // What was replaced is told until something else is done.
+    const auto forget = [this] {
+        if (!replacing_->isReplacingAll())
+            statusLabel_->clear();
+    };
+    connect(replaceField_, &QLineEdit::textChanged, this, forget);
+    connect(view_, &TextView::textDidChange, this, forget);
 
     searchField_->installEventFilter(this);
     replaceField_->installEventFilter(this);

@@ -128,7 +128,7 @@ void LineNumberGutter::paintNumbers(QPainter& painter) const {
             continue;
         const qint64 number = row.line + 1;
         const QString text = QString::number(number);
-        painter.setPen(semanticColor(number == current ? ColorRole::text : ColorRole::secondaryText, appearance));
+        painter.setPen(semanticColor(number == current ? ColorRole::text : ColorRole::tertiaryText, appearance));
         painter.drawText(QPointF(right - metrics.horizontalAdvance(text), top + row.top + row.ascent), text);
     }
 }

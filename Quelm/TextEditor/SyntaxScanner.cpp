@@ -16,6 +16,10 @@ namespace {
 /// Larger windows are read only for longer tokens.
 constexpr std::size_t largestFreeWindow = std::size_t{128} << 10;
 
+/// A token that does not fit into such a window is likely a string that was left open, and ends with its line: few
+/// windows more, since each is read and scanned from the start of the token.
+constexpr std::size_t growthForLongTokens = 8;
+
 /// The UTF-16 units of whole characters.
 qint64 utf16Count(const char* place, const char* end) {
     qint64 count = 0;
@@ -56,9 +60,12 @@ void SyntaxScanner::scan(qint64 target, AttributeRunsBuilder& runs) {
 /// Moves the window to the present place. When the scan could not go on there, what it takes is more text than before.
 void SyntaxScanner::readWindow() {
     const auto unscanned = static_cast<std::size_t>(windowByte_ + std::ssize(window_) - byte_);
-    const std::size_t wanted = std::max(nextWindowSize_, 2 * unscanned);
+    const std::size_t growth = unscanned < largestFreeWindow ? 2 : growthForLongTokens;
+    std::size_t wanted = std::max(nextWindowSize_, growth * unscanned);
+    wanted = std::min(wanted, static_cast<std::size_t>(endByte_ - byte_));
 
     window_.clear();
+    window_.reserve(wanted);
     windowByte_ = byte_;
     qint64 end = byte_;
     while (window_.size() < wanted && end < endByte_) {

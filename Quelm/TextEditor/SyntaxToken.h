@@ -30,8 +30,7 @@ public:
         case Lead::quote:
             return stringAt(start);
         case Lead::number:
-            return complete(endWhile(start, [](char c) { return continuesNumber[static_cast<unsigned char>(c)]; }),
-                            ColorRole::blue);
+            return complete(endWhile(start, isInNumbers), ColorRole::blue);
         case Lead::word:
             return wordAt(start);
         case Lead::punctuation:
@@ -40,6 +39,24 @@ public:
             break;
         }
         return {endWhile(start, [](char c) { return leadOf(c) == Lead::none; })};
+    }
+
+    /// Whether two adjacent bytes outside of strings are of different colours, whatever is around them, and the tokens
+    /// up to the first of them are what they would be if nothing followed. False says nothing.
+    static bool isBetweenColors(char before, char after) {
+        switch (leadOf(after)) {
+        case Lead::quote:
+            // Adjacent strings are of one colour.
+            return before != '"';
+        case Lead::number:
+            return leadOf(before) == Lead::punctuation || (leadOf(before) == Lead::none && !isInNumbers(before));
+        case Lead::word:
+        case Lead::none:
+            return leadOf(before) == Lead::punctuation;
+        case Lead::punctuation:
+            break;
+        }
+        return false;
     }
 
 private:
@@ -66,6 +83,7 @@ private:
         return table;
     }();
 
+    static bool isInNumbers(char byte) { return continuesNumber[static_cast<unsigned char>(byte)]; }
     static Lead leadOf(char byte) { return leads[static_cast<unsigned char>(byte)]; }
 
     template <class Holds>

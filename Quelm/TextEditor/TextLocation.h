@@ -3,6 +3,8 @@
 #include <QUuid>
 #include <QtGlobal>
 
+#include <stop_token>
+
 namespace quelm {
 
 class TextRope;
@@ -20,8 +22,11 @@ struct TextLocation {
 
     /// The place in a text, in UTF-16 units. What is before the first line or column is that; a line past the end is
     /// the last line; a column past a line's end is the place after its line feed. O(log n) for ASCII lines; characters
-    /// of other lines are read as far as the column.
-    qint64 offset(const TextRope& text) const;
+    /// of other lines are read as far as the column. When asked to stop it returns soon, with a place of no meaning.
+    qint64 offset(const TextRope& text, const std::stop_token& stop = {}) const;
+
+    /// Whether `offset` may read more of the text than the main thread has time for. O(log n).
+    bool takesLong(const TextRope& text) const;
 
     friend bool operator==(const TextLocation&, const TextLocation&) = default;
 };

@@ -16,7 +16,7 @@ TextRope ropeOf(const QString& text) {
 }
 
 /// Leaves the caret in its line and column, and the viewport where it is, however much of the text changes within lines
-/// while it lives.
+/// while it lives. Where line feeds go with what is replaced, a line that is gone is the last one.
 class PlaceKeeper {
 public:
     explicit PlaceKeeper(TextView& view)
@@ -26,7 +26,8 @@ public:
     PlaceKeeper(const PlaceKeeper&) = delete;
     PlaceKeeper& operator=(const PlaceKeeper&) = delete;
     ~PlaceKeeper() {
-        const TextRange line = view_.textStorage().lineContents(line_);
+        const TextStorage& storage = view_.textStorage();
+        const TextRange line = storage.lineContents(std::min(line_, storage.lineCount() - 1));
         view_.setSelectedRange({line.location + std::min(column_, line.length), 0});
         view_.verticalAxis().setPosition(top_);
         view_.horizontalAxis().setPosition(left_);
@@ -52,6 +53,7 @@ TextReplacing::~TextReplacing() = default;
 void TextReplacing::replaceSelectedMatch(const QString& replacement) {
     if (!view_ || view_->isReadOnly())
         return;
+    view_->finishComposing();
     if (search_.isSelectionMatch())
         view_->editing().replace(view_->selectedRange(), ropeOf(replacement), tr("Reemplazar"));
     search_.findNext();
@@ -76,6 +78,7 @@ void TextReplacing::start(const SearchPattern& pattern, const QByteArray& replac
     task_ = startInBackground(pool_, this, work, [this, text, pattern, replacement](const Result& result) {
         if (!view_)
             return;
+        view_->finishComposing();
         if (view_->textStorage().text().isSameValue(text))
             finish(result);
         else

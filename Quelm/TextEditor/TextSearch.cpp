@@ -61,18 +61,23 @@ void TextSearch::setFollowing(bool follows) {
 // Finding.
 
 void TextSearch::findNext() {
-    if (view_)
-        start(Direction::forward, Occasion::step, view_->selectedRange().end());
+    if (!view_)
+        return;
+    view_->finishComposing();
+    start(Direction::forward, Occasion::step, view_->selectedRange().end());
 }
 
 void TextSearch::findPrevious() {
-    if (view_)
-        start(Direction::backward, Occasion::step, view_->selectedRange().location);
+    if (!view_)
+        return;
+    view_->finishComposing();
+    start(Direction::backward, Occasion::step, view_->selectedRange().location);
 }
 
 void TextSearch::findWhileTyping() {
     if (!view_)
         return;
+    view_->finishComposing();
     if (typingResult_ != view_->selectedRange())
         typingOrigin_ = view_->selectedRange().location;
     typingResult_ = view_->selectedRange();
@@ -125,7 +130,14 @@ void TextSearch::startFinding(const Jump& jump) {
                 isForward ? firstMatch(text, pattern, whole(text), stop) : lastMatch(text, pattern, whole(text), stop);
         return match;
     };
-    jump_ = startInBackground(pool_, this, work, [this, jump](std::optional<ByteRange> match) { finish(jump, match); });
+    jump_ = startInBackground(pool_, this, work,
+                              [this, jump](std::optional<ByteRange> match) { finishFinding(jump, match); });
+}
+
+void TextSearch::finishFinding(const Jump& jump, std::optional<ByteRange> match) {
+    // Whoever composes is typing: as after an edit, the caret stays there.
+    if (view_ && !view_->isComposing())
+        finish(jump, match);
 }
 
 void TextSearch::finish(const Jump& jump, std::optional<ByteRange> match) {

@@ -44,7 +44,8 @@ public:
     void setFollowing(bool follows);
 
     /// Each selects the match and shows it, at once where one is near or all are known, else as soon as it is found. An
-    /// edit, or another call, gives up the search that is under way.
+    /// edit, an input method that begins to compose, or another call gives up the search that is under way. What is
+    /// being composed when they are called is committed first.
     void findNext();
     void findPrevious();
     /// The first match from where the selection was before the query was typed: the caret goes back there without one.
@@ -87,6 +88,7 @@ private:
     std::optional<ByteRange> findInIndex(const Jump& jump) const;
     std::optional<ByteRange> findNear(const Jump& jump) const;
     void startFinding(const Jump& jump);
+    void finishFinding(const Jump& jump, std::optional<ByteRange> match);
     void finish(const Jump& jump, std::optional<ByteRange> match);
 
     void noteEdit(EditedMask mask);

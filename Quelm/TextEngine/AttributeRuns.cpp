@@ -2,69 +2,18 @@
 
 namespace quelm {
 
-namespace {
-
-constexpr auto unitCount = [](const auto& summary) { return summary.length; };
-constexpr auto unsettledCount = [](const auto& summary) { return summary.unsettled; };
-
-} // namespace
-
-AttributeRun AttributeRuns::PackedRun::unpacked() const {
-    return {static_cast<qint64>(length), {static_cast<ColorRole>(foreground)}, isSettled != 0};
-}
-
 AttributeRuns::AttributeRuns(qint64 length) {
     require(length >= 0, "a text has no negative length");
     if (length > 0)
-        runs_ = Runs::single(PackedRun({length, {}, false}));
-}
-
-/// One sequence after the other, the runs at the seam made one if they look the same.
-AttributeRuns::Runs AttributeRuns::joined(const Runs& left, const Runs& right) {
-    if (left.isEmpty() || right.isEmpty() || !left.last().hasSameLook(right.first()))
-        return left + right;
-    PackedRun seam = left.last();
-    seam.length += right.first().length;
-    return left.withoutLast() + Runs::single(seam) + right.withoutFirst();
-}
-
-AttributeRuns::Runs AttributeRuns::withLastUnsettled(const Runs& runs) {
-    if (runs.isEmpty() || !runs.last().isSettled)
-        return runs;
-    PackedRun last = runs.last();
-    last.isSettled = 0;
-    return joined(runs.withoutLast(), Runs::single(last));
-}
-
-AttributeRuns::Runs AttributeRuns::withFirstUnsettled(const Runs& runs) {
-    if (runs.isEmpty() || !runs.first().isSettled)
-        return runs;
-    PackedRun first = runs.first();
-    first.isSettled = 0;
-    return joined(Runs::single(first), runs.withoutFirst());
-}
-
-/// What is before the offset and what is after it; the run that the offset is in goes to both in parts.
-std::pair<AttributeRuns::Runs, AttributeRuns::Runs> AttributeRuns::cut(const Runs& runs, qint64 offset) {
-    auto [front, back] = runs.split(unitCount, offset);
-    const qint64 excess = offset - front.summary().length;
-    if (excess > 0) {
-        PackedRun start = back.first();
-        PackedRun rest = start;
-        start.length = static_cast<std::uint64_t>(excess);
-        rest.length -= start.length;
-        front = front + Runs::single(start);
-        back = Runs::single(rest) + back.withoutFirst();
-    }
-    return {std::move(front), std::move(back)};
+        runs_ = RunSequence::single({length, {}, false});
 }
 
 void AttributeRuns::replace(TextRange range, qint64 newLength) {
     require(0 <= range.location && range.length >= 0 && range.end() <= length() && newLength >= 0,
             "an edited stretch is within the text");
-    const Runs front = withLastUnsettled(cut(runs_, range.location).first);
-    const Runs back = withFirstUnsettled(cut(runs_, range.end()).second);
-    runs_ = joined(joined(front, AttributeRuns(newLength).runs_), back);
+    const RunSequence front = runs_.split(range.location).first.withLastUnsettled();
+    const RunSequence back = runs_.split(range.end()).second.withFirstUnsettled();
+    runs_ = RunSequence::joined(RunSequence::joined(front, AttributeRuns(newLength).runs_), back);
 }
 
 void AttributeRuns::set(qint64 location, std::span<const AttributeRun> runs) {
@@ -80,19 +29,25 @@ void AttributeRuns::set(qint64 location, const AttributeRuns& runs) {
     if (runs.length() == 0)
         return;
 
-    Runs front = cut(runs_, location).first;
+    RunSequence front = runs_.split(location).first;
     if (!runs.runs_.first().isSettled && !isRunBoundary(location))
-        front = withLastUnsettled(front);
-    Runs back = cut(runs_, end).second;
+        front = front.withLastUnsettled();
+    RunSequence back = runs_.split(end).second;
     if (!runs.runs_.last().isSettled && !isRunBoundary(end))
-        back = withFirstUnsettled(back);
-    runs_ = joined(joined(front, runs.runs_), back);
+        back = back.withFirstUnsettled();
+    runs_ = RunSequence::joined(RunSequence::joined(front, runs.runs_), back);
 }
 
 AttributeRuns::PlacedRun AttributeRuns::runAfter(qint64 offset) const {
     require(0 <= offset && offset < length(), "a run is asked for at a character");
-    const Runs::Place place = runs_.find(unitCount, offset);
-    return {place.before.length, place.element->unpacked()};
+    return runInPart(runs_.partAfter(offset), offset);
+}
+
+AttributeRuns::PlacedRun AttributeRuns::runInPart(const RunSequence::Part& part, qint64 offset) {
+    if (part.chunk.isEmpty())
+        return {part.location, part.run};
+    const RunSequence::Part derived = part.chunk.partAfter(offset - part.location);
+    return {part.location + derived.location, derived.run};
 }
 
 AttributeRuns::PlacedRun AttributeRuns::runBefore(qint64 offset) const {
@@ -103,38 +58,30 @@ qint64 AttributeRuns::settledEnd(qint64 offset) const {
     if (offset == length())
         return offset;
     require(0 <= offset && offset < length(), "settled runs are asked for within the text");
-    const Runs::Place place = runs_.find(unitCount, offset);
-    if (!place.element->isSettled)
-        return offset;
-    return runs_.find(unsettledCount, place.before.unsettled).before.length;
+    return runs_.settledEnd(offset);
 }
 
 bool AttributeRuns::isRunBoundary(qint64 offset) const {
     return offset == length() || runAfter(offset).location == offset;
 }
 
-void AttributeRuns::checkInvariants() const {
-    runs_.checkInvariants();
-    qint64 total = 0;
-    const PackedRun* previous = nullptr;
-    runs_.forEach([&](const PackedRun& run) {
-        require(run.length > 0, "no run is empty");
-        require(!previous || !previous->hasSameLook(run), "adjacent runs differ");
-        total += static_cast<qint64>(run.length);
-        previous = &run;
-    });
-    require(total == length(), "the runs cover the text");
+void AttributeRunsBuilder::append(DerivedChunk chunk) {
+    require(chunk.range.length > 0, "a chunk has characters");
+    push(PackedRun::ofChunk(chunk.range.length));
+    chunks_.push_back(std::move(chunk));
 }
 
-AttributeRuns AttributeRunsBuilder::finish() {
-    runs_ = runs_ + AttributeRuns::Runs(pending_);
+RunSequence AttributeRunsBuilder::finishSequence() {
+    runs_ = runs_ + RunSequence::Runs(pending_);
     pending_.clear();
-    return AttributeRuns(std::exchange(runs_, {}));
+    const RunSequence::Chunks chunks(chunks_);
+    chunks_.clear();
+    return {std::exchange(runs_, {}), chunks};
 }
 
 void AttributeRunsBuilder::flush() {
     const std::span complete(pending_.data(), pending_.size() - 1);
-    runs_ = runs_ + AttributeRuns::Runs(complete);
+    runs_ = runs_ + RunSequence::Runs(complete);
     pending_.erase(pending_.begin(), pending_.end() - 1);
 }
 

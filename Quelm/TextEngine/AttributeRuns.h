@@ -1,51 +1,33 @@
 #pragma once
 
-#include "Quelm/Foundation/SemanticColors.h"
+#include "Quelm/TextEngine/AttributeRun.h"
+#include "Quelm/TextEngine/RunSequence.h"
 #include "Quelm/TextEngine/TextRange.h"
 #include "TextCore/Check.h"
-#include "TextCore/SummaryTree.h"
 
-#include <cstdint>
+#include <algorithm>
 #include <span>
 #include <utility>
 #include <vector>
 
 namespace quelm {
 
-/// How characters are drawn, besides the one font of their text.
-struct TextAttributes {
-    ColorRole foreground = ColorRole::text;
-
-    friend bool operator==(const TextAttributes&, const TextAttributes&) = default;
-};
-
-/// Adjacent characters with the same attributes.
-struct AttributeRun {
-    qint64 length = 0;
-    TextAttributes attributes;
-    /// Whoever gave the attributes vouches that they are right for the characters of the run and those next to it; an
-    /// edit of either ends that.
-    bool isSettled = false;
-
-    friend bool operator==(const AttributeRun&, const AttributeRun&) = default;
-};
-
 class AttributeRunsBuilder;
 
-/// The attributes of every character of a text, as runs. O(log n) besides the runs given or visited; copies are O(1).
+/// The attributes of every character of a text, as runs that cover it: O(log n) besides the runs given or visited;
+/// copies are O(1).
 ///
-/// Invariants:
-/// 1. No run is empty.
-/// 2. Adjacent runs differ, in their attributes or in whether they are settled.
-/// 3. The lengths of the runs sum up to `length()`.
+/// Long stretches may be stored as chunks whose runs are derived from something smaller when they are asked for.
+/// Nothing but `count()` tells them from others, and that a chunk is derived where an edit meets it, or a question. An
+/// edit puts the runs themselves in the place of such a chunk. For one thread at a time together with all copies.
 class AttributeRuns {
 public:
     /// `length` units with the base attributes.
     explicit AttributeRuns(qint64 length = 0);
 
-    qint64 length() const { return runs_.summary().length; }
-    /// The number of runs.
-    qint64 count() const { return runs_.summary().count; }
+    qint64 length() const { return runs_.length(); }
+    /// The number of runs, each chunk of derived ones counted as one.
+    qint64 count() const { return runs_.count(); }
 
     /// The text was edited: the stretch gives way to `newLength` units with the base attributes, and they and the
     /// runs on either side are no longer settled.
@@ -77,73 +59,29 @@ public:
     template <class Visit>
     void forEach(TextRange range, Visit&& visit) const {
         for (qint64 offset = range.location; offset < range.end();) {
-            PlacedRun placed = runAfter(offset);
-            const qint64 end = std::min(placed.end(), range.end());
-            placed.location = offset;
-            placed.run.length = end - offset;
-            visit(placed);
-            offset = end;
+            const RunSequence::Part part = runs_.partAfter(offset);
+            for (const qint64 end = std::min(part.end(), range.end()); offset < end;) {
+                PlacedRun placed = runInPart(part, offset);
+                placed.run.length = std::min(placed.end(), end) - offset;
+                placed.location = offset;
+                visit(placed);
+                offset = placed.end();
+            }
         }
     }
 
-    /// Aborts if an invariant does not hold. O(runs).
-    void checkInvariants() const;
+    /// Aborts if an invariant of the runs does not hold. O(runs).
+    void checkInvariants() const { runs_.checkInvariants(); }
 
 private:
     friend class AttributeRunsBuilder;
 
-    /// A run in one word: a coloured text of some megabytes has a run for every few characters.
-    struct PackedRun {
-        PackedRun() : length(0), foreground(0), isSettled(0) {}
-        explicit PackedRun(const AttributeRun& run)
-            : length(static_cast<std::uint64_t>(run.length)),
-              foreground(static_cast<std::uint8_t>(run.attributes.foreground)), isSettled(run.isSettled) {}
-        AttributeRun unpacked() const;
-        bool hasSameLook(const PackedRun& other) const {
-            return foreground == other.foreground && isSettled == other.isSettled;
-        }
+    explicit AttributeRuns(RunSequence runs) : runs_(std::move(runs)) {}
 
-        std::uint64_t length : 48;
-        std::uint64_t foreground : 8;
-        std::uint64_t isSettled : 1;
-    };
-
-    struct Summary {
-        qint64 length = 0;
-        qint64 count = 0;
-        /// Units in runs that are not settled.
-        qint64 unsettled = 0;
-
-        Summary& operator+=(const Summary& other) {
-            length += other.length;
-            count += other.count;
-            unsettled += other.unsettled;
-            return *this;
-        }
-        friend bool operator==(const Summary&, const Summary&) = default;
-    };
-
-    struct Traits {
-        using Element = PackedRun;
-        using Summary = AttributeRuns::Summary;
-        static constexpr std::uint32_t leafCapacity = 64;
-        static Summary summarize(const PackedRun& run) {
-            const auto length = static_cast<qint64>(run.length);
-            return {length, 1, run.isSettled ? 0 : length};
-        }
-    };
-    using Runs = SummaryTree<Traits>;
-
-    explicit AttributeRuns(Runs runs) : runs_(std::move(runs)) {}
-
-    static Runs joined(const Runs& left, const Runs& right);
-    static Runs withLastUnsettled(const Runs& runs);
-    static Runs withFirstUnsettled(const Runs& runs);
-    static std::pair<Runs, Runs> cut(const Runs& runs, qint64 offset);
-
+    static PlacedRun runInPart(const RunSequence::Part& part, qint64 offset);
     bool isRunBoundary(qint64 offset) const;
 
-    Runs runs_;
+    RunSequence runs_;
 };
 
 /// Makes runs from first to last. O(1) a run, and little memory besides the outcome.
@@ -152,28 +90,37 @@ public:
     /// Equal neighbours become one run; an empty one is a programming error.
     void append(const AttributeRun& run) {
         require(run.length > 0, "a run has characters");
-        const AttributeRuns::PackedRun packed(run);
+        const PackedRun packed(run);
         if (!pending_.empty() && pending_.back().hasSameLook(packed)) {
             pending_.back().length += packed.length;
             return;
         }
-        if (pending_.size() > mostPending)
-            flush();
-        pending_.push_back(packed);
+        push(packed);
     }
 
+    /// Appends runs that nobody has derived yet. They must be settled, and the first and the last of them must differ
+    /// from what is appended beside them.
+    void append(DerivedChunk chunk);
+
     /// What was appended; nothing afterwards.
-    AttributeRuns finish();
+    AttributeRuns finish() { return AttributeRuns(finishSequence()); }
+    RunSequence finishSequence();
 
 private:
     /// Whole leaves of the tree.
-    static constexpr std::size_t mostPending = std::size_t{64} * AttributeRuns::Traits::leafCapacity;
+    static constexpr std::size_t mostPending = std::size_t{64} * RunSequence::Traits::leafCapacity;
 
+    void push(const PackedRun& run) {
+        if (pending_.size() > mostPending)
+            flush();
+        pending_.push_back(run);
+    }
     void flush();
 
-    AttributeRuns::Runs runs_;
+    RunSequence::Runs runs_;
     /// The runs that follow; the last of them may still grow.
-    std::vector<AttributeRuns::PackedRun> pending_;
+    std::vector<PackedRun> pending_;
+    std::vector<DerivedChunk> chunks_;
 };
 
 } // namespace quelm

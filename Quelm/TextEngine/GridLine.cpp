@@ -61,7 +61,7 @@ GridLine::SegmentPointer GridLine::segment(qint64 index) const {
         return std::static_pointer_cast<const Segment>(kept);
     const qint64 start = segmentStart(index);
     const QString text = context_.storage.string({units_.location + start, segmentStart(index + 1) - start});
-    auto made = std::make_shared<const Segment>(start, text, context_.font);
+    auto made = std::make_shared<const Segment>(start, text, context_);
     context_.cache.insert(key, made);
     return made;
 }
@@ -213,11 +213,12 @@ void GridLine::paintOverlay(const RowPainting& painting) const {
     const QPointF place = painting.origin + QPointF(left, 0);
     painting.painter.fillRect(QRectF(place.x(), place.y() - context_.font.ascent(), width, context_.font.rowHeight()),
                               painting.color(ColorRole::contentBackground));
-    const auto colorsOf = [](TextRange stretch, const ShapedText::VisitColor& visit) {
+    const TextPainting::ColorsOf colorsOf = [](TextRange stretch, const TextPainting::VisitColor& visit) {
         visit(stretch.location, stretch.length, ColorRole::text);
     };
-    overlay_->text->paint(painting.painter, 0, place, painting.left - left, painting.right - left, colorsOf,
-                          painting.color);
+    overlay_->text->paint({painting.painter, place, painting.left - left, painting.right - left, colorsOf,
+                           painting.color, painting.glyphs},
+                          0);
     painting.painter.fillRect(context_.font.underline(place, 0, width), painting.color(ColorRole::text));
 }
 

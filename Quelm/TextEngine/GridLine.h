@@ -20,6 +20,7 @@ public:
         const TextStorage& storage;
         const TextFont& font;
         LayoutCache& cache;
+        SharedClusterShapes& shapes;
         std::optional<double> wrapWidth;
     };
 
@@ -47,7 +48,8 @@ public:
 
 private:
     struct Segment final : LayoutPart {
-        Segment(qint64 first, QString text, const TextFont& font) : start(first), grid(std::move(text), font) {}
+        Segment(qint64 first, QString text, const Context& context)
+            : start(first), grid(std::move(text), context.font, context.shapes) {}
         void forgetColors() const override { grid.forgetColors(); }
         qint64 end() const { return start + grid.length(); }
 

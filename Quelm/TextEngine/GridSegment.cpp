@@ -1,7 +1,8 @@
 #include "Quelm/TextEngine/GridSegment.h"
 
+#include "Quelm/TextEngine/TextClusters.h"
+
 #include <QPainter>
-#include <QTextBoundaryFinder>
 
 #include <algorithm>
 #include <cmath>
@@ -16,25 +17,12 @@ constexpr double widestScale = 1.2;
 
 /// Longer stretches are cut, so that what is shaped at a time is bounded.
 constexpr int longestWord = 256;
-constexpr int mostIdeographs = 64;
 
 /// Spaces and the like between two words of right-to-left text that are kept in its order.
 constexpr int longestGap = 3;
 
 bool isPlainUnit(QChar unit) {
     return TextFont::isPrintableASCII(unit.unicode()) || unit == QChar(u'\t');
-}
-
-/// Characters of one width that never join their neighbours: ideographs, kana, Hangul.
-bool isIdeograph(char32_t scalar) {
-    return (scalar >= 0x2E80 && scalar <= 0xA4CF) || (scalar >= 0xAC00 && scalar <= 0xD7FF) ||
-           (scalar >= 0xF900 && scalar <= 0xFAFF) || (scalar >= 0xFE30 && scalar <= 0xFE6F) ||
-           (scalar >= 0xFF00 && scalar <= 0xFFEF);
-}
-
-/// Those and symbols, which do not join either.
-bool standsAlone(char32_t scalar) {
-    return isIdeograph(scalar) || (scalar >= 0x2190 && scalar <= 0x2BFF) || (scalar >= 0x1F000 && scalar <= 0x3FFFF);
 }
 
 bool isRightToLeft(char32_t scalar) {
@@ -58,22 +46,19 @@ int cellsOf(QStringView text) {
 
 } // namespace
 
-GridSegment::GridSegment(QString text, const TextFont& font) : font_(font), display_(displayText(text)) {
+GridSegment::GridSegment(QString text, const TextFont& font, SharedClusterShapes& shapes)
+    : font_(font), shapes_(shapes), display_(displayText(text)) {
     // Cells are those of the text, not those of the signs that stand for some of it.
     cells_ = cellsOf(text);
     if (isPlainText(text)) {
         pieces_.push_back({0, static_cast<int>(text.size()), 0, cells_, Piece::Kind::plain});
     } else {
-        QTextBoundaryFinder clusters(QTextBoundaryFinder::Grapheme, display_.string);
         int cell = 0;
-        for (qsizetype start = 0; start < text.size();) {
-            qsizetype end = clusters.toNextBoundary();
-            end = end < 0 ? text.size() : end;
+        clusters::forEach(display_.string, [&](qsizetype start, qsizetype end) {
             const int cells = cellsOf(QStringView(text).sliced(start, end - start));
             addCluster({static_cast<int>(start), static_cast<int>(end - start), cell, cells, kindOf(start, end)});
             cell += cells;
-            start = end;
-        }
+        });
     }
     fitted_.resize(pieces_.size());
 }
@@ -81,14 +66,9 @@ GridSegment::GridSegment(QString text, const TextFont& font) : font_(font), disp
 GridSegment::Piece::Kind GridSegment::kindOf(qsizetype start, qsizetype end) const {
     if (end - start == 1 && isPlainUnit(display_.string.at(start)))
         return Piece::Kind::plain;
-    if (std::ranges::binary_search(display_.signs, start))
+    if (clusters::standAlone(QStringView(display_.string).sliced(start, end - start)))
         return Piece::Kind::single;
-    const char32_t scalar = scalarAt(display_.string, start);
-    if (isIdeograph(scalar) && end - start == 1)
-        return Piece::Kind::ideographs;
-    if (standsAlone(scalar))
-        return Piece::Kind::single;
-    return isRightToLeft(scalar) ? Piece::Kind::rightToLeft : Piece::Kind::leftToRight;
+    return isRightToLeft(scalarAt(display_.string, start)) ? Piece::Kind::rightToLeft : Piece::Kind::leftToRight;
 }
 
 /// Whether the cluster goes on a right-to-left stretch that the last two pieces, a word and a gap, belong to.
@@ -110,8 +90,6 @@ int GridSegment::longestPiece(Piece::Kind kind) {
         return std::numeric_limits<int>::max();
     case Piece::Kind::single:
         return 0;
-    case Piece::Kind::ideographs:
-        return mostIdeographs;
     case Piece::Kind::leftToRight:
     case Piece::Kind::rightToLeft:
         return longestWord;
@@ -142,30 +120,22 @@ std::size_t GridSegment::pieceOfCell(double cell) const {
     return static_cast<std::size_t>(std::max<std::ptrdiff_t>(next - pieces_.begin() - 1, 0));
 }
 
-GridSegment::Fitted GridSegment::madeFitted(const Piece& piece) const {
-    const QString text = display_.string.mid(piece.start, piece.length);
+GridSegment::Fit GridSegment::fit(const Piece& piece, double natural) const {
     const double room = right(piece) - left(piece);
-    Fitted fit{std::make_unique<ShapedText>(text, font_, std::nullopt), 0, 1};
-    const double natural = fit.text->width(0);
     // A hair of difference is rounding, which fitting would only blur.
     if (natural <= 0 || std::abs(natural - room) < 0.01 * room)
-        return fit;
-    if (piece.kind == Piece::Kind::ideographs && natural < room) {
-        const double spacing = (room - natural) / piece.length;
-        fit.text = ShapedText::spaced(text, font_, spacing);
-        fit.margin = spacing / 2;
-        return fit;
-    }
-    const bool isWord = piece.kind == Piece::Kind::leftToRight || piece.kind == Piece::Kind::rightToLeft;
-    fit.scale = std::min(room / natural, isWord ? widestScale : 1);
-    fit.margin = std::max((room - fit.scale * natural) / 2, 0.0);
-    return fit;
+        return {};
+    const double scale = std::min(room / natural, piece.kind == Piece::Kind::single ? 1 : widestScale);
+    return {std::max((room - scale * natural) / 2, 0.0), scale};
 }
 
 const GridSegment::Fitted& GridSegment::fitted(std::size_t index) const {
     Fitted& kept = fitted_[index];
-    if (!kept.text)
-        kept = madeFitted(pieces_[index]);
+    if (!kept.text) {
+        const Piece& piece = pieces_[index];
+        kept.text = std::make_unique<ShapedText>(display_.string.mid(piece.start, piece.length), font_, std::nullopt);
+        kept.fit = fit(piece, kept.text->width(0));
+    }
     return kept;
 }
 
@@ -177,10 +147,10 @@ double GridSegment::x(qint64 unit) const {
     const qint64 within = unit - piece.start;
     if (piece.kind == Piece::Kind::plain)
         return left(piece) + font_.advance() * static_cast<double>(within);
-    if (within == 0 && piece.kind != Piece::Kind::rightToLeft)
+    if (piece.kind == Piece::Kind::single || (within == 0 && piece.kind != Piece::Kind::rightToLeft))
         return left(piece);
-    const Fitted& fit = fitted(index);
-    return left(piece) + fit.margin + fit.scale * fit.text->x(static_cast<int>(within));
+    const auto& [text, fit] = fitted(index);
+    return left(piece) + fit.margin + fit.scale * text->x(static_cast<int>(within));
 }
 
 qint64 GridSegment::unitAt(double x) const {
@@ -191,9 +161,10 @@ qint64 GridSegment::unitAt(double x) const {
     const Piece& piece = pieces_[index];
     if (piece.kind == Piece::Kind::plain)
         return piece.start + std::clamp(std::lround(cell - piece.cell), 0L, static_cast<long>(piece.length));
-    const Fitted& fit = fitted(index);
-    const double within = (x - left(piece) - fit.margin) / fit.scale;
-    return piece.start + fit.text->indexAt(0, within);
+    if (piece.kind == Piece::Kind::single)
+        return right(piece) - x < x - left(piece) ? piece.end() : piece.start;
+    const auto& [text, fit] = fitted(index);
+    return piece.start + text->indexAt(0, (x - left(piece) - fit.margin) / fit.scale);
 }
 
 void GridSegment::appendPieceStretches(std::size_t index, TextRange units, Stretches& stretches) const {
@@ -201,7 +172,7 @@ void GridSegment::appendPieceStretches(std::size_t index, TextRange units, Stret
     const TextRange common = TextRange{piece.start, piece.length}.intersection(units);
     if (common.isEmpty())
         return;
-    if (common.length == piece.length) {
+    if (common.length == piece.length || piece.kind == Piece::Kind::single) {
         stretches.emplace_back(left(piece), right(piece));
         return;
     }
@@ -209,9 +180,9 @@ void GridSegment::appendPieceStretches(std::size_t index, TextRange units, Stret
         stretches.emplace_back(x(common.location), x(common.location) + font_.advance() * double(common.length));
         return;
     }
-    const Fitted& fit = fitted(index);
+    const auto& [text, fit] = fitted(index);
     Stretches within;
-    fit.text->appendStretches(0, {common.location - piece.start, common.length}, within);
+    text->appendStretches(0, {common.location - piece.start, common.length}, within);
     for (const auto& [from, to] : within)
         stretches.emplace_back(left(piece) + fit.margin + fit.scale * from, left(piece) + fit.margin + fit.scale * to);
 }
@@ -247,10 +218,32 @@ void GridSegment::paintPlain(const RowPainting& painting, const Piece& piece) co
     });
 }
 
+void GridSegment::paintSingle(const RowPainting& painting, const Piece& piece) const {
+    const std::shared_ptr<ClusterShapes> shapes = shapes_.current();
+    const QStringView cluster = QStringView(display_.string).sliced(piece.start, piece.length);
+    const ClusterShapes::Shape& shape = shapes->shape(cluster);
+    ColorRole role = ColorRole::text;
+    forEachColor(display_, painting.attributes, painting.lineStart, {piece.start, 1},
+                 [&](qint64, qint64, ColorRole found) { role = found; });
+    const Fit in = fit(piece, shape.width);
+    const double x = painting.origin.x() + left(piece) + in.margin;
+    if (in.scale == 1) {
+        painting.glyphs.add(role, *shapes, shape, x);
+        return;
+    }
+    GridGlyphs narrowed;
+    narrowed.add(role, *shapes, shape, 0);
+    painting.painter.save();
+    painting.painter.translate(x, painting.origin.y());
+    painting.painter.scale(in.scale, 1);
+    narrowed.draw(painting.painter, 0, font_, painting.color);
+    painting.painter.restore();
+}
+
 void GridSegment::paintShaped(const RowPainting& painting, std::size_t index) const {
     const Piece& piece = pieces_[index];
-    const Fitted& fit = fitted(index);
-    const auto colorsOf = [&](TextRange stretch, const ShapedText::VisitColor& visit) {
+    const auto& [text, fit] = fitted(index);
+    const TextPainting::ColorsOf colorsOf = [&](TextRange stretch, const TextPainting::VisitColor& visit) {
         const TextRange units{piece.start + stretch.location, stretch.length};
         forEachColor(display_, painting.attributes, painting.lineStart, units,
                      [&](qint64 from, qint64 length, ColorRole role) { visit(from - piece.start, length, role); });
@@ -260,23 +253,33 @@ void GridSegment::paintShaped(const RowPainting& painting, std::size_t index) co
     const double from = (painting.left - start) / fit.scale;
     const double to = (painting.right - start) / fit.scale;
     if (fit.scale == 1) {
-        fit.text->paint(painting.painter, 0, place, from, to, colorsOf, painting.color);
+        text->paint({painting.painter, place, from, to, colorsOf, painting.color, painting.glyphs}, 0);
         return;
     }
     painting.painter.save();
     painting.painter.translate(place);
     painting.painter.scale(fit.scale, 1);
-    fit.text->paint(painting.painter, 0, {0, 0}, from, to, colorsOf, painting.color);
+    text->paint({painting.painter, {0, 0}, from, to, colorsOf, painting.color, painting.glyphs}, 0);
     painting.painter.restore();
 }
 
 void GridSegment::paint(const RowPainting& painting) const {
-    for (std::size_t index = pieceOfCell(painting.left / font_.advance());
-         index < pieces_.size() && left(pieces_[index]) < painting.right; ++index) {
-        if (pieces_[index].kind == Piece::Kind::plain)
+    const std::size_t first = pieceOfCell(painting.left / font_.advance());
+    const std::size_t end = pieceOfCell(painting.right / font_.advance()) + 1;
+    const int start = pieces_[first].start;
+    shapes_.current()->prepare(QStringView(display_.string).sliced(start, pieces_[end - 1].end() - start));
+    for (std::size_t index = first; index < end; ++index) {
+        switch (pieces_[index].kind) {
+        case Piece::Kind::plain:
             paintPlain(painting, pieces_[index]);
-        else
+            break;
+        case Piece::Kind::single:
+            paintSingle(painting, pieces_[index]);
+            break;
+        case Piece::Kind::leftToRight:
+        case Piece::Kind::rightToLeft:
             paintShaped(painting, index);
+        }
     }
 }
 

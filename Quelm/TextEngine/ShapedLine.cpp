@@ -6,11 +6,9 @@
 
 namespace quelm {
 
-ShapedLine::ShapedLine(QString text, const TextFont& font, std::optional<double> wrapWidth,
+ShapedLine::ShapedLine(DisplayText display, std::unique_ptr<const LineText> text, const TextFont& font,
                        const TextLayout::Composition& composition)
-    : font_(font), composition_(composition),
-      display_(displayText(std::move(text.insert(composition.offset, composition.text)))),
-      shaped_(display_.string, font, wrapWidth) {}
+    : font_(font), composition_(composition), display_(std::move(display)), text_(std::move(text)) {}
 
 int ShapedLine::indexOf(qint64 unit) const {
     return static_cast<int>(unit <= composition_.offset ? unit : unit + composition_.text.size());
@@ -28,7 +26,7 @@ TextRange ShapedLine::rowRange(qint64 row) const {
 }
 
 qint64 ShapedLine::unitAt(qint64 row, double x) const {
-    return unitOf(shaped_.indexAt(static_cast<int>(row), x));
+    return unitOf(text_->indexAt(static_cast<int>(row), x));
 }
 
 void ShapedLine::appendStretches(qint64 row, TextRange units, Stretches& stretches) const {
@@ -38,18 +36,18 @@ void ShapedLine::appendStretches(qint64 row, TextRange units, Stretches& stretch
     const qint64 start =
         units.location == composition_.offset ? units.location + composition_.text.size() : indexOf(units.location);
     const TextRange indexes = TextRange::between(start, indexOf(units.end()));
-    shaped_.appendStretches(static_cast<int>(row), indexRange(row).intersection(indexes), stretches);
+    text_->appendStretches(static_cast<int>(row), indexRange(row).intersection(indexes), stretches);
 }
 
 LineGeometry::CaretPlace ShapedLine::compositionCaret() const {
     const int index = static_cast<int>(composition_.offset) + composition_.caret;
-    return {shaped_.rowOf(index), shaped_.x(index)};
+    return {text_->rowOf(index), text_->x(index)};
 }
 
 void ShapedLine::visitColors(const RowPainting& painting, TextRange indexes,
-                             const ShapedText::VisitColor& visit) const {
+                             const TextPainting::VisitColor& visit) const {
     const qint64 compositionLength = composition_.text.size();
-    const TextRange whole{0, shaped_.length()};
+    const TextRange whole{0, text_->length()};
     const TextRange before = indexes.intersection(TextRange::between(0, composition_.offset));
     forEachColor(display_, painting.attributes, painting.lineStart, before, visit);
     if (compositionLength == 0 && before.end() == indexes.end())
@@ -65,17 +63,18 @@ void ShapedLine::visitColors(const RowPainting& painting, TextRange indexes,
 void ShapedLine::underlineComposition(const RowPainting& painting, qint64 row) const {
     const TextRange composed = indexRange(row).intersection({composition_.offset, composition_.text.size()});
     Stretches stretches;
-    shaped_.appendStretches(static_cast<int>(row), composed, stretches);
+    text_->appendStretches(static_cast<int>(row), composed, stretches);
     for (const auto& [left, right] : stretches)
         painting.painter.fillRect(font_.underline(painting.origin, left, right), painting.color(ColorRole::text));
 }
 
 void ShapedLine::paint(const RowPainting& painting, qint64 row) const {
-    const auto colorsOf = [&](TextRange indexes, const ShapedText::VisitColor& visit) {
+    const TextPainting::ColorsOf colorsOf = [&](TextRange indexes, const TextPainting::VisitColor& visit) {
         visitColors(painting, indexes, visit);
     };
-    shaped_.paint(painting.painter, static_cast<int>(row), painting.origin, painting.left, painting.right, colorsOf,
-                  painting.color);
+    text_->paint(
+        {painting.painter, painting.origin, painting.left, painting.right, colorsOf, painting.color, painting.glyphs},
+        static_cast<int>(row));
     if (!composition_.text.isEmpty())
         underlineComposition(painting, row);
 }

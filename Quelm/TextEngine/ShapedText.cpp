@@ -58,17 +58,7 @@ QTextOption optionFor(const TextFont& font, bool wraps) {
 } // namespace
 
 ShapedText::ShapedText(const QString& text, const TextFont& font, std::optional<double> wrapWidth)
-    : ShapedText(text, font, font.font(), wrapWidth) {}
-
-std::unique_ptr<ShapedText> ShapedText::spaced(const QString& text, const TextFont& font, double spacing) {
-    QFont wide = font.font();
-    wide.setLetterSpacing(QFont::AbsoluteSpacing, spacing);
-    return std::unique_ptr<ShapedText>(new ShapedText(text, font, wide, std::nullopt));
-}
-
-ShapedText::ShapedText(const QString& text, const TextFont& font, const QFont& shapedFont,
-                       std::optional<double> wrapWidth)
-    : layout_(text, shapedFont), wrapWidth_(wrapWidth), slack_(2.0 * font.rowHeight()) {
+    : layout_(text, font.font()), wrapWidth_(wrapWidth), slack_(2.0 * font.rowHeight()) {
     if (isBidirectional(text))
         forEachLevel(text, [&](int start, int end, int level) { runs_.push_back({start, end, level % 2 != 0}); });
     else
@@ -201,7 +191,7 @@ void ShapedText::appendFragments(Row& fragments, const QGlyphRun& glyphs, ColorR
     }
 }
 
-const ShapedText::Row& ShapedText::fragments(int row, const ColorsOf& colorsOf) const {
+const ShapedText::Row& ShapedText::fragments(int row, const TextPainting::ColorsOf& colorsOf) const {
     rows_.resize(static_cast<std::size_t>(rowCount()));
     std::optional<Row>& kept = rows_[static_cast<std::size_t>(row)];
     if (kept)
@@ -216,13 +206,12 @@ const ShapedText::Row& ShapedText::fragments(int row, const ColorsOf& colorsOf) 
     return *kept;
 }
 
-void ShapedText::paint(QPainter& painter, int row, QPointF origin, double left, double right, const ColorsOf& colorsOf,
-                       const std::function<QColor(ColorRole)>& color) const {
-    for (const Fragment& fragment : fragments(row, colorsOf)) {
-        if (fragment.right < left || right < fragment.left)
+void ShapedText::paint(const TextPainting& painting, int row) const {
+    for (const Fragment& fragment : fragments(row, painting.colorsOf)) {
+        if (fragment.right < painting.left || painting.right < fragment.left)
             continue;
-        painter.setPen(color(fragment.role));
-        painter.drawGlyphRun(origin, fragment.glyphs);
+        painting.painter.setPen(painting.color(fragment.role));
+        painting.painter.drawGlyphRun(painting.origin, fragment.glyphs);
     }
 }
 

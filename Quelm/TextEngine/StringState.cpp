@@ -45,19 +45,19 @@ bool isDecided(const StringEvidence& evidence) {
            std::max(evidence.outside, evidence.inside) >= enoughSigns;
 }
 
-/// Whether an odd number of backslashes ends at a place.
+/// Whether an odd number of backslashes, not too many to look at, ends at a place.
 bool isEscaped(const TextRope& text, std::int64_t place) {
-    bool isOdd = false;
-    while (place > 0) {
+    std::int64_t backslashes = 0;
+    while (place > 0 && backslashes <= StringState::longestEscapes) {
         const TextRope::Chunk chunk = text.chunkBefore(place);
         const std::string_view bytes = chunk.bytes.substr(0, static_cast<std::size_t>(place - chunk.location));
         const std::size_t run = bytes.size() - (bytes.find_last_not_of('\\') + 1);
-        isOdd ^= run % 2 == 1;
+        backslashes += static_cast<std::int64_t>(run);
         if (run < bytes.size())
             break;
         place = chunk.location;
     }
-    return isOdd;
+    return backslashes <= StringState::longestEscapes && backslashes % 2 == 1;
 }
 
 } // namespace

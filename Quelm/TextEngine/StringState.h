@@ -13,7 +13,8 @@ class StringState {
 public:
     static StringState outside() { return {false, false}; }
     /// Within a string at the byte offset `place`, after an odd number of backslashes or not. Looks at no more than
-    /// these and a chunk.
+    /// these and a chunk; more than `longestEscapes` count as an even number.
+    static constexpr std::int64_t longestEscapes = std::int64_t{64} << 10; // bytes
     static StringState insideAt(const TextRope& text, std::int64_t place);
 
     bool isInside() const { return isInside_; }

@@ -135,6 +135,15 @@ TextRange TextEditing::overwrittenRange(const TextRope& typed) const {
     return TextRange::between(range.location, end);
 }
 
+QString TextEditing::lineEnding() const {
+    const qint64 line = storage_->lineAt(selection_.range().location);
+    // The line feed of the caret's line, or in the last line that of the one before.
+    const qint64 ended = line + 1 < storage_->lineCount() ? line : line - 1;
+    const qint64 end = ended < 0 ? 0 : storage_->lineContents(ended).end();
+    const bool isAfterReturn = end > 0 && storage_->string({end - 1, 1}) == QStringLiteral("\r");
+    return isAfterReturn ? QStringLiteral("\r\n") : QStringLiteral("\n");
+}
+
 QString TextEditing::indentation() const {
     constexpr qint64 longestIndentation = 4096;
     const qint64 place = selection_.range().location;
@@ -165,8 +174,7 @@ void TextEditing::type(const QString& text) {
 void TextEditing::typeLineFeed() {
     if (isReadOnly_)
         return;
-    const QString lineFeed = QStringLiteral("\n");
-    insertTyped(insertable(isSingleLine_ ? lineFeed : lineFeed + indentation()), selection_.range());
+    insertTyped(insertable(isSingleLine_ ? QStringLiteral("\n") : lineEnding() + indentation()), selection_.range());
 }
 
 void TextEditing::insertTyped(const TextRope& text, TextRange range) {
@@ -196,6 +204,18 @@ void TextEditing::deleteSelectionOr(qint64 otherEnd) {
 void TextEditing::paste(const QString& text) {
     if (!isReadOnly_ && !text.isEmpty())
         performAlone(replacementOf(selection_.range(), insertable(text)), tr("Pegar"));
+}
+
+void TextEditing::paste(const TextRope& text) {
+    const auto string = [&text] {
+        // QString's conversions would drop a leading byte-order mark.
+        const std::u16string units = text.utf16({0, text.byteCount()});
+        return QString(reinterpret_cast<const QChar*>(units.data()), static_cast<qsizetype>(units.size()));
+    };
+    if (isSingleLine_)
+        paste(string());
+    else if (!isReadOnly_ && !text.isEmpty())
+        performAlone(replacementOf(selection_.range(), text), tr("Pegar"));
 }
 
 void TextEditing::cut() {

@@ -74,14 +74,16 @@ public:
     /// call to bring its other half, and is forgotten if anything else comes first; other lone surrogates become
     /// U+FFFD.
     void type(const QString& text);
-    /// A line feed, and the spaces and tabs that the line of the selection's start begins with (as far as that place,
-    /// and no more than some thousands).
+    /// What ends the line of the selection's start (a line feed, or CR LF), and the spaces and tabs that the line of
+    /// the selection's start begins with (as far as that place, and no more than some thousands).
     void typeLineFeed();
     /// Deletes the selection; without one, the stretch between the caret and `otherEnd` (a place that a key's deletion
     /// reaches).
     void deleteSelectionOr(qint64 otherEnd);
     /// Inserts text from elsewhere in place of the selection: "Pegar". An empty text changes nothing.
     void paste(const QString& text);
+    /// The same; O(log n) in a text of several lines.
+    void paste(const TextRope& text);
     /// Deletes the selection: "Cortar". (Whoever calls has copied it.)
     void cut();
     /// Commits the text of an input method, in place of a stretch near the caret that the method says: one step
@@ -111,6 +113,8 @@ private:
     TextRange normalized(TextRange range) const;
     TextRope insertable(QString text) const;
     TextRange overwrittenRange(const TextRope& typed) const;
+    /// What ends lines where the selection begins.
+    QString lineEnding() const;
     QString indentation() const;
 
     EditStep replacementOf(TextRange range, const TextRope& text) const;

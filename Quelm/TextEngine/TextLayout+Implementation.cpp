@@ -1,14 +1,27 @@
+#include "Quelm/TextEngine/ClusterText.h"
 #include "Quelm/TextEngine/PlainLine.h"
 #include "Quelm/TextEngine/RowEstimates.h"
 #include "Quelm/TextEngine/ShapedLine.h"
+#include "Quelm/TextEngine/TextClusters.h"
 #include "Quelm/TextEngine/TextLayout+Implementation.h"
 
 #include <algorithm>
 
 namespace quelm {
 
+namespace {
+
+/// Takes the place of a line that was found to stand on the grid although it is short.
+class OnGrid final : public LayoutPart {
+public:
+    void forgetColors() const override {}
+};
+
+} // namespace
+
 TextLayout::Implementation::Implementation(const TextStorage& storage, TextFont font)
-    : storage_(storage), font_(std::move(font)), lineCount_(storage.lineCount()) {}
+    : storage_(storage), font_(std::move(font)), lineCount_(storage.lineCount()),
+      onGrid_(std::make_shared<const OnGrid>()), shapes_(font_) {}
 
 void TextLayout::Implementation::forgetAll() {
     cache_.clear();
@@ -20,6 +33,7 @@ void TextLayout::Implementation::forgetAll() {
 
 void TextLayout::Implementation::setFont(const TextFont& font) {
     font_ = font;
+    shapes_.setFont(font);
     forgetAll();
     setComposition(Composition(composition_));
 }
@@ -108,26 +122,44 @@ std::optional<TextLayout::Composition> TextLayout::Implementation::compositionIn
 TextLayout::Implementation::Geometry TextLayout::Implementation::madeGeometry(TextRange units,
                                                                               const Composition& composition) {
     QString text = storage_.string(units);
+    const auto fits = [&](double width) { return !wrapWidth_ || width <= *wrapWidth_; };
     if (composition.text.isEmpty() && isPlainText(text) &&
-        (!wrapWidth_ || font_.advance() * static_cast<double>(PlainLine::columnsOf(text)) <= *wrapWidth_))
+        fits(font_.advance() * static_cast<double>(PlainLine::columnsOf(text))))
         return std::make_shared<const PlainLine>(std::move(text), font_);
-    return std::make_shared<const ShapedLine>(std::move(text), font_, wrapWidth_, composition);
+
+    DisplayText display = displayText(std::move(text.insert(composition.offset, composition.text)));
+    if (clusters::standAlone(display.string)) {
+        auto alone = std::make_unique<const ClusterText>(display.string, shapes_.current());
+        if (fits(alone->width(0)))
+            return std::make_shared<const ShapedLine>(std::move(display), std::move(alone), font_, composition);
+    }
+    if (!wrapWidth_ && units.length > joinedLength)
+        return nullptr;
+    auto shaped = std::make_unique<const ShapedText>(display.string, font_, wrapWidth_);
+    return std::make_shared<const ShapedLine>(std::move(display), std::move(shaped), font_, composition);
+}
+
+TextLayout::Implementation::Geometry TextLayout::Implementation::gridLine(qint64 line, TextRange units) {
+    std::optional<GridLine::Overlay> overlay;
+    if (const std::optional<Composition> composition = compositionIn(units))
+        overlay = {composition->offset, composition->caret, &*shapedComposition_};
+    return std::make_shared<const GridLine>(GridLine::Context{storage_, font_, cache_, shapes_, wrapWidth_}, line,
+                                            units, overlay);
 }
 
 TextLayout::Implementation::Geometry TextLayout::Implementation::geometry(qint64 line, qint64 start) {
     const LayoutCache::Key key{line, LayoutCache::wholeLine};
-    if (const std::shared_ptr<const LayoutPart> kept = cache_.find(key))
+    const std::shared_ptr<const LayoutPart> kept = cache_.find(key);
+    if (kept && kept != onGrid_)
         return std::static_pointer_cast<const LineGeometry>(kept);
     const TextRange units = shownUnits(line, start);
-    const std::optional<Composition> composition = compositionIn(units);
-    if (units.length > segmentLength) {
-        std::optional<GridLine::Overlay> overlay;
-        if (composition)
-            overlay = {composition->offset, composition->caret, &*shapedComposition_};
-        return std::make_shared<const GridLine>(GridLine::Context{storage_, font_, cache_, wrapWidth_}, line, units,
-                                                overlay);
+    if (kept || units.length > segmentLength)
+        return gridLine(line, units);
+    Geometry made = madeGeometry(units, compositionIn(units).value_or(Composition()));
+    if (!made) {
+        cache_.insert(key, onGrid_);
+        return gridLine(line, units);
     }
-    Geometry made = madeGeometry(units, composition.value_or(Composition()));
     cache_.insert(key, made);
     return made;
 }

@@ -52,7 +52,9 @@ public:
 
 private:
     Geometry geometry(qint64 line, qint64 start);
+    /// Null for a line that is too long to be laid out as a whole, its characters being what they are.
     Geometry madeGeometry(TextRange units, const Composition& composition);
+    Geometry gridLine(qint64 line, TextRange units);
     TextRange shownUnits(qint64 line, qint64 start) const;
     /// The composition, if it is in these units: its offset from their start.
     std::optional<Composition> compositionIn(TextRange units) const;
@@ -73,6 +75,9 @@ private:
     Composition composition_;
     /// The composition by itself, for a long line.
     std::optional<ShapedText> shapedComposition_;
+    /// Kept for lines whose geometry is made anew for every question.
+    const std::shared_ptr<const LayoutPart> onGrid_;
+    SharedClusterShapes shapes_;
     LayoutCache cache_;
     GridGlyphs glyphs_;
 };

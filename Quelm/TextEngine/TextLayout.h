@@ -20,18 +20,22 @@ namespace quelm {
 
 /// Where the characters of a text storage stand: in rows of one height, a row a line, or several when lines wrap.
 ///
-/// A line of up to `segmentLength` units is shaped as a whole, with bidirectional text. A longer one stands on a grid
-/// of cells: a character's place follows from counts in the text before it, and only the segments that are asked about
-/// are shaped, each stretch of other than printable ASCII characters fitted to its cells. Nothing here ever walks
-/// through a whole long line.
+/// A line of up to `segmentLength` units is laid out as a whole: characters that need no neighbours to be shaped stand
+/// side by side, each of its own width. A line with others, whose letters join or run from right to left, is shaped as
+/// a whole, with bidirectional text, up to `joinedLength` units, or any that is laid out as a whole when lines wrap. A
+/// longer one stands on a grid of cells: a character's place follows from counts in the text before it, and only the
+/// segments that are asked about are shaped, each stretch of characters that join fitted to its cells. Nothing here
+/// ever walks through a whole long line.
 ///
 /// Lengths are logical pixels; x is from the start of a row's text, and of 64 bits in range. Rows count from 0. Offsets
 /// are UTF-16 units of the storage; a place between two rows of one wrapped line belongs to the later row.
 /// For the main thread.
 class TextLayout {
 public:
-    /// The longest line that is shaped as a whole, and about how much of a longer one is shaped at a time.
+    /// The longest line that is laid out as a whole, and about how much of a longer one is looked at a time.
     static constexpr qint64 segmentLength = 4096;
+    /// The longest that is shaped as a whole, which costs a hundred times as much, when lines do not wrap.
+    static constexpr qint64 joinedLength = 1024;
 
     /// `storage` must outlive the layout, which follows it only through `noteEdit` and `noteAttributes`.
     TextLayout(const TextStorage& storage, TextFont font);
@@ -51,7 +55,7 @@ public:
     void noteAttributes(TextRange range);
 
     /// Text of an input method, shown underlined at a place of the storage while the storage does not have it; an empty
-    /// text for none. In a line that is shaped as a whole it moves what follows aside; in a longer one it covers it.
+    /// text for none. In a line that is laid out as a whole it moves what follows aside; in a longer one it covers it.
     struct Composition {
         qint64 offset = 0;
         QString text;

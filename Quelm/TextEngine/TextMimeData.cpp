@@ -1,5 +1,7 @@
 #include "Quelm/TextEngine/TextMimeData.h"
 
+#include "TextCore/UTF16.h"
+
 namespace quelm {
 
 namespace {
@@ -33,8 +35,12 @@ QVariant TextMimeData::retrieveData(const QString& mimeType, QMetaType preferred
 QString TextMimeData::string() const {
     QString string;
     string.reserve(text_.utf16Count());
-    text_.forEachChunk({0, text_.byteCount()}, [&string](std::string_view bytes) {
-        string += QString::fromUtf8(bytes.data(), static_cast<qsizetype>(bytes.size()));
+    // QString's own conversions from Unicode drop a byte-order mark at the front.
+    std::u16string units;
+    text_.forEachChunk({0, text_.byteCount()}, [&string, &units](std::string_view bytes) {
+        units.clear();
+        utf16::append(units, bytes);
+        string.append(QStringView(units));
     });
     return string;
 }

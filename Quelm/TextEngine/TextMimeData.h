@@ -19,6 +19,9 @@ public:
     void setOwner(const QObject& owner) { owner_ = &owner; }
     bool isOwnedBy(const QObject& object) const { return owner_ == &object; }
 
+    /// The text as it is kept, for whoever inserts it into another one.
+    const TextRope& rope() const { return text_; }
+
     bool hasFormat(const QString& mimeType) const override;
     QStringList formats() const override;
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace quelm {
 
@@ -21,7 +22,8 @@ constexpr double stepInCharacters = 4;
 } // namespace
 
 TextScrolling::TextScrolling(const TextStorage& storage, const TextLayout& layout, Bars bars, QObject* parent)
-    : QObject(parent), storage_(storage), layout_(layout), vertical_(bars.vertical), horizontal_(bars.horizontal) {
+    : QObject(parent), storage_(storage), layout_(layout), vertical_(bars.vertical), horizontal_(bars.horizontal),
+      advance_(layout.font().advance()) {
     connect(&vertical_, &ScrollAxis::positionChanged, this, &TextScrolling::scrolled);
     connect(&horizontal_, &ScrollAxis::positionChanged, this, &TextScrolling::moved);
     settlingSoon_.setSingleShot(true);
@@ -54,10 +56,11 @@ void TextScrolling::noteEdit(TextRange range, qint64 delta) {
     const bool isAbove = replaced.end() <= topOffset_ && range.location < topOffset_;
     if (isAbove)
         topOffset_ += delta;
-    // A text that became another one is as wide as what is seen of it.
+    // A text that became another one is as wide as what is seen of it. Until that is measured it is as wide as before,
+    // so that what is seen is the same part of its lines.
     const qint64 lengthBefore = storage_.length() - delta;
     if (2 * replaced.length > lengthBefore)
-        widestRow_ = 0;
+        isWidthOutdated_ = true;
 
     updateExtents();
     if (isAbove)
@@ -69,10 +72,14 @@ void TextScrolling::noteEdit(TextRange range, qint64 delta) {
 }
 
 void TextScrolling::noteFontChange() {
-    widestRow_ = 0;
+    const double growth = layout_.font().advance() / std::exchange(advance_, layout_.font().advance());
+    const auto left = static_cast<double>(horizontal_.position());
+    widestRow_ *= growth;
+    isWidthOutdated_ = true;
     pixelsPastTop_ = std::min<qint64>(pixelsPastTop_, layout_.font().rowHeight() - 1);
     updateExtents();
     vertical_.setPosition(rememberedPosition());
+    horizontal_.setPosition(std::llround(left * growth));
     settle();
     Q_EMIT moved();
 }
@@ -82,6 +89,8 @@ void TextScrolling::settle() {
         return;
     const QScopedValueRollback settling(isSettling_, true);
     settlingSoon_.stop();
+    if (std::exchange(isWidthOutdated_, false))
+        widestRow_ = 0;
     // Rows that were only guessed may turn out to be others, and bring further ones into the viewport, which is small:
     // a few rounds look at everything in it.
     constexpr int mostRounds = 8;

@@ -106,6 +106,10 @@ private:
     bool isSettling_ = false;
     QTimer settlingSoon_;
     double widestRow_ = 0;
+    /// Whether that is of another text or font, and to be measured anew when the rows are looked at.
+    bool isWidthOutdated_ = false;
+    /// The width of a character when the font was last taken note of.
+    double advance_;
 
     /// What is at the top of the viewport: the start of a row, and how far it is scrolled past the row's top.
     qint64 topOffset_ = 0;

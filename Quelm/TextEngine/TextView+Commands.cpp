@@ -49,8 +49,14 @@ void TextView::copy() {
 
 void TextView::paste() {
     finishComposing();
-    if (canPaste())
-        editing_->paste(QGuiApplication::clipboard()->text());
+    if (!canPaste())
+        return;
+    // What was copied here needs no conversion, whatever its length.
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    if (const auto* own = qobject_cast<const TextMimeData*>(data))
+        editing_->paste(own->rope());
+    else
+        editing_->paste(data->text());
 }
 
 void TextView::deleteSelection() {

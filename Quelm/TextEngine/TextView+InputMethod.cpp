@@ -4,6 +4,7 @@
 #include <QGuiApplication>
 #include <QInputMethod>
 #include <QInputMethodEvent>
+#include <QScopedValueRollback>
 
 #include <algorithm>
 
@@ -26,6 +27,8 @@ void TextView::inputMethodEvent(QInputMethodEvent* event) {
     if (isReadOnly() || !isEnabled())
         return event->ignore();
     event->accept();
+    if (isResettingInputMethod_)
+        return;
     if (!event->commitString().isEmpty() || event->replacementLength() > 0) {
         // Without anything composed before it is a key's text by another way.
         const bool isTyped = !isComposing() && event->replacementLength() == 0;
@@ -77,9 +80,25 @@ void TextView::endComposition() {
     updateMicroFocus();
 }
 
-/// Its place is no more: nothing of it is kept, and the input method is told.
+/// Its place is no more: nothing of it is kept. The input method is told from the event loop, since it may ask for the
+/// text around the caret at once, and this happens amid edits, which not everybody has followed yet.
 void TextView::dropComposition() {
-    endComposition();
+    layout_->setComposition({});
+    viewport()->update();
+    QMetaObject::invokeMethod(this, &TextView::noteCompositionDropped, Qt::QueuedConnection);
+}
+
+void TextView::noteCompositionDropped() {
+    updateMicroFocus();
+    // By now it may belong to another widget, or have gone on composing at the new place.
+    if (hasFocus() && !isComposing())
+        resetInputMethod();
+}
+
+/// Makes the input method forget what it composes. One that commits it on that occasion is not listened to: here it is
+/// either dropped or committed already.
+void TextView::resetInputMethod() {
+    const QScopedValueRollback resetting(isResettingInputMethod_, true);
     QGuiApplication::inputMethod()->reset();
 }
 
@@ -94,7 +113,7 @@ void TextView::finishComposing() {
     const QString text = layout_->composition().text;
     endComposition();
     editing_->commitComposition(text, selectedRange());
-    QGuiApplication::inputMethod()->reset();
+    resetInputMethod();
 }
 
 /// The neighbourhood of the caret within its line.

@@ -29,9 +29,9 @@ TextView::TextView(std::shared_ptr<TextStorage> storage, QWidget* parent)
     layout_ = std::make_unique<TextLayout>(*storage_, TextFont(font_));
     scrolling_ = std::make_unique<TextScrolling>(*storage_, *layout_,
                                                  TextScrolling::Bars{*verticalScrollBar(), *horizontalScrollBar()});
-    // Connected before the editing is: what its signals lead to asks the layout.
-    connect(storage_.get(), &TextStorage::didProcessEditing, this, &TextView::storageEdited);
+    // The selection follows an edit first: whoever asks for the caret while the rest follows gets a place of the text.
     editing_ = std::make_unique<TextEditing>(storage_);
+    connect(storage_.get(), &TextStorage::didProcessEditing, this, &TextView::storageEdited);
     connect(editing_.get(), &TextEditing::selectionDidChange, this, &TextView::selectionMoved);
     connect(editing_.get(), &TextEditing::textDidChange, this, &TextView::userEdited);
     connect(scrolling_.get(), &TextScrolling::moved, this, [this] {
@@ -254,8 +254,20 @@ void TextView::followMarks(TextRange range, qint64 delta) {
 
 void TextView::userEdited() {
     scrolling_->settle();
-    revealCaret();
+    revealEdit();
     Q_EMIT textDidChange();
+}
+
+/// The caret as a rule; of a stretch longer than the viewport that undoing or redoing selects, its start.
+void TextView::revealEdit() {
+    const UndoManager* manager = editing_->undoManager();
+    const bool isRestored = manager && (manager->isUndoing() || manager->isRedoing());
+    const TextRange selected = selectedRange();
+    const qint64 rows = layout_->rowOf(selected.end()) - layout_->rowOf(selected.location) + 1;
+    if (isRestored && rows > scrolling_->rowsAPage())
+        scrollRangeToVisible({selected.location, 0});
+    else
+        revealCaret();
 }
 
 void TextView::selectionMoved() {

@@ -68,7 +68,13 @@ public:
     void setZoomable(bool zoomable) { isZoomable_ = zoomable; }
 
     TextRange selectedRange() const;
+    /// What is being composed is committed first; the range is one of the text after that.
     void setSelectedRange(TextRange range);
+
+    /// Whether an input method is composing text, which the storage does not have until it is committed.
+    bool isComposing() const { return !layout_->composition().text.isEmpty(); }
+    /// Commits what is being composed, an edit, if anything is.
+    void finishComposing();
 
     /// Scrolls as little as possible until the stretch's end that the caret would be at can be seen, with the whole
     /// stretch where it fits.
@@ -174,6 +180,7 @@ private:
     void updateInputMethodState();
     void repaint(TextRange range);
     void repaintCaret();
+    void revealEdit();
 
     // Painting.
     struct Brush;
@@ -220,11 +227,11 @@ private:
     void drop(const QMimeData& data, Qt::DropAction action, qint64 offset);
 
     // Input methods.
-    bool isComposing() const { return !layout_->composition().text.isEmpty(); }
     void showComposition(const QInputMethodEvent& event);
     void endComposition();
     void dropComposition();
-    void finishComposing();
+    void noteCompositionDropped();
+    void resetInputMethod();
     TextRange replacedByCommit(const QInputMethodEvent& event) const;
     TextRange surroundingRange() const;
 
@@ -260,6 +267,7 @@ private:
     /// Where a drop would insert.
     std::optional<qint64> dropPlace_;
     bool isCompositionCaretShown_ = true;
+    bool isResettingInputMethod_ = false;
 };
 
 } // namespace quelm

@@ -5,6 +5,7 @@
 #include <unicode/ubrk.h>
 #include <unicode/utext.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <gtest/gtest.h>
 #include <limits>
@@ -208,6 +209,40 @@ TEST(Graphemes, APrefixIsFoundWithoutALookAtTheRestOfTheText) {
          {"x", "\r\n", "\u00F1", "\u4E2D", "e\u0301", "\u0915\u093F", "\U0001F1EA\U0001F1F8"}) {
         const test::GuardedText text(repeated(unit, 4'000), rest);
         EXPECT_EQ(graphemes::prefix(text.viewWithGuard(), 200), repeated(unit, 200));
+    }
+}
+
+TEST(Graphemes, ALongRunOfIdeographsKanaAndSyllablesIsCountedWhereverItEnds) {
+    std::mt19937 random(7);
+    const std::u32string_view plain = U"\u4E2D\u6587\u3042\u30AB\u3001\uFF01\uAC00\uD7A3\u2014";
+    for (const std::string_view end :
+         {"", "\u0301", "\u3099", "\u11A8", "\u200D\u4E2D", "x", "\r\n", "\u00E9", "\u0600", "\U0001F600", "\uFE0F"}) {
+        for (int turn = 0; turn < 30; ++turn) {
+            const std::string run = test::randomText(random, plain, randomBelow(random, 60));
+            expectBoundariesOfICU(joined({run, end, run, end}), random, 20);
+        }
+    }
+}
+
+TEST(Graphemes, ASureBoundaryIsOneWhateverTheTextIsPartOf) {
+    EXPECT_EQ(graphemes::lastSureBoundary("", 10), 0);
+    EXPECT_EQ(graphemes::lastSureBoundary("a", 10), 0);
+    EXPECT_EQ(graphemes::lastSureBoundary("abc", 10), 2);
+    EXPECT_EQ(graphemes::lastSureBoundary("ab\r\n", 10), 2);
+    EXPECT_EQ(graphemes::lastSureBoundary("\u4E2D\u6587\u0301", 10), 3);
+    EXPECT_EQ(graphemes::lastSureBoundary("a\u0301b\u0301", 10), 0);
+    EXPECT_EQ(graphemes::lastSureBoundary("ab" + repeated("\u0301", 10), 10), 0) << "not looked at";
+    std::mt19937 random(8);
+    for (const Alphabet& alphabet : alphabets) {
+        for (int turn = 0; turn < 500; ++turn) {
+            const std::string text = test::randomText(random, alphabet.characters, randomBelow(random, 20));
+            const std::size_t cut = graphemes::lastSureBoundary(text, 30);
+            const std::vector<std::size_t> boundaries = boundariesByICU("\u0600" + text + "\u0301");
+            if (cut == 0)
+                continue;
+            ASSERT_LT(cut, text.size());
+            ASSERT_TRUE(std::ranges::binary_search(boundaries, cut + 2)) << testing::PrintToString(text);
+        }
     }
 }
 

@@ -68,6 +68,18 @@ TEST(MatchReplacement, RefusesAResultThatIsTooLong) {
     EXPECT_EQ(result.error(), MatchReplacementFailure::tooLong);
 }
 
+TEST(MatchReplacement, OnlyTheWholeResultMayBeTooLong) {
+    // Longer than several blocks of the search, so that the text is too long in between.
+    constexpr std::size_t times = 200'000;
+    constexpr std::int64_t length = std::int64_t{4} * times;
+    const SearchPattern letter("k", CaseSensitivity::insensitive);
+    const std::string kelvinSigns = repeated("\u212A", times); // of three bytes each
+    const TextRope growing = rope(repeated("k", times) + kelvinSigns);
+    EXPECT_TRUE(replacingMatches(growing, letter, "xx", length));
+    EXPECT_FALSE(replacingMatches(growing, letter, "xx", length - 1));
+    EXPECT_TRUE(replacingMatches(rope(kelvinSigns), letter, "x", times)) << "shorter than the text is now";
+}
+
 TEST(MatchReplacement, StopsWhenAskedTo) {
     std::stop_source source;
     source.request_stop();

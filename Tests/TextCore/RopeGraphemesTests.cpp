@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <random>
+#include <stop_token>
 #include <string>
 
 namespace quelm {
@@ -209,6 +210,15 @@ TEST(RopeGraphemes, ALongASCIILineIsSkipped) {
     // As many questions as no walk through the line would answer in the time that a test has.
     for (std::int64_t column = 0; column < length; column += 10'000)
         ASSERT_EQ(offsetAfterClusters(text, {0, length + 6}, column), column + addedBefore(column));
+}
+
+TEST(RopeGraphemes, TheWalkEndsSoonWhenItIsAskedToStop) {
+    const std::string bytes = repeated("\u00F1", 1'000'000);
+    const TextRope text{SharedText(bytes)};
+    std::stop_source source;
+    EXPECT_EQ(offsetAfterClusters(text, {0, text.byteCount()}, 999'999, source.get_token()), 1'999'998);
+    source.request_stop();
+    EXPECT_LT(offsetAfterClusters(text, {0, text.byteCount()}, 999'999, source.get_token()), 1'000'000);
 }
 
 TEST(RopeGraphemesDeathTest, ANegativeNumberOfClustersIsAProgrammingError) {

@@ -10,11 +10,14 @@
 #include "Tests/Quelm/Support/TemporaryPreferences.h"
 #include "Tests/Quelm/Support/TestDocuments.h"
 
+#include <QCoreApplication>
+#include <QInputMethodEvent>
 #include <QLabel>
 #include <QScreen>
 #include <QTest>
 
 #include <gtest/gtest.h>
+#include <string>
 
 namespace quelm {
 namespace {
@@ -121,6 +124,47 @@ TEST_F(EditorViewTests, AnAppliedContentDropsTheSteps) {
     EXPECT_FALSE(window->undoManager().canUndo());
     EXPECT_EQ(shownText(), QStringLiteral("[2]"));
     EXPECT_FALSE(window->isWindowModified());
+}
+
+TEST_F(EditorViewTests, ACompositionDoesNotReachAnAppliedContent) {
+    for (const std::string_view applied : {"[2,", "[2]"}) {
+        show("[1,");
+        window->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+        textView().setFocus();
+        QInputMethodEvent composition(QStringLiteral("XYZ"), {});
+        QCoreApplication::sendEvent(&textView(), &composition);
+        ASSERT_TRUE(textView().isComposing());
+        replace(applied);
+        QTest::qWait(0);
+        EXPECT_FALSE(window->isWindowModified());
+        EXPECT_FALSE(window->document().isTextBufferEdited());
+        EXPECT_FALSE(window->undoManager().canUndo());
+        EXPECT_EQ(window->document().snapshot().text->contiguous().view(), applied);
+    }
+}
+
+TEST_F(EditorViewTests, AReplacedContentIsShownAtTheSamePlaceAndSoIsItsUndo) {
+    Preferences::setInitialMode(Preferences::InitialMode::text);
+    std::string lines = "[\n";
+    for (int line = 0; line < 200; ++line)
+        lines += '"' + std::string(3000, 'x') + "\",\n";
+    lines += "1]";
+    show(lines);
+    TextView& view = textView();
+    view.setSelectedRange({view.textStorage().lineStart(150) + 2000, 0});
+    view.scrollRangeToVisible(view.selectedRange());
+    const QRect caret = view.caretRectangle();
+    ASSERT_GT(view.horizontalAxis().position(), 0);
+
+    window->document().replaceContent(JSONContent::fromText(TextRope(SharedText(std::string_view(lines + "\n")))),
+                                      &window->undoManager());
+    QTest::qWait(0);
+    EXPECT_EQ(view.caretRectangle(), caret);
+    EXPECT_EQ(view.textStorage().lineAt(view.selectedRange().location), 150);
+    window->undoManager().undo();
+    QTest::qWait(0);
+    EXPECT_EQ(view.caretRectangle(), caret);
 }
 
 TEST_F(EditorViewTests, TheEditorFollowsTheDocument) {

@@ -65,6 +65,13 @@ TEST_P(SemanticColorsTests, SymbolsStandOutFromEveryBackgroundOfARow) {
         EXPECT_GE(contrast(color(ColorRole::warning), background), 3.0);
 }
 
+TEST_P(SemanticColorsTests, TertiaryTextIsFainterThanSecondaryTextAndStandsOut) {
+    const QColor background = color(ColorRole::contentBackground);
+    EXPECT_GE(contrast(color(ColorRole::tertiaryText), background), 3.0);
+    EXPECT_LT(contrast(color(ColorRole::tertiaryText), background),
+              contrast(color(ColorRole::secondaryText), background));
+}
+
 TEST_P(SemanticColorsTests, SelectedTextCanBeReadOnTheAccent) {
     EXPECT_GE(contrast(color(ColorRole::accentText), color(ColorRole::accent)), 4.5);
 }

@@ -1,10 +1,12 @@
 #include "Quelm/Foundation/UndoManager.h"
 #include "Quelm/TextEditor/FindBar.h"
+#include "Quelm/TextEditor/MatchMarks.h"
 #include "Quelm/TextEditor/SymbolButton.h"
 #include "Quelm/TextEngine/TextView.h"
 #include "Tests/Quelm/Support/Printing.h"
 
 #include <QApplication>
+#include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -16,6 +18,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace quelm {
 namespace {
@@ -54,6 +57,12 @@ protected:
         for (const QChar character : text)
             QTest::keyClick(QApplication::focusWidget(), Qt::Key(character.toUpper().unicode()),
                             character.isUpper() ? Qt::ShiftModifier : Qt::NoModifier);
+    }
+
+    /// By key, in the field that has the focus.
+    static void paste(const QString& text) {
+        QGuiApplication::clipboard()->setText(text);
+        press(Qt::Key_V, Qt::ControlModifier);
     }
 
     template <class Control>
@@ -300,6 +309,7 @@ TEST_F(FindBarTests, ReplacesAllInOneStep) {
     EXPECT_EQ(undoManager.undoActionName(), QStringLiteral("Reemplazar"));
     undoManager.undo();
     EXPECT_EQ(text(), "Uno dos uno dos UNO.");
+    EXPECT_TRUE(waitForStatus(QString())) << "that is no longer so";
     EXPECT_FALSE(undoManager.canUndo());
     undoManager.redo();
     EXPECT_EQ(text(), "cuatro dos cuatro dos cuatro.");
@@ -326,10 +336,62 @@ TEST_F(FindBarTests, ReplacingAllLeavesTheCaretAndTheViewportWhereTheyAre) {
     EXPECT_EQ(view->verticalAxis().position(), top);
 }
 
+TEST_F(FindBarTests, PastedLineFeedsAreSearchedForMarkedAndCounted) {
+    open("uno,\ndos,\ntres, cuatro");
+    openFind();
+    paste(QStringLiteral(",\n"));
+    EXPECT_EQ(searchField()->text(), QStringLiteral(",\n"));
+    EXPECT_EQ(count(), QStringLiteral("1 de 2"));
+    EXPECT_EQ(view->selectedRange(), (TextRange{3, 2}));
+    press(Qt::Key_Return);
+    EXPECT_EQ(view->selectedRange(), (TextRange{8, 2}));
+    const std::vector<TextRange> marks = matchesNearViewport(*view, *bar->search().pattern(), nullptr);
+    EXPECT_EQ(marks, (std::vector<TextRange>{{3, 2}, {8, 2}}));
+    press(Qt::Key_Escape);
+    openFind();
+    EXPECT_EQ(searchField()->text(), QStringLiteral(",\n")) << "the selection has several lines";
+}
+
+TEST_F(FindBarTests, ReplacingAllLineFeedsLeavesTheCaretInTheLastLine) {
+    std::string lines;
+    for (int line = 0; line < 100; ++line)
+        lines += "a,\n";
+    open(lines + "b");
+    view->setSelectedRange({view->textStorage().length(), 0});
+    press(Qt::Key_H, Qt::ControlModifier);
+    paste(QStringLiteral(",\n"));
+    EXPECT_TRUE(QTest::qWaitFor([&] { return bar->search().count() == 100; }, patience));
+    view->setSelectedRange({view->textStorage().length(), 0});
+    press(Qt::Key_Tab);
+    type(QStringLiteral("x"));
+    click("Reemplazar todo");
+    ASSERT_TRUE(waitForStatus(QStringLiteral("100 reemplazos")));
+    EXPECT_EQ(text().substr(0, 4), "axax");
+    EXPECT_EQ(view->textStorage().lineCount(), 1);
+    EXPECT_EQ(view->selectedRange(), (TextRange{1, 0})) << "in the last line there is, and its column";
+    undoManager.undo();
+    EXPECT_EQ(text(), lines + "b");
+}
+
+TEST_F(FindBarTests, ReplacesByPastedLineFeeds) {
+    open("a;b;c");
+    press(Qt::Key_H, Qt::ControlModifier);
+    paste(QStringLiteral(";"));
+    press(Qt::Key_Tab);
+    paste(QStringLiteral(",\n"));
+    press(Qt::Key_Return);
+    EXPECT_EQ(text(), "a,\nb;c");
+    EXPECT_EQ(view->selectedRange(), (TextRange{4, 1}));
+    press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(waitForStatus(QStringLiteral("1 reemplazo")));
+    EXPECT_EQ(text(), "a,\nb,\nc");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return count() == QStringLiteral("Sin resultados"); }, patience));
+}
+
 TEST_F(FindBarTests, TheTextMayBeEditedWhileAllIsReplaced) {
     std::string longText;
     for (int line = 0; line < 300'000; ++line)
-        longText += "\"clave\": \"valor\",\n";
+        longText += "\"valor\": [\"valor\", \"valor\", \"valor\"],\n";
     open(longText);
     press(Qt::Key_H, Qt::ControlModifier);
     type(QStringLiteral("valor"));
@@ -339,9 +401,9 @@ TEST_F(FindBarTests, TheTextMayBeEditedWhileAllIsReplaced) {
     view->setFocus();
     view->setSelectedRange({0, 0});
     type(QStringLiteral("z"));
-    EXPECT_EQ(text().substr(0, 18), "z\"clave\": \"valor\",");
-    ASSERT_TRUE(waitForStatus(QStringLiteral("300.000 reemplazos")));
-    EXPECT_EQ(text().substr(0, 14), "z\"clave\": \"x\",");
+    EXPECT_EQ(text().substr(0, 18), "z\"valor\": [\"valor");
+    ASSERT_TRUE(waitForStatus(QStringLiteral("1.200.000 reemplazos")));
+    EXPECT_EQ(text().substr(0, 12), "z\"x\": [\"x\", ");
     undoManager.undo();
     EXPECT_EQ(text(), "z" + longText);
 }

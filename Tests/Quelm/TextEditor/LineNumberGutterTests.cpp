@@ -88,7 +88,7 @@ protected:
                 continue;
             const QString text = QString::number(numbers[index]);
             const double width = QFontMetricsF(gutter_->numberFont()).horizontalAdvance(text);
-            const ColorRole role = numbers[index] == current ? ColorRole::text : ColorRole::secondaryText;
+            const ColorRole role = numbers[index] == current ? ColorRole::text : ColorRole::tertiaryText;
             painter.setPen(semanticColor(role, appearance));
             painter.drawText(QPointF(image.width() - scaledPixels(8) - width, rows[index].top + rows[index].ascent),
                              text);

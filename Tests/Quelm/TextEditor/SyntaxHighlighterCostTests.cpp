@@ -97,6 +97,39 @@ TEST_F(SyntaxHighlighterCostTests, SeveralEditsAreColouredWithoutWhatIsBetweenTh
     expectColorsOfAFreshScan();
 }
 
+TEST_F(SyntaxHighlighterCostTests, OfALongScanLittleMoreThanItsStartIsStored) {
+    constexpr qint64 few = 20'000;
+    EXPECT_LT(storage.attributes().count(), few);
+    cost({0, 0}, u"\"");
+    EXPECT_LT(storage.attributes().count(), few);
+    cost({0, 1}, u"");
+    EXPECT_LT(storage.attributes().count(), few);
+}
+
+TEST_F(SyntaxHighlighterCostTests, AnEditInTheMidstStoresItsNeighbourhoodAlone) {
+    const qint64 before = storage.attributes().count();
+    cost({storage.length() / 2, 0}, u" ");
+    EXPECT_LT(storage.attributes().count(), before + 8000);
+    expectColorsOfAFreshScan();
+}
+
+TEST(SyntaxHighlighterCost, OfARunAUnitOnlyTheStartIsStored) {
+    std::u16string text = u"[";
+    while (text.size() < 2'000'000)
+        text += u"1,";
+    TextStorage storage(rope(text));
+    highlightAll(storage);
+    EXPECT_LT(storage.attributes().count(), 60'000);
+    storage.replaceCharacters({0, 0}, QStringView(u"\""));
+    SyntaxHighlighter().highlight(storage, {0, 1});
+    EXPECT_EQ(storage.attributes().count(), 1);
+    storage.replaceCharacters({0, 1}, QStringView());
+    SyntaxHighlighter().highlight(storage, {0, 0});
+    EXPECT_LT(storage.attributes().count(), 60'000);
+    storage.attributes().checkInvariants();
+    EXPECT_EQ(storage.attributes().runAfter(1'500'001).run, (AttributeRun{1, {ColorRole::blue}, true}));
+}
+
 TEST(SyntaxHighlighterCost, ATextOfOneLongStringIsScannedInFewPasses) {
     const std::u16string text = u"\"" + std::u16string(2'000'000, u'a') + u"\" : 1";
     TextStorage storage(rope(text));

@@ -16,7 +16,8 @@ using test::colors;
 /// Random edits of a storage and of its plain colours.
 class RandomColoring {
 public:
-    explicit RandomColoring(unsigned seed, qsizetype longestText) : random_(seed), longestText_(longestText) {
+    RandomColoring(unsigned seed, qsizetype longestText, const SyntaxScanSizes& sizes = {})
+        : random_(seed), longestText_(longestText), highlighter_(sizes) {
         QObject::connect(&storage_, &TextStorage::didProcessEditing, &storage_,
                          [this](EditedMask mask, TextRange range) {
                              if (mask == EditedMask::characters)
@@ -24,9 +25,9 @@ public:
                          });
     }
 
-    void insertMuch() {
+    void insertMuch(qsizetype length) {
         QString much;
-        while (much.size() < 8000)
+        while (much.size() < length)
             much += somePiece();
         plain_.replace(0, 0, much);
         storage_.replaceCharacters({0, 0}, much);
@@ -108,11 +109,12 @@ private:
 
     void highlight(TextRange range) {
         plain_.highlight(range.location, range.end(), longestText_);
-        SyntaxHighlighter().highlight(storage_, range, longestText_);
+        highlighter_.highlight(storage_, range, longestText_);
     }
 
     std::mt19937 random_;
     qsizetype longestText_;
+    SyntaxHighlighter highlighter_;
     TextStorage storage_;
     test::PlainColors plain_;
     TextRange edited_;
@@ -143,12 +145,72 @@ TEST(SyntaxHighlighterModel, RandomEditsOfALongerTextGiveTheColoursOfAPlainScan)
     for (unsigned seed = 1; seed <= 10; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         RandomColoring coloring(seed, 100'000);
-        coloring.insertMuch();
+        coloring.insertMuch(8000);
         for (int step = 0; step < 200 && !testing::Test::HasFatalFailure(); ++step) {
             coloring.step();
             coloring.compare();
         }
     }
+}
+
+/// Sizes with which chunks are made, met and cut all the time.
+SyntaxScanSizes tinySizes(unsigned seed) {
+    return {.leastLeap = 1 + seed % 40, .leastScan = 1 + seed % 17, .leastChunk = 1 + seed % 7, .mostInChunk = 30};
+}
+
+TEST(SyntaxHighlighterModel, RandomEditsGiveTheColoursOfAPlainScanWhenMostColoursAreDerived) {
+    for (unsigned seed = 1; seed <= 100; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        RandomColoring coloring(seed, 10'000, tinySizes(seed));
+        coloring.insertMuch(200);
+        for (int step = 0; step < 200 && !testing::Test::HasFatalFailure(); ++step) {
+            coloring.step();
+            coloring.compare();
+        }
+    }
+}
+
+TEST(SyntaxHighlighterModel, RandomEditsOfALongerTextGiveTheColoursOfAPlainScanWhenMostColoursAreDerived) {
+    for (unsigned seed = 1; seed <= 10; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        RandomColoring coloring(seed, 100'000, tinySizes(seed));
+        coloring.insertMuch(8000);
+        for (int step = 0; step < 200 && !testing::Test::HasFatalFailure(); ++step) {
+            coloring.step();
+            coloring.compare();
+        }
+    }
+}
+
+/// The runs of a storage, with whether they are settled.
+std::vector<AttributeRun> runs(const TextStorage& storage) {
+    std::vector<AttributeRun> all;
+    storage.attributes().forEach({0, storage.length()},
+                                 [&](const AttributeRuns::PlacedRun& placed) { all.push_back(placed.run); });
+    return all;
+}
+
+TEST(SyntaxHighlighterModel, DerivedRunsAreTheRunsOfAScan) {
+    constexpr SyntaxScanSizes eager{.leastScan = SyntaxHighlighter::longestColoredText};
+    const QString alphabet = QStringLiteral("\"\"\"\\:,[]{}tru fals n0-1e.+  \t\nxA\u00F1");
+    qint64 chunksMet = 0;
+    for (unsigned seed = 1; seed <= 2000; ++seed) {
+        SCOPED_TRACE("seed " + std::to_string(seed));
+        std::mt19937 random(seed);
+        // Without the last characters some texts have no line feeds, or no blanks.
+        const auto letters = static_cast<std::uint32_t>(alphabet.size()) - (seed % 4) * 2;
+        QString text;
+        for (int i = 0; i < 200; ++i)
+            text += alphabet[static_cast<qsizetype>(random() % letters)];
+        TextStorage derived(TextRope::repairing(std::u16string_view(text.toStdU16String())));
+        TextStorage scanned(derived.text());
+        SyntaxHighlighter(tinySizes(seed)).highlight(derived, {0, derived.length()});
+        SyntaxHighlighter(eager).highlight(scanned, {0, scanned.length()});
+        derived.attributes().checkInvariants();
+        ASSERT_EQ(runs(derived), runs(scanned)) << text.toStdString();
+        chunksMet += scanned.attributes().count() - derived.attributes().count();
+    }
+    EXPECT_GT(chunksMet, 50'000) << "many runs were left to be derived";
 }
 
 } // namespace

@@ -97,6 +97,19 @@ TEST(TextLocation, IsFoundInALineOfManyMegabytes) {
     EXPECT_EQ(TextLocation(3, 1).offset(text), 2 + 2 * middle + 4);
 }
 
+TEST(TextLocation, TakesLongFarIntoALongLineThatIsNotASCIIOnly) {
+    const std::string ascii(2 << 20, 'x');
+    const TextRope text(
+        SharedText("\u00F1\n" + ascii + "\r\n" + ascii + "\u00F1\n" + ascii + "\r" + ascii + "\r\n\u00F1"));
+    EXPECT_FALSE(TextLocation(1, most).takesLong(text));
+    EXPECT_FALSE(TextLocation(2, most).takesLong(text));
+    EXPECT_TRUE(TextLocation(3, most).takesLong(text));
+    EXPECT_FALSE(TextLocation(3, 1).takesLong(text));
+    EXPECT_TRUE(TextLocation(4, most).takesLong(text)) << "carriage returns are clusters of one kind or the other";
+    EXPECT_FALSE(TextLocation(most, most).takesLong(text));
+    EXPECT_FALSE(TextLocation(1, most).takesLong(TextRope()));
+}
+
 TEST(TextLocation, EveryLocationMadeIsAValueOfItsOwn) {
     const TextLocation one(3, 4);
     const TextLocation other(3, 4);

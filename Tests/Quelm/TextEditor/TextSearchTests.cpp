@@ -3,6 +3,8 @@
 #include "Quelm/TextEditor/TextSearch.h"
 #include "Quelm/TextEngine/TextView.h"
 
+#include <QCoreApplication>
+#include <QInputMethodEvent>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -37,6 +39,11 @@ protected:
 
     void look(const QString& text, CaseSensitivity sensitivity = CaseSensitivity::insensitive) {
         search->setQuery({text, sensitivity});
+    }
+
+    void compose(const QString& preedit) {
+        QInputMethodEvent event(preedit, {});
+        QCoreApplication::sendEvent(view.get(), &event);
     }
 
     bool waitForCount() {
@@ -165,6 +172,31 @@ TEST_F(TextSearchTests, AnEditGivesUpTheMatchThatIsBeingLookedFor) {
     ASSERT_TRUE(waitForCount());
     EXPECT_EQ(search->count(), 1);
     EXPECT_TRUE(view->selectedRange().isEmpty());
+}
+
+TEST_F(TextSearchTests, ACompositionGivesUpTheMatchThatIsBeingLookedFor) {
+    open(filler(30 << 20) + "aguja");
+    search->setFollowing(false);
+    look(QStringLiteral("aguja"));
+    search->findNext();
+    ASSERT_TRUE(search->isFinding());
+    compose(QStringLiteral("に"));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return !search->isFinding(); }, patience));
+    EXPECT_TRUE(view->isComposing());
+    EXPECT_EQ(view->selectedRange(), (TextRange{0, 0}));
+}
+
+TEST_F(TextSearchTests, WhatIsBeingComposedIsCommittedBeforeLooking) {
+    open("dos uno");
+    look(QStringLiteral("uno"));
+    compose(QStringLiteral("uno "));
+    search->findNext();
+    EXPECT_EQ(view->textStorage().string({0, view->textStorage().length()}), QStringLiteral("uno dos uno"));
+    EXPECT_EQ(view->selectedRange(), (TextRange{8, 3}));
+    view->setSelectedRange({4, 0});
+    compose(QStringLiteral("uno"));
+    search->findPrevious();
+    EXPECT_EQ(view->selectedRange(), (TextRange{4, 3}));
 }
 
 TEST_F(TextSearchTests, ANewQueryTakesThePlaceOfTheOneThatIsCounted) {

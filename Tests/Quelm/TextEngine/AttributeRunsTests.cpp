@@ -1,6 +1,7 @@
 #include "Quelm/TextEngine/AttributeRuns.h"
 
 #include <gtest/gtest.h>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -163,6 +164,118 @@ TEST(AttributeRunsDeathTest, StretchesOutsideOfTheTextAreProgrammingErrors) {
     EXPECT_DEATH(std::ignore = runs.runAfter(3), "at a character");
 }
 
+/// Settled runs of one to three units, green and blue in turns, by their place alone.
+class Stripes : public DerivedRuns {
+public:
+    /// Places where chunks may begin and end.
+    static constexpr qint64 period = 6;
+
+    mutable int derivedCount = 0;
+
+private:
+    void derive(TextRange chunk, AttributeRunsBuilder& runs) const override {
+        ++derivedCount;
+        for (qint64 place = chunk.location; place < chunk.end(); place += period) {
+            runs.append({1, green, true});
+            runs.append({2, blue, true});
+            runs.append({3, base, true});
+        }
+    }
+};
+
+/// A base run that is not settled, some chunks of six units, another base run.
+AttributeRuns withChunks(const std::shared_ptr<const Stripes>& stripes, qint64 chunks) {
+    AttributeRunsBuilder builder;
+    builder.append({4, base, false});
+    for (qint64 chunk = 0; chunk < chunks; ++chunk)
+        builder.append(DerivedChunk{stripes, {chunk * Stripes::period, Stripes::period}});
+    builder.append({4, base, false});
+    return builder.finish();
+}
+
+TEST(AttributeRuns, ChunksHaveTheRunsThatAreDerivedForThem) {
+    const auto stripes = std::make_shared<const Stripes>();
+    const AttributeRuns runs = withChunks(stripes, 2);
+    EXPECT_EQ(stripes->derivedCount, 0) << "not before somebody asks";
+    EXPECT_EQ(runs.length(), 20);
+    EXPECT_EQ(runs.count(), 4);
+    EXPECT_EQ(runs.settledEnd(4), 16);
+    EXPECT_EQ(runs.settledEnd(11), 16);
+    EXPECT_TRUE(runs.isSettled({5, 10}));
+    EXPECT_EQ(stripes->derivedCount, 0) << "all runs of chunks are settled";
+    EXPECT_EQ(described(runs), "4 base, 1 green!, 2 blue!, 3 base!, 1 green!, 2 blue!, 3 base!, 4 base");
+    EXPECT_EQ(runs.runAfter(12).location, 11);
+    EXPECT_EQ(runs.runAfter(12).run, (AttributeRun{2, blue, true}));
+    EXPECT_EQ(runs.runBefore(16).location, 13);
+    EXPECT_EQ(stripes->derivedCount, 2) << "what was asked for last is kept";
+    runs.checkInvariants();
+}
+
+TEST(AttributeRuns, AnEditPutsTheRunsOfTheChunksItMeetsInTheirPlace) {
+    const auto stripes = std::make_shared<const Stripes>();
+    AttributeRuns runs = withChunks(stripes, 10);
+    runs.replace({20, 1}, 2);
+    EXPECT_LE(stripes->derivedCount, 2) << "that and the next, the first run of which is beside what was edited";
+    EXPECT_EQ(runs.count(), 11 + 3);
+    runs.set(11, std::vector<AttributeRun>{{1, green, true}});
+    EXPECT_LE(stripes->derivedCount, 3);
+    EXPECT_EQ(runs.count(), 10 + 3 + 4);
+    runs.checkInvariants();
+}
+
+TEST(AttributeRuns, AnEditAtTheEdgeOfAChunkUnsettlesTheRunThere) {
+    const auto stripes = std::make_shared<const Stripes>();
+    AttributeRuns runs = withChunks(stripes, 2);
+    runs.replace({10, 0}, 1);
+    EXPECT_EQ(described(runs), "4 base, 1 green!, 2 blue!, 4 base, 1 green, 2 blue!, 3 base!, 4 base");
+    runs.checkInvariants();
+}
+
+TEST(AttributeRuns, ARunGivenBesideAChunkIsOneWithTheEqualRunInIt) {
+    const auto stripes = std::make_shared<const Stripes>();
+    AttributeRuns runs = withChunks(stripes, 1);
+    runs.set(10, std::vector<AttributeRun>{{4, base, true}});
+    runs.set(2, std::vector<AttributeRun>{{2, green, true}});
+    EXPECT_EQ(described(runs), "2 base, 3 green!, 2 blue!, 7 base!");
+    EXPECT_EQ(runs.count(), 4);
+    runs.checkInvariants();
+}
+
+TEST(AttributeRuns, WhatRunsDeriveFromGoesWithTheLastOfItsChunks) {
+    auto stripes = std::make_shared<const Stripes>();
+    const std::weak_ptr<const Stripes> seen = stripes;
+    AttributeRuns runs = withChunks(stripes, 2);
+    stripes.reset();
+    runs.replace({5, 1}, 0);
+    EXPECT_FALSE(seen.expired());
+    runs.set(8, std::vector<AttributeRun>{{7, green, true}});
+    EXPECT_TRUE(seen.expired());
+    runs.checkInvariants();
+}
+
+TEST(AttributeRuns, FewChunksAreKeptThatWereAskedForLast) {
+    const auto stripes = std::make_shared<const Stripes>();
+    const AttributeRuns runs = withChunks(stripes, 100);
+    for (int round = 0; round < 10; ++round)
+        runs.forEach({300, 10}, [](const AttributeRuns::PlacedRun&) {});
+    EXPECT_LE(stripes->derivedCount, 3);
+    runs.forEach({0, runs.length()}, [](const AttributeRuns::PlacedRun&) {});
+    EXPECT_GE(stripes->derivedCount, 100);
+    EXPECT_LE(stripes->derivedCount, 103) << "each once";
+}
+
+class Short : public DerivedRuns {
+    void derive(TextRange, AttributeRunsBuilder& runs) const override { runs.append({1, green, true}); }
+};
+
+TEST(AttributeRunsDeathTest, RunsThatDoNotCoverTheirChunkAreAProgrammingError) {
+    AttributeRunsBuilder builder;
+    builder.append(DerivedChunk{std::make_shared<const Short>(), {0, 2}});
+    const AttributeRuns runs = builder.finish();
+    EXPECT_DEATH(std::ignore = runs.runAfter(0), "derived runs cover their chunk");
+    EXPECT_DEATH(builder.append(DerivedChunk{std::make_shared<const Short>(), {0, 0}}), "a chunk has characters");
+}
+
 /// The attributes of every unit for itself.
 class UnitAttributes {
 public:
@@ -238,6 +351,26 @@ void expectEqual(const AttributeRuns& runs, const UnitAttributes& model) {
     }
 }
 
+/// Some chunks of stripes at random, and the same as runs.
+struct RandomChunks {
+    RandomChunks(std::size_t units, std::mt19937& random) {
+        const auto stripes = std::make_shared<const Stripes>();
+        AttributeRunsBuilder builder;
+        for (auto left = static_cast<qint64>(units) / Stripes::period; left > 0 && chunks < 6; ++chunks) {
+            const qint64 periods = 1 + random() % std::min<std::uint32_t>(3, static_cast<std::uint32_t>(left));
+            builder.append(DerivedChunk{stripes, {60, periods * Stripes::period}});
+            for (qint64 period = 0; period < periods; ++period)
+                runs.insert(runs.end(), {{1, green, true}, {2, blue, true}, {3, base, true}});
+            left -= periods;
+        }
+        derived = builder.finish();
+    }
+
+    int chunks = 0;
+    AttributeRuns derived;
+    std::vector<AttributeRun> runs;
+};
+
 TEST(AttributeRuns, RandomEditsGiveWhatUnitByUnitAttributesGive) {
     constexpr std::array colors{base, green, blue};
     for (unsigned seed = 1; seed <= 20; ++seed) {
@@ -249,7 +382,13 @@ TEST(AttributeRuns, RandomEditsGiveWhatUnitByUnitAttributesGive) {
         for (int edit = 0; edit < 400; ++edit) {
             const std::size_t length = model.units.size();
             const std::size_t location = below(length + 1);
-            if (below(2) == 0) {
+            if (below(5) == 0) {
+                const RandomChunks given(length - location, random);
+                if (given.chunks == 0)
+                    continue;
+                runs.set(static_cast<qint64>(location), given.derived);
+                model.set(location, given.runs);
+            } else if (below(2) == 0) {
                 const std::size_t count = below(std::min<std::size_t>(length - location, 20) + 1);
                 const std::size_t newLength = below(edit < 100 ? 60 : 15);
                 runs.replace({static_cast<qint64>(location), static_cast<qint64>(count)},

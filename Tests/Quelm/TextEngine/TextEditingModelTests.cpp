@@ -86,7 +86,12 @@ public:
     void typeLineFeed() {
         const TextRange range = selected();
         const qint64 lineStart = range.location == 0 ? 0 : model_.text().lastIndexOf(u'\n', range.location - 1) + 1;
-        QString typed = u"\n"_s;
+        // The line's own end is repeated, in the last line that of the one before.
+        const QString text = model_.text();
+        qsizetype lineFeed = text.indexOf(u'\n', range.location);
+        if (lineFeed < 0)
+            lineFeed = lineStart - 1;
+        QString typed = lineFeed > 0 && text[lineFeed - 1] == u'\r' ? u"\r\n"_s : u"\n"_s;
         for (qint64 place = lineStart; place < range.location; ++place) {
             const QChar unit = model_.text()[place];
             if (unit != u' ' && unit != u'\t')

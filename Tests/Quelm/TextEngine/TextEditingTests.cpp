@@ -59,6 +59,18 @@ TEST(TextEditingTests, ALineFeedTakesTheIndentationAlong) {
     EXPECT_EQ(text.marked(), u"{\n \t \"a\": 1,\n \t |}"_s);
 }
 
+TEST(TextEditingTests, LinesThatEndWithAReturnAndALineFeedGoOnDoingSo) {
+    EditedText middle(u"{\r\n  \"a\": 1,|\r\n}"_s);
+    middle.editing.typeLineFeed();
+    EXPECT_EQ(middle.marked(), u"{\r\n  \"a\": 1,\r\n  |\r\n}"_s);
+    EditedText last(u"{\r\n}|"_s);
+    last.editing.typeLineFeed();
+    EXPECT_EQ(last.marked(), u"{\r\n}\r\n|"_s);
+    EditedText alone(u"a\rb|"_s);
+    alone.editing.typeLineFeed();
+    EXPECT_EQ(alone.marked(), u"a\rb\n|"_s);
+}
+
 TEST(TextEditingTests, ALineFeedWithinTheIndentationTakesAlongWhatIsBeforeIt) {
     EditedText text(u"  |  a"_s);
     text.editing.typeLineFeed();
@@ -165,7 +177,7 @@ TEST(TextEditingTests, PastingAMegabyteIsOneEdit) {
 
 TEST(TextEditingTests, PastingNothingLeavesTheSelection) {
     EditedText text(u"a^bc|d"_s);
-    text.editing.paste({});
+    text.editing.paste(QString());
     EXPECT_EQ(text.marked(), u"a^bc|d"_s);
 }
 

@@ -120,6 +120,43 @@ TEST(TextLayout, HebrewRunsFromRightToLeftWithinTheLine) {
     EXPECT_GT(text.layout.x(8), text.layout.x(4));
 }
 
+TEST(TextLayout, ALongerLineOfLettersThatJoinStandsOnTheGrid) {
+    std::u16string line = u"\u6F22";
+    while (static_cast<qint64>(line.size()) < TextLayout::joinedLength - 10)
+        line += u"\u05E9\u05DC\u05D5\u05DD ";
+    LaidOutText text(line);
+    const double natural = text.layout.x(1);
+    text.storage.replaceCharacters({text.storage.length(), 0}, QString(20, u'.'));
+    EXPECT_DOUBLE_EQ(text.layout.x(1), 2 * text.advance());
+    EXPECT_DOUBLE_EQ(text.layout.width(0), static_cast<double>(text.storage.text().summary().cells()) * text.advance());
+    text.layout.setComposition({0, QStringLiteral("xyz"), 2});
+    EXPECT_NEAR(text.layout.caretX(0), 2 * text.advance(), 0.1);
+    EXPECT_DOUBLE_EQ(text.layout.x(1), 2 * text.advance());
+    text.layout.setComposition({});
+    text.storage.replaceCharacters({text.storage.length() - 20, 20}, QStringView());
+    EXPECT_DOUBLE_EQ(text.layout.x(1), natural);
+}
+
+TEST(TextLayout, ALineOfOthersKeepsItsNaturalWidthsUpToTheLongest) {
+    std::u16string line = u"\u6F22";
+    while (static_cast<qint64>(line.size()) < TextLayout::segmentLength)
+        line += u"ñ";
+    const LaidOutText text(line);
+    const LaidOutText ideograph(u"\u6F22");
+    EXPECT_DOUBLE_EQ(text.layout.x(1), ideograph.layout.width(0));
+    EXPECT_NEAR(text.layout.width(0), text.layout.x(1) + static_cast<double>(line.size() - 1) * text.advance(), 20);
+}
+
+TEST(TextLayout, ACompositionMovesEmojiAside) {
+    LaidOutText text(u"😀é😀");
+    const double emoji = text.layout.x(2);
+    text.layout.setComposition({2, QStringLiteral("漢字"), 1});
+    const double before = text.layout.caretX(2);
+    EXPECT_GT(before, emoji);
+    EXPECT_NEAR(text.layout.x(3), emoji + 2 * (before - emoji) + text.advance(), 0.3);
+    EXPECT_EQ(text.layout.offsetAt(0, text.layout.x(3)), 3);
+}
+
 TEST(TextLayout, ASelectionAcrossDirectionsHasSeveralStretches) {
     const LaidOutText text(u"ab \u05E9\u05DC\u05D5\u05DD cd");
     // The two letters before the Hebrew word, and its first two, which are at its right end.

@@ -72,6 +72,26 @@ TEST_F(TextViewClipboardTests, TheKeysOfOldDoTheSame) {
     EXPECT_EQ(marked(), QStringLiteral("abcbc|d"));
 }
 
+TEST_F(TextViewClipboardTests, AByteOrderMarkIsACharacterLikeOthers) {
+    open(QStringLiteral("x^\uFEFF|y"));
+    press(Qt::Key_X, Qt::ControlModifier);
+    EXPECT_EQ(clipboard()->text(), QStringLiteral("\uFEFF"));
+    press(Qt::Key_V, Qt::ControlModifier);
+    EXPECT_EQ(marked(), QStringLiteral("x\uFEFF|y"));
+}
+
+TEST_F(TextViewClipboardTests, ByteOrderMarksStayWhereverTheTextIsCut) {
+    TextRope rope;
+    QString expected;
+    for (int part = 0; part < 2000; ++part) {
+        const std::u16string units = u"\uFEFF" + std::u16string(1 + part % 7, u'é');
+        rope = rope + TextRope::repairing(units);
+        expected += QStringView(units);
+    }
+    EXPECT_TRUE(TextMimeData(rope, {0, rope.utf16Count()}).text() == expected) << "thousands of units";
+    EXPECT_EQ(TextMimeData(rope, {3, 1}).text(), expected.mid(3, 1));
+}
+
 TEST_F(TextViewClipboardTests, WithoutASelectionTheClipboardStays) {
     clipboard()->setText(QStringLiteral("kept"));
     open(QStringLiteral("a|b"));

@@ -1,9 +1,13 @@
 #include "Tests/Quelm/TextEngine/TextViewWindow.h"
 
 #include <QApplication>
+#include <QInputMethod>
 #include <QInputMethodEvent>
 #include <QLayout>
 #include <QLineEdit>
+#include <QTest>
+
+#include <utility>
 
 namespace quelm {
 namespace {
@@ -110,6 +114,39 @@ TEST_F(TextViewInputMethodTests, AnEditByOthersDropsTheComposition) {
     EXPECT_EQ(shown(), QString());
     EXPECT_EQ(text(), QStringLiteral("x"));
     painted();
+}
+
+TEST_F(TextViewInputMethodTests, AnInputMethodMayAskAndCommitAtOnceWhenAnEditByOthersDropsItsComposition) {
+    open(QStringLiteral("a long line with the caret at its end|"));
+    compose(QStringLiteral("に"));
+    QString surrounding;
+    bool isToCommit = true;
+    QObject::connect(QGuiApplication::inputMethod(), &QInputMethod::cursorRectangleChanged, view, [&] {
+        surrounding = query(Qt::ImSurroundingText).toString();
+        query(Qt::ImCursorRectangle);
+        if (std::exchange(isToCommit, false))
+            commit(QStringLiteral("日"));
+    });
+    view->textStorage().replaceCharacters({0, view->textStorage().length()}, QStringLiteral("[1]"));
+    EXPECT_EQ(text(), QStringLiteral("[1]")) << "others are still following the edit";
+    QTest::qWait(0);
+    EXPECT_EQ(marked(), QStringLiteral("[1]日|"));
+    EXPECT_EQ(surrounding, QStringLiteral("[1]日"));
+    EXPECT_EQ(shown(), QString());
+}
+
+TEST_F(TextViewInputMethodTests, AStepThatIsUndoneElsewhereDropsTheComposition) {
+    open(QStringLiteral("|"));
+    type(QStringLiteral("several words"));
+    compose(QStringLiteral("に"));
+    QObject::connect(QGuiApplication::inputMethod(), &QInputMethod::cursorRectangleChanged, view,
+                     [this] { query(Qt::ImSurroundingText); });
+    undoManager.undo();
+    EXPECT_EQ(marked(), QStringLiteral("|"));
+    EXPECT_EQ(shown(), QString());
+    QTest::qWait(0);
+    undoManager.redo();
+    EXPECT_EQ(marked(), QStringLiteral("several words|"));
 }
 
 TEST_F(TextViewInputMethodTests, TheInputMethodPlacesItsOwnCaret) {

@@ -7,6 +7,7 @@
 #include <QTest>
 
 #include <algorithm>
+#include <cmath>
 
 namespace quelm {
 namespace {
@@ -133,6 +134,61 @@ TEST_F(TextViewScrollingTests, WhatIsAtTheTopStaysThereWhenOthersEditAboveIt) {
     EXPECT_EQ(view->verticalAxis().position(), 100 * rowHeight() + 5);
 }
 
+TEST_F(TextViewScrollingTests, ATextThatBecomesAnotherIsShownAtTheSamePlaceAsFarAsItHasThat) {
+    QString lines;
+    for (int line = 0; line < 200; ++line)
+        lines += QString(3000, u'x') + u'\n';
+    open(lines);
+    view->editing().setSelection(TextSelection::at(view->textStorage().lineStart(150) + 2000));
+    view->scrollRangeToVisible(view->selectedRange());
+    const QPoint place(static_cast<int>(view->horizontalAxis().position()),
+                       static_cast<int>(view->verticalAxis().position()));
+    const QRect caret = view->caretRectangle();
+    ASSERT_GT(place.x(), 0);
+    ASSERT_GT(place.y(), 0);
+    const auto replaceBy = [this](const QString& text) {
+        view->textStorage().replaceCharacters({0, view->textStorage().length()}, text);
+        QTest::qWait(0);
+    };
+
+    replaceBy(QString(lines).replace(u'x', u'y'));
+    EXPECT_EQ(view->horizontalAxis().position(), place.x());
+    EXPECT_EQ(view->verticalAxis().position(), place.y());
+    EXPECT_EQ(view->caretRectangle(), caret);
+
+    replaceBy(QString(200, u'\n'));
+    EXPECT_EQ(view->horizontalAxis().position(), 0);
+    EXPECT_EQ(view->horizontalAxis().maximum(), 0);
+    EXPECT_EQ(view->verticalAxis().position(), place.y());
+    EXPECT_EQ(view->textStorage().lineAt(view->selectedRange().location), 150);
+}
+
+TEST_F(TextViewScrollingTests, OfALongStretchThatIsUndoneTheStartIsShown) {
+    open(numberedLines(400));
+    const TextStorage& storage = view->textStorage();
+    const TextRange changed = TextRange::between(storage.lineStart(100), storage.lineStart(300));
+    view->editing().replace(changed, TextRope(SharedText("one line\n")), QStringLiteral("Reemplazar"));
+    view->verticalAxis().setPosition(0);
+    view->undo();
+    EXPECT_EQ(view->selectedRange(), changed);
+    EXPECT_TRUE(view->viewport()->rect().contains(view->caretRectangleAt(changed.location)));
+
+    press(Qt::Key_Home, Qt::ControlModifier);
+    view->redo();
+    EXPECT_TRUE(isCaretVisible());
+    EXPECT_TRUE(view->viewport()->rect().contains(view->caretRectangleAt(changed.location)));
+}
+
+TEST_F(TextViewScrollingTests, OfAShortStretchThatIsUndoneTheEndIsShownToo) {
+    open(numberedLines(400));
+    const TextRange changed{view->textStorage().lineStart(100), 10};
+    view->editing().replace(changed, {}, QStringLiteral("Reemplazar"));
+    view->verticalAxis().setPosition(0);
+    view->undo();
+    EXPECT_EQ(view->selectedRange(), changed);
+    EXPECT_TRUE(isCaretVisible());
+}
+
 // Zoom.
 
 TEST_F(TextViewScrollingTests, KeysAndTheWheelZoomInTenths) {
@@ -171,6 +227,18 @@ TEST_F(TextViewScrollingTests, ZoomingKeepsTheTextThatIsAtTheTop) {
     EXPECT_EQ(view->visibleRows().front().line, 100);
     view->setZoom(0.7);
     EXPECT_EQ(view->visibleRows().front().line, 100);
+}
+
+TEST_F(TextViewScrollingTests, ZoomingKeepsTheColumnThatIsAtTheLeft) {
+    open(QString(10'000, u'x'));
+    const qint64 column = 5000;
+    const auto advance = [this] { return view->textLayout().font().advance(); };
+    view->scrollRangeToVisible({column, 0});
+    view->horizontalAxis().setPosition(std::llround(column * advance()));
+    view->setZoom(1.5);
+    EXPECT_NEAR(static_cast<double>(view->horizontalAxis().position()), column * advance(), 2);
+    view->setZoom(0.7);
+    EXPECT_NEAR(static_cast<double>(view->horizontalAxis().position()), column * advance(), 2);
 }
 
 TEST_F(TextViewScrollingTests, AFieldNeedNotZoom) {
