@@ -45,6 +45,24 @@ constexpr std::array<std::uint64_t, 256> successors = [] {
     return table;
 }();
 
+std::uint64_t stateAfter(std::uint64_t state, char byte) {
+    return (successors[static_cast<unsigned char>(byte)] >> state) & stateMask;
+}
+
+std::uint64_t stateAfter(std::uint64_t state, const char* place, const char* end) {
+    for (; place != end; ++place)
+        state = stateAfter(state, *place);
+    return state;
+}
+
+bool isOutside(std::uint64_t state) {
+    return state == outside || state == outside + hadLineFeed;
+}
+
+bool isWithin(std::uint64_t state) {
+    return state == within || state == within + hadLineFeed;
+}
+
 /// Bytes that are looked at together.
 constexpr std::ptrdiff_t blockLength = 64;
 
@@ -69,19 +87,20 @@ struct Block {
 
 } // namespace
 
-SyntaxDivider::SyntaxDivider(TextRope text, ByteRange range, std::int64_t leastPart)
-    : text_(std::move(text)), start_(range.location), end_(range.end()), leastPart_(leastPart), place_(start_) {
-    require(leastPart > 0, "parts have characters");
+SyntaxDivider::SyntaxDivider(TextRope text, ByteRange range, Lengths lengths)
+    : text_(std::move(text)), start_(range.location), end_(range.end()), lengths_(lengths), place_(start_) {
+    require(0 < lengths.least && lengths.least <= lengths.most, "parts have characters");
 }
 
 std::optional<SyntaxDivider::Part> SyntaxDivider::next() {
     const std::int64_t start = place_;
     if (state_ >= hadLineFeed)
         state_ -= hadLineFeed;
-    while (place_ < end_) {
-        const std::string_view bytes = bytesAfter(place_);
+    const std::int64_t limit = std::min(start + lengths_.most, end_);
+    while (place_ < limit) {
+        const std::string_view bytes = bytesAfter(place_, limit);
         const char* const end = bytes.data() + bytes.size();
-        const auto least = std::clamp<std::int64_t>(start + leastPart_ - place_, 0, std::ssize(bytes));
+        const auto least = std::clamp<std::int64_t>(start + lengths_.least - place_, 0, std::ssize(bytes));
         skipTo(bytes.data(), bytes.data() + least);
         const char* const found = endOfPart(bytes.data() + least, end);
         place_ += found - bytes.data();
@@ -91,49 +110,48 @@ std::optional<SyntaxDivider::Part> SyntaxDivider::next() {
     return std::nullopt;
 }
 
-std::string_view SyntaxDivider::bytesAfter(std::int64_t place) const {
+std::string_view SyntaxDivider::bytesAfter(std::int64_t place, std::int64_t limit) const {
     const TextRope::Chunk chunk = text_.chunkAfter(place);
-    return chunk.bytes.substr(static_cast<std::size_t>(place - chunk.location), static_cast<std::size_t>(end_ - place));
-}
-
-void SyntaxDivider::take(char byte) {
-    state_ = (successors[static_cast<unsigned char>(byte)] >> state_) & stateMask;
+    return chunk.bytes.substr(static_cast<std::size_t>(place - chunk.location),
+                              static_cast<std::size_t>(limit - place));
 }
 
 void SyntaxDivider::skipTo(const char* place, const char* end) {
     if (place == end)
         return;
     before_ = end[-1];
+    std::uint64_t state = state_;
     for (; end - place >= blockLength; place += blockLength) {
         const Block block(place);
-        const std::uint64_t had = state_ >= hadLineFeed ? hadLineFeed : 0;
-        if (block.hasOnlyQuotes && state_ - had != escaping)
-            state_ = block.quotes % 2 == 0 ? state_ : within + 2 * had - state_;
+        const std::uint64_t had = state >= hadLineFeed ? hadLineFeed : 0;
+        if (block.hasOnlyQuotes && state - had != escaping)
+            state = block.quotes % 2 == 0 ? state : within + 2 * had - state;
         else
-            std::for_each(place, place + blockLength, [this](char byte) { take(byte); });
+            state = stateAfter(state, place, place + blockLength);
     }
-    std::for_each(place, end, [this](char byte) { take(byte); });
+    state_ = stateAfter(state, place, end);
 }
 
 const char* SyntaxDivider::endOfPart(const char* place, const char* end) {
     while (place != end) {
         const char* const blockEnd = place + std::min(blockLength, end - place);
-        const bool isLongString = (state_ == within || state_ == within + hadLineFeed) &&
-                                  blockEnd - place == blockLength && Block(place).quotes == 0;
-        if (isLongString) {
+        if (isWithin(state_) && blockEnd - place == blockLength && Block(place).quotes == 0) {
             skipTo(place, blockEnd);
             place = blockEnd;
             continue;
         }
-        for (; place != blockEnd; ++place) {
-            const bool isOutside = state_ == outside || state_ == outside + hadLineFeed;
-            if (isOutside && SyntaxTokenReader::isBetweenColors(before_, *place))
-                return place;
-            take(*place);
-            before_ = *place;
+        std::uint64_t state = state_;
+        char before = before_;
+        while (place != blockEnd && !(isOutside(state) && SyntaxTokenReader::isBetweenColors(before, *place))) {
+            before = *place++;
+            state = stateAfter(state, before);
         }
+        state_ = state;
+        before_ = before;
+        if (place != blockEnd)
+            break;
     }
-    return end;
+    return place;
 }
 
 } // namespace quelm

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <string_view>
 
 namespace quelm {
 
@@ -12,33 +13,38 @@ namespace quelm {
 /// which takes much less than to recognise tokens.
 class SyntaxDivider {
 public:
-    /// Outside of tokens at the start of `range`. Parts have `leastPart` bytes (at least 1), and as many more as it
-    /// takes to find a place to end at.
-    SyntaxDivider(TextRope text, ByteRange range, std::int64_t leastPart);
+    /// How many bytes a part has: the least, at least 1, and as many more as it takes to find a place to end at, up to
+    /// the most.
+    struct Lengths {
+        std::int64_t least = 1;
+        std::int64_t most = 1;
+    };
+    /// Outside of tokens at the start of `range`.
+    SyntaxDivider(TextRope text, ByteRange range, Lengths lengths);
 
     struct Part {
         ByteRange bytes;
         /// No string in it has a line feed.
         bool isSettled = false;
     };
-    /// The part after the last one; nothing if there is no place where it could end short of the end of the range.
+    /// The part after the last one; nothing if there is no place where it could end, with that length and short of the
+    /// end of the range. Then there is nothing more to ask.
     std::optional<Part> next();
 
     std::int64_t bytesRead() const { return place_ - start_; }
 
 private:
-    std::string_view bytesAfter(std::int64_t place) const;
+    std::string_view bytesAfter(std::int64_t place, std::int64_t limit) const;
 
     /// Goes on to a place in the piece that the present place is in.
     void skipTo(const char* place, const char* end);
     /// The first place where a part may end, or the end.
     const char* endOfPart(const char* place, const char* end);
-    void take(char byte);
 
     const TextRope text_;
     const std::int64_t start_;
     const std::int64_t end_;
-    const std::int64_t leastPart_;
+    const Lengths lengths_;
     std::int64_t place_;
     /// Whether the place is within a string, and what was seen before (see the implementation).
     std::uint64_t state_ = 0;

@@ -73,6 +73,8 @@ qint64 SyntaxRecoloring::nextToScan(qint64 place) const {
 qint64 SyntaxRecoloring::scanFrom(qint64 start, AttributeRunsBuilder& runs) {
     scanner_.moveTo(start);
     bool isAiming = false;
+    qint64 nearLength = sizes_.leastScan;
+    qint64 nearEnd = start + nearLength;
     for (qint64 target = start + 1;;) {
         scanner_.scan(target, runs);
         const qint64 here = scanner_.offset();
@@ -84,32 +86,38 @@ qint64 SyntaxRecoloring::scanFrom(qint64 start, AttributeRunsBuilder& runs) {
             if (next != here)
                 return next;
         }
-        if (here - start >= sizes_.leastScan)
-            return scanFarFrom(here, runs);
+        if (here >= nearEnd) {
+            const qint64 next = scanFar(runs);
+            const qint64 end = scanner_.offset();
+            if (next != end)
+                return next;
+            // What can hardly be divided is seldom tried.
+            nearLength = end - here > sizes_.mostInChunk ? sizes_.leastScan : 2 * nearLength;
+            nearEnd = end + nearLength;
+            target = end + 1;
+            continue;
+        }
         // A scan that has met with the earlier one also stops where the next run starts. It is seldom asked, so that a
         // long scan which never does costs nothing more.
         isAiming = !isAiming && met.location < here;
         target = isAiming ? met.end() : here + 1 + (here - start) / 8;
-        target = std::min(target, start + sizes_.leastScan);
+        target = std::min(target, nearEnd);
     }
 }
 
-/// The same, for a scan that has come from afar to `start`.
-qint64 SyntaxRecoloring::scanFarFrom(qint64 start, AttributeRunsBuilder& runs) {
-    const Division division = divided(start);
+/// Scans what can be divided of the text from the scanner's place on, and returns where to go on: the scanner's place,
+/// unless the earlier scan was met with.
+qint64 SyntaxRecoloring::scanFar(AttributeRunsBuilder& runs) {
+    const Division division = divided(scanner_.offset());
     append(division.parts, runs);
-    const qint64 end = division.parts.empty() ? start : division.parts.back().units.end();
-    if (division.next > end)
-        return division.next;
-    scanner_.scan(lines_.end(), runs);
-    return lines_.end();
+    return division.next;
 }
 
 /// The parts from `start` on, as far as the earlier scan is not met with.
 SyntaxRecoloring::Division SyntaxRecoloring::divided(qint64 start) {
     const qint64 startByte = text_.summaryBeforeUTF16(start).bytes;
     const qint64 endByte = text_.summaryBeforeUTF16(lines_.end()).bytes;
-    SyntaxDivider divider(text_, ByteRange::between(startByte, endByte), sizes_.leastChunk);
+    SyntaxDivider divider(text_, ByteRange::between(startByte, endByte), {sizes_.leastChunk, sizes_.mostInChunk});
     Division division{{}, start};
     bool isAiming = false;
     qint64 target = start;
@@ -119,7 +127,7 @@ SyntaxRecoloring::Division SyntaxRecoloring::divided(qint64 start) {
         division.next = end;
         if (end < target)
             continue;
-        // The run of the earlier scan has to be derived, as a rule. This is seldom done, as there.
+        // As a rule the run of the earlier scan has to be derived, so this is as seldom done as in a scan by tokens.
         const AttributeRuns::PlacedRun met = old_.runAfter(end);
         if (met.location == end && nextToScan(end) != end) {
             division.next = nextToScan(end);
@@ -143,7 +151,7 @@ void SyntaxRecoloring::append(const std::vector<Part>& parts, AttributeRunsBuild
     const auto stretch = std::make_shared<const SyntaxStretch>(text_.slice(bytes));
     for (const Part& part : parts) {
         // The first part starts at any place between tokens: its first run may be one with the run before.
-        const bool isLeft = &part != &first && part.part.isSettled && part.part.bytes.length <= sizes_.mostInChunk;
+        const bool isLeft = &part != &first && part.part.isSettled;
         if (isLeft) {
             runs.append(DerivedChunk{stretch, {part.units.location - first.units.location, part.units.length}});
             continue;

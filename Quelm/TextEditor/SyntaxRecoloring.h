@@ -18,8 +18,8 @@ struct SyntaxScanSizes {
     qint64 leastScan = qint64{32} << 10;
     /// Bytes whose colours are derived together, at least. It bounds what a look at one of them costs.
     qint64 leastChunk = qint64{8} << 10;
-    /// There are more if it takes much to find a place to divide the text at, as within a long string. Beyond this many
-    /// the colours, likely few, are not left to be derived.
+    /// There are more if it takes much to find a place to divide the text at, as within a long string. Where it would
+    /// take more than this many, which likely are of few colours, the scan goes on token by token.
     qint64 mostInChunk = qint64{64} << 10;
 };
 
@@ -44,7 +44,7 @@ private:
     qint64 pastSettled(qint64 place) const;
     qint64 nextToScan(qint64 place) const;
     qint64 scanFrom(qint64 start, AttributeRunsBuilder& runs);
-    qint64 scanFarFrom(qint64 start, AttributeRunsBuilder& runs);
+    qint64 scanFar(AttributeRunsBuilder& runs);
     Division divided(qint64 start);
     void append(const std::vector<Part>& parts, AttributeRunsBuilder& runs);
 

@@ -4,6 +4,7 @@
 #include <QTextLayout>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace quelm {
@@ -16,10 +17,15 @@ constexpr double unlimitedWidth = 1'000'000;
 /// Units that are shaped together, so few that to look among them costs little.
 constexpr qsizetype mostTogether = 64;
 
-/// Ideographs, kana but their marks, and Hangul syllables, in a quick and not quite complete way.
+/// Most ideographs, kana and Hangul syllables. None of those that several scripts share, for which another font may be
+/// found where others stand before them.
 bool isOfOneGlyph(QChar unit) {
     const char16_t code = unit.unicode();
-    return (code >= 0x3041 && code <= 0x9FFF && code != 0x3099 && code != 0x309A) || (code >= 0xAC00 && code <= 0xD7A3);
+    return (0x3041 <= code && code <= 0x3096)     // Hiragana
+           || (0x30A1 <= code && code <= 0x30FA)  // Katakana
+           || (0x3400 <= code && code <= 0x4DBF)  // ideographs
+           || (0x4E00 <= code && code <= 0x9FFF)  // more of them
+           || (0xAC00 <= code && code <= 0xD7A3); // Hangul syllables
 }
 
 /// One line of a few characters.

@@ -166,7 +166,13 @@ void TextScrolling::reveal(qint64 firstRow, qint64 lastRow, double start, double
     settle();
     const qint64 rowHeight = layout_.font().rowHeight();
     const qint64 spare = size_.height() - rowHeight;
-    const qint64 margin = std::clamp<qint64>(inset_.height(), 0, std::max<qint64>(0, spare / 2));
+    // A place that comes from afar is shown amid what is around it.
+    constexpr qint64 nearRows = 2;
+    const qint64 near = nearRows * rowHeight;
+    const bool isFar = rowTop(lastRow) + rowHeight + near < vertical_.position() ||
+                       rowTop(firstRow) - near > vertical_.position() + size_.height();
+    const qint64 wanted = isFar ? size_.height() / 4 : inset_.height();
+    const qint64 margin = std::clamp<qint64>(wanted, 0, std::max<qint64>(0, spare / 2));
     const bool isFitting = (lastRow - firstRow + 1) * rowHeight <= size_.height();
     const qint64 top = rowTop(isFitting ? firstRow : lastRow) - margin;
     vertical_.reveal(top, std::min<qint64>(rowTop(lastRow) + rowHeight + margin - top, size_.height()));

@@ -121,7 +121,7 @@ TEST(TextLayout, HebrewRunsFromRightToLeftWithinTheLine) {
 }
 
 TEST(TextLayout, ALongerLineOfLettersThatJoinStandsOnTheGrid) {
-    std::u16string line = u"\u6F22";
+    std::u16string line = u"\u6F22a";
     while (static_cast<qint64>(line.size()) < TextLayout::joinedLength - 10)
         line += u"\u05E9\u05DC\u05D5\u05DD ";
     LaidOutText text(line);
