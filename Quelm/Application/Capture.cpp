@@ -1,7 +1,7 @@
 #include "Quelm/Application/Capture.h"
 
 #include "Quelm/Application/DocumentController.h"
-#include "Quelm/Application/FileMenu.h"
+#include "Quelm/Application/WindowMenus.h"
 #include "Quelm/Documents/DocumentLoading.h"
 
 #include <QApplication>
@@ -34,13 +34,16 @@ int captureWindow(DocumentController& controller, const QString& file, const QSt
 
     const QString location = QFileInfo(file).absoluteFilePath();
     EditorView window(std::make_shared<JSONDocument>(std::make_shared<DocumentConfiguration>(location)));
-    addFileMenu(window, controller);
+    addWindowMenus(window, controller);
     window.document().apply(*std::move(content));
     window.showDocument();
     window.resize(EditorView::defaultSize());
 
     QImage image(window.size() * scale, QImage::Format_RGB32);
     image.setDevicePixelRatio(scale);
+    // The first time finds the sizes out; whether scroll bars are needed follows from them.
+    window.render(&image);
+    QCoreApplication::processEvents();
     window.render(&image);
     QSaveFile output(imageFile);
     if (!output.open(QIODevice::WriteOnly) || !image.save(&output, "png") || !output.commit())

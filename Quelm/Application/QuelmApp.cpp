@@ -1,12 +1,10 @@
 #include "Quelm/Application/QuelmApp.h"
 
 #include "Quelm/Application/Capture.h"
-#include "Quelm/Application/EditMenu.h"
-#include "Quelm/Application/FileMenu.h"
-#include "Quelm/Application/FindItems.h"
 #include "Quelm/Application/LaunchArguments.h"
 #include "Quelm/Application/Localization.h"
 #include "Quelm/Application/Look.h"
+#include "Quelm/Application/WindowMenus.h"
 
 #include <QApplication>
 
@@ -105,8 +103,7 @@ QuelmApp::QuelmApp() : documents_([this](EditorView& window) { prepareWindow(win
 }
 
 void QuelmApp::prepareWindow(EditorView& window) {
-    addFileMenu(window, documents_);
-    addFindItems(addEditMenu(window, window.undoManager()), window);
+    addWindowMenus(window, documents_);
     appDelegate_.observe(window);
 }
 

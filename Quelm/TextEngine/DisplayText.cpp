@@ -12,7 +12,7 @@ constexpr char16_t firstControlPicture = u'␀';
 constexpr char16_t deletePicture = u'␡';
 constexpr char16_t lineBreakPicture = u'␤';
 constexpr char16_t paragraphSign = u'¶';
-constexpr char16_t placeholderSign = u'▯';
+constexpr char16_t boxSign = u'▯';
 
 /// The sign that stands for a unit, or the unit itself.
 char16_t visibleUnit(char16_t unit) {
@@ -29,7 +29,7 @@ char16_t visibleUnit(char16_t unit) {
     // The other controls have no pictures. A byte-order mark is unseen, and an object replacement character would be
     // the place of an object that is not there.
     if (unit < 0xA0 || unit == 0xFEFF || unit == 0xFFFC)
-        return placeholderSign;
+        return boxSign;
     return unit;
 }
 

@@ -1,0 +1,15 @@
+#include "Quelm/Application/WindowMenus.h"
+
+#include "Quelm/Application/EditMenu.h"
+#include "Quelm/Application/FileMenu.h"
+#include "Quelm/Application/FindItems.h"
+#include "Quelm/EditorWindow/EditorView.h"
+
+namespace quelm {
+
+void addWindowMenus(EditorView& window, DocumentController& controller) {
+    addFileMenu(window, controller);
+    addFindItems(addEditMenu(window, window.undoManager()), window);
+}
+
+} // namespace quelm
