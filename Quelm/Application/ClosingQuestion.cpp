@@ -31,6 +31,8 @@ QMessageBox* askBeforeClosing(QWidget& window, const QString& name, ClosingAnswe
                              answers.save();
                          else if (clicked == discard)
                              answers.discard();
+                         else
+                             answers.cancel();
                      });
     box->open();
     return box;

@@ -13,6 +13,7 @@ namespace quelm {
 struct ClosingAnswers {
     std::function<void()> save;
     std::function<void()> discard;
+    std::function<void()> cancel;
 };
 
 /// Asks whether the changes of a document of that name are to be saved and returns at once; the box deletes itself when

@@ -15,6 +15,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <utility>
 
 namespace quelm {
 
@@ -129,7 +130,7 @@ void DocumentController::saveAs(EditorView& window) {
     const auto& location = window.document().configuration().fileLocation();
     dialog->selectFile(location.value_or(window.document().baseName() + QStringLiteral(".json")));
     connect(dialog, &QFileDialog::fileSelected, &window, [this, &window](const QString& path) { write(window, path); });
-    connect(dialog, &QDialog::rejected, &window, [this, &window] { closingWhenSaved_.erase(&window); });
+    connect(dialog, &QDialog::rejected, &window, [this, &window] { cancelClosing(window); });
     dialog->open();
 }
 
@@ -141,6 +142,7 @@ void DocumentController::write(EditorView& window, const QString& path) {
     if (const JSONTextView* editor = window.textEditor())
         editor->textView().editing().endTypingStep();
     const StateToken::Value token = document->stateToken().current();
+    startSaving(window, token);
     startInBackground(
         savingThread_, this,
         [path, snapshot = document->snapshot()](std::stop_token) { return saveDocument(path, snapshot); },
@@ -149,12 +151,13 @@ void DocumentController::write(EditorView& window, const QString& path) {
             if (result) {
                 document->configuration().setFileLocation(path);
                 document->noteSaved(token);
-                if (owner)
-                    finishSaving(*owner);
             } else {
-                closingWhenSaved_.erase(owner);
+                if (owner)
+                    cancelClosing(*owner);
                 alert(owner, tr("No se pudo guardar «%1».").arg(QFileInfo(path).fileName()), result.error().message);
             }
+            if (owner)
+                finishSaving(*owner);
             announceIdle();
         })
         .detach();
@@ -175,6 +178,7 @@ void DocumentController::removeWindow(EditorView* window) {
     questions_.erase(window);
     closingWhenSaved_.erase(window);
     discarding_.erase(window);
+    savings_.erase(window);
     std::erase(windows_, window);
     announceIdle();
 }
@@ -182,11 +186,16 @@ void DocumentController::removeWindow(EditorView* window) {
 bool DocumentController::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::Close)
         return QObject::eventFilter(watched, event);
-    const auto window = std::ranges::find(windows_, watched);
-    if (window == windows_.end() || !(*window)->document().isModified() || discarding_.contains(*window))
+    const auto found = std::ranges::find(windows_, watched);
+    if (found == windows_.end() || !(*found)->document().isModified() || discarding_.contains(*found))
         return QObject::eventFilter(watched, event);
     event->ignore();
-    askBeforeClosing(**window);
+    EditorView& window = **found;
+    const auto saving = savings_.find(&window);
+    if (saving != savings_.end() && saving->second.token == window.document().stateToken().current())
+        closingWhenSaved_.insert(&window);
+    else
+        askBeforeClosing(window);
     return true;
 }
 
@@ -196,21 +205,70 @@ void DocumentController::askBeforeClosing(EditorView& window) {
         return question->raise();
     bringForward(window);
     question = quelm::askBeforeClosing(window, window.document().configuration().displayName(),
-                                       {.save =
-                                            [this, &window] {
-                                                closingWhenSaved_.insert(&window);
-                                                save(window);
-                                            },
-                                        .discard =
-                                            [this, &window] {
-                                                discarding_.insert(&window);
-                                                window.close();
-                                            }});
+                                       {.save = [this, &window] { saveAndClose(window); },
+                                        .discard = [this, &window] { discardAndClose(window); },
+                                        .cancel = [this, &window] { cancelClosing(window); }});
 }
 
-/// What was saved may be less than what the window holds now: closing asks again then.
+void DocumentController::saveAndClose(EditorView& window) {
+    closingWhenSaved_.insert(&window);
+    save(window);
+}
+
+void DocumentController::discardAndClose(EditorView& window) {
+    discarding_.insert(&window);
+    if (isQuitting_)
+        continueQuitting();
+    else
+        window.close();
+}
+
+void DocumentController::cancelClosing(EditorView& window) {
+    closingWhenSaved_.erase(&window);
+    if (std::exchange(isQuitting_, false))
+        discarding_.clear();
+}
+
+void DocumentController::quit() {
+    isQuitting_ = true;
+    continueQuitting();
+}
+
+/// Asks about one window after the other, and closes them when all are settled.
+void DocumentController::continueQuitting() {
+    const auto isToBeAsked = [this](EditorView* window) {
+        return window->document().isModified() && !discarding_.contains(window);
+    };
+    if (const auto next = std::ranges::find_if(windows_, isToBeAsked); next != windows_.end()) {
+        (*next)->close();
+        return;
+    }
+    isQuitting_ = false;
+    for (EditorView* window : std::vector(windows_))
+        window->close();
+}
+
+void DocumentController::startSaving(EditorView& window, StateToken::Value token) {
+    Saving& saving = savings_[&window];
+    ++saving.count;
+    saving.token = token;
+}
+
 void DocumentController::finishSaving(EditorView& window) {
-    if (closingWhenSaved_.erase(&window) > 0)
+    if (--savings_[&window].count > 0)
+        return;
+    savings_.erase(&window);
+    // What is asked about may have been saved meanwhile.
+    QPointer<QMessageBox>& question = questions_[&window];
+    const bool isAnswered = question && !window.document().isModified();
+    if (isAnswered)
+        question->deleteLater();
+    if (closingWhenSaved_.erase(&window) == 0 && !isAnswered)
+        return;
+    // What was saved may be less than what the window holds now: closing asks again then.
+    if (isQuitting_)
+        continueQuitting();
+    else
         window.close();
 }
 

@@ -47,6 +47,10 @@ public:
 
     const std::vector<EditorView*>& windows() const { return windows_; }
 
+    /// Closes all windows, once it has been asked what becomes of the changes of each; none if one question is
+    /// cancelled.
+    void quit();
+
     /// Asks what becomes of the window's changes before it closes.
     bool eventFilter(QObject* watched, QEvent* event) override;
 
@@ -63,7 +67,12 @@ private:
     EditorView* addWindow(std::shared_ptr<JSONDocument> document);
     void removeWindow(EditorView* window);
     void askBeforeClosing(EditorView& window);
+    void saveAndClose(EditorView& window);
+    void discardAndClose(EditorView& window);
+    void cancelClosing(EditorView& window);
+    void startSaving(EditorView& window, StateToken::Value token);
     void finishSaving(EditorView& window);
+    void continueQuitting();
     void finishOpening(EditorView* window, std::expected<JSONContent, FileError> content);
     void write(EditorView& window, const QString& path);
     void alert(QWidget* parent, const QString& message, const QString& details);
@@ -77,6 +86,13 @@ private:
     /// Windows that close as soon as they are saved, and those that close with their changes.
     std::unordered_set<EditorView*> closingWhenSaved_;
     std::unordered_set<EditorView*> discarding_;
+    struct Saving {
+        int count = 0;
+        /// The state that the last of them saves.
+        StateToken::Value token = 0;
+    };
+    std::unordered_map<EditorView*, Saving> savings_;
+    bool isQuitting_ = false;
     /// One thread: what is saved later is written later.
     QThreadPool savingThread_;
     int alertCount_ = 0;

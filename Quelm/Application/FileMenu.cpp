@@ -2,7 +2,7 @@
 
 #include "Quelm/Application/DocumentController.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QMenu>
 #include <QMenuBar>
 
@@ -29,9 +29,7 @@ void addFileMenu(EditorView& window, DocumentController& controller) {
     add(FileMenu::tr("&Guardar"), Qt::CTRL | Qt::Key_S, [&] { controller.save(window); });
     add(FileMenu::tr("Guardar &como…"), Qt::CTRL | Qt::SHIFT | Qt::Key_S, [&] { controller.saveAs(window); });
     menu->addSeparator();
-    add(FileMenu::tr("&Salir"), Qt::CTRL | Qt::Key_Q, [] {
-        QApplication::closeAllWindows();
-    })->setMenuRole(QAction::QuitRole);
+    add(FileMenu::tr("&Salir"), Qt::CTRL | Qt::Key_Q, [&] { controller.quit(); })->setMenuRole(QAction::QuitRole);
 }
 
 } // namespace quelm

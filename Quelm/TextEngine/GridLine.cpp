@@ -232,17 +232,21 @@ void GridLine::paint(const RowPainting& painting, qint64 row) const {
         painter.translate(painting.origin.x(), 0);
         painter.scale(of.scale, 1);
         const double width = of.width / of.scale;
+        const double left = std::max(painting.left / of.scale, 0.0);
+        const double right = std::min(painting.right / of.scale, width);
         // A stretch that is shaped as a whole may go on in the next row.
         painter.setClipRect(QRectF(0, painting.origin.y() - context_.font.ascent(), width, context_.font.rowHeight()),
                             Qt::IntersectClip);
-        paintSegments({painter,
-                       {-of.left, painting.origin.y()},
-                       of.left + std::max(painting.left / of.scale, 0.0),
-                       of.left + std::min(painting.right / of.scale, width),
-                       painting.attributes,
-                       painting.lineStart,
-                       painting.color,
-                       painting.glyphs});
+        // Beside the row's text there is that of another row.
+        if (left < right)
+            paintSegments({painter,
+                           {-of.left, painting.origin.y()},
+                           of.left + left,
+                           of.left + right,
+                           painting.attributes,
+                           painting.lineStart,
+                           painting.color,
+                           painting.glyphs});
         painter.restore();
     }
     if (overlay_ && rowOf(overlay_->unit) == row)

@@ -212,8 +212,11 @@ bool isAtLineEnd(const TextRope& text, qint64 offset) {
 
 } // namespace
 
+/// A word may end within a cluster, and goes on then; where so many do in a row, it is cut.
+constexpr int mostStops = 4;
+
 qint64 nextWord(const TextRope& text, qint64 offset) {
-    while (offset < text.utf16Count()) {
+    for (int stop = 0; stop < mostStops && offset < text.utf16Count(); ++stop) {
         offset = kindStopAfter(text, offset);
         if (clusterStart(text, offset) == offset)
             break;
@@ -222,7 +225,7 @@ qint64 nextWord(const TextRope& text, qint64 offset) {
 }
 
 qint64 previousWord(const TextRope& text, qint64 offset) {
-    while (offset > 0) {
+    for (int stop = 0; stop < mostStops && offset > 0; ++stop) {
         offset = kindStopBefore(text, offset);
         if (clusterStart(text, offset) == offset)
             break;

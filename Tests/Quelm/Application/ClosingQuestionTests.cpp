@@ -1,5 +1,4 @@
 #include "Quelm/Application/ClosingQuestion.h"
-
 #include "Quelm/Application/DocumentController.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
@@ -98,6 +97,79 @@ TEST_F(ClosingQuestionTests, WhatIsTypedWhileItIsSavedIsAskedAboutAgain) {
     ASSERT_TRUE(QTest::qWaitFor([this] { return TemporaryFolder::contents(path) == "x[1" && question(); }));
     answer(QStringLiteral("No guardar"));
     EXPECT_TRUE(closes());
+}
+
+TEST_F(ClosingQuestionTests, AWindowThatIsBeingSavedAsItIsClosesWithoutAQuestion) {
+    openAndType();
+    controller.save(*window);
+    window->close();
+    EXPECT_EQ(question(), nullptr);
+    EXPECT_TRUE(closes());
+    EXPECT_EQ(TemporaryFolder::contents(path), "x[1");
+}
+
+TEST_F(ClosingQuestionTests, AnEarlierSaveDoesNotAnswerForALaterState) {
+    openAndType();
+    controller.save(*window);
+    QTest::keyClick(&window->textEditor()->textView(), Qt::Key_Y);
+    window->close();
+    answer(QStringLiteral("Guardar"));
+    EXPECT_TRUE(closes());
+    EXPECT_EQ(TemporaryFolder::contents(path), "xy[1");
+}
+
+class QuittingTests : public ClosingQuestionTests {
+protected:
+    /// Two windows, the given ones with changes.
+    void openTwo(std::initializer_list<std::size_t> changed) {
+        for (const QString& name : {QStringLiteral("a.json"), QStringLiteral("b.json")})
+            controller.open(folder.write(name, "[1"));
+        ASSERT_TRUE(QTest::qWaitFor([this] {
+            return controller.windows().size() == 2 &&
+                   std::ranges::none_of(controller.windows(), &EditorView::isOpening);
+        }));
+        for (const std::size_t index : changed)
+            QTest::keyClick(&controller.windows().at(index)->textEditor()->textView(), Qt::Key_X);
+    }
+    void answerNext(const QString& title) {
+        const auto asks = [](EditorView* view) { return view->findChild<QMessageBox*>() != nullptr; };
+        ASSERT_TRUE(QTest::qWaitFor([&] { return std::ranges::any_of(controller.windows(), asks); }));
+        window = *std::ranges::find_if(controller.windows(), asks);
+        answer(title);
+        QMessageBox* answered = question();
+        ASSERT_TRUE(QTest::qWaitFor([&, box = QPointer<QMessageBox>(answered)] { return !box; }));
+    }
+    bool allClose() {
+        return QTest::qWaitFor([this] { return controller.windows().empty(); });
+    }
+};
+
+TEST_F(QuittingTests, AsksAboutTheChangedWindowAndClosesAll) {
+    for (const std::size_t changed : {0, 1}) {
+        openTwo({changed});
+        controller.quit();
+        answerNext(QStringLiteral("No guardar"));
+        EXPECT_TRUE(allClose());
+    }
+}
+
+TEST_F(QuittingTests, SavesWhatIsToBeSaved) {
+    openTwo({0, 1});
+    controller.quit();
+    answerNext(QStringLiteral("Guardar"));
+    answerNext(QStringLiteral("Guardar"));
+    EXPECT_TRUE(allClose());
+    EXPECT_EQ(TemporaryFolder::contents(folder.path(QStringLiteral("a.json"))), "x[1");
+    EXPECT_EQ(TemporaryFolder::contents(folder.path(QStringLiteral("b.json"))), "x[1");
+}
+
+TEST_F(QuittingTests, CancellingOneQuestionClosesNone) {
+    openTwo({0, 1});
+    controller.quit();
+    answerNext(QStringLiteral("No guardar"));
+    answerNext(QStringLiteral("Cancelar"));
+    EXPECT_EQ(controller.windows().size(), 2u);
+    EXPECT_TRUE(controller.windows()[0]->document().isModified());
 }
 
 } // namespace
