@@ -50,8 +50,9 @@ UndoManager::StepID UndoManager::registerHandler(QObject* target, std::function<
 void UndoManager::forgetTarget(QObject* target) {
     implementation_->targets.remove(target);
     implementation_->line.dropDeadHandlers();
+    // Told from the event loop: whoever asks the widget that the target is a part of would ask one that is half gone.
     if (!implementation_->line.isRunning())
-        Q_EMIT changed();
+        QMetaObject::invokeMethod(this, &UndoManager::changed, Qt::QueuedConnection);
 }
 
 void UndoManager::setActionName(const QString& name) {

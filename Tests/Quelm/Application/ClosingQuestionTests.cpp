@@ -128,8 +128,11 @@ protected:
             return controller.windows().size() == 2 &&
                    std::ranges::none_of(controller.windows(), &EditorView::isOpening);
         }));
-        for (const std::size_t index : changed)
-            QTest::keyClick(&controller.windows().at(index)->textEditor()->textView(), Qt::Key_X);
+        for (const std::size_t index : changed) {
+            TextView& view = controller.windows().at(index)->textEditor()->textView();
+            view.setSelectedRange({0, 0});
+            QTest::keyClick(&view, Qt::Key_X);
+        }
     }
     void answerNext(const QString& title) {
         const auto asks = [](EditorView* view) { return view->findChild<QMessageBox*>() != nullptr; };
