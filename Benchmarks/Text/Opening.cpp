@@ -24,8 +24,8 @@ void measureOpening(const TextSubject& subject) {
     const auto after = processmemory::residentBytes();
     if (before && after)
         report::memory("text/engine/" + subject.name,
-                       static_cast<double>(*after - *before) / static_cast<double>(subject.text.size()),
-                       "x the text, beside it");
+                       100.0 * static_cast<double>(*after - *before) / static_cast<double>(subject.text.size()),
+                       "% of the text, beside it");
 }
 
 } // namespace quelm::bench
