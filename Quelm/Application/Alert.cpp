@@ -19,14 +19,18 @@ void widen(QMessageBox& box) {
 
 } // namespace
 
+void useWarningSymbol(QMessageBox& box) {
+    const int size = scaledPixels(40);
+    box.setIconPixmap(symbolIcon(QStringLiteral("exclamationmark.triangle.fill"), ColorRole::warning)
+                          .pixmap(QSize(size, size), box.devicePixelRatioF()));
+}
+
 QMessageBox* showAlert(QWidget* parent, const QString& message, const QString& details) {
     auto* box = new QMessageBox(QMessageBox::Warning, QGuiApplication::applicationDisplayName(), message,
                                 QMessageBox::Ok, parent);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(details);
-    const int iconSize = scaledPixels(40);
-    box->setIconPixmap(symbolIcon(QStringLiteral("exclamationmark.triangle.fill"), ColorRole::warning)
-                           .pixmap(QSize(iconSize, iconSize), box->devicePixelRatioF()));
+    useWarningSymbol(*box);
     widen(*box);
     box->setAttribute(Qt::WA_DeleteOnClose);
     if (parent)

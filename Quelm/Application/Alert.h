@@ -11,4 +11,7 @@ namespace quelm {
 /// belongs to that window and blocks no other.
 QMessageBox* showAlert(QWidget* parent, const QString& message, const QString& details);
 
+/// Gives a box the symbol of warnings in place of the style's own.
+void useWarningSymbol(QMessageBox& box);
+
 } // namespace quelm

@@ -1,5 +1,7 @@
 #include "Quelm/Application/ClosingQuestion.h"
 
+#include "Quelm/Application/Alert.h"
+
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMessageBox>
@@ -20,6 +22,7 @@ QMessageBox* askBeforeClosing(QWidget& window, const QString& name, ClosingAnswe
                                 ClosingQuestion::tr("¿Quieres guardar los cambios de \"%1\"?").arg(name),
                                 QMessageBox::NoButton, &window);
     box->setTextFormat(Qt::PlainText);
+    useWarningSymbol(*box);
     const QPushButton* save = box->addButton(ClosingQuestion::tr("Guardar"), QMessageBox::AcceptRole);
     const QPushButton* discard = box->addButton(ClosingQuestion::tr("No guardar"), QMessageBox::DestructiveRole);
     QPushButton* cancel = box->addButton(ClosingQuestion::tr("Cancelar"), QMessageBox::RejectRole);
