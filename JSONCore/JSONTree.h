@@ -104,6 +104,9 @@ public:
     /// free.
     std::string uniqueKey(std::string_view base, NodeID parent) const;
 
+    /// Whether both are the same value in memory: O(1), and false says nothing about the documents.
+    bool isSameValue(const JSONTree& other) const { return storage_ == other.storage_; }
+
     /// Whether both documents are the same JSON, members in the same order: kinds, scalars, keys of members and numbers
     /// of children. Ids, detached nodes and the keys of array elements take no part. O(nodes), no recursion.
     friend bool operator==(const JSONTree& left, const JSONTree& right);

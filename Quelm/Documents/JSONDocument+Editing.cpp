@@ -13,10 +13,11 @@ namespace quelm {
 
 namespace {
 
-/// Lets go of a tree off the main thread: if nobody else holds it, freeing its nodes takes a time that grows with them.
-void discard(std::optional<JSONTree> tree) {
-    if (tree)
-        QThreadPool::globalInstance()->start([tree = std::move(tree)]() mutable { tree.reset(); });
+/// Lets go of a tree or a text off the main thread: if nobody else holds it, freeing it takes a time that grows with it.
+template <class Value>
+void discard(std::optional<Value> value) {
+    if (value)
+        QThreadPool::globalInstance()->start([value = std::move(value)]() mutable { value.reset(); });
 }
 
 } // namespace
@@ -67,6 +68,27 @@ void JSONDocument::replaceContent(JSONContent newContent, UndoManager* undoManag
         document.replaceContent(oldContent, manager);
     });
     manager->setActionName(tr("Formato"));
+}
+
+std::vector<TreeEdit> JSONDocument::applyTreeEdits(std::span<const TreeEdit> edits) {
+    const auto applied =
+        applyTreeChange([edits](JSONTree&) { return TreeChange{.edits = {edits.begin(), edits.end()}, .focus = {}}; });
+    return applied->inverse;
+}
+
+std::optional<JSONDocument::AppliedTreeChange>
+JSONDocument::applyTreeChange(const std::function<std::optional<TreeChange>(JSONTree&)>& prepare) {
+    require(content_.tree.has_value(), "a tree that is edited is there");
+    // Edited in place: what a snapshot shares is copied block by block, and the tree keeps its indexes.
+    std::optional<TreeChange> change = prepare(*content_.tree);
+    if (!change)
+        return std::nullopt;
+    std::vector<TreeEdit> inverse = content_.tree->apply(change->edits);
+    discard(std::exchange(content_.text, std::nullopt));
+    content_.parseError.reset();
+    stateToken_.advance();
+    Q_EMIT contentChanged();
+    return AppliedTreeChange{.change = *std::move(change), .inverse = std::move(inverse)};
 }
 
 void JSONDocument::noteSaved(StateToken::Value token) {

@@ -11,8 +11,12 @@
 
 #include <cstdint>
 #include <expected>
+#include <functional>
 #include <memory>
+#include <optional>
+#include <span>
 #include <stop_token>
+#include <vector>
 
 namespace quelm {
 
@@ -90,6 +94,23 @@ public:
     /// that cannot be undone. Edits of the text buffer are committed first, and the buffer shows the new text. O(log n)
     /// for a text whose places were asked for or prepared (`TextRope::prepare`) before.
     void replaceContent(JSONContent newContent, UndoManager* undoManager);
+
+    /// Applies edits to the content's tree and returns the list that undoes them. The tree, which must be there, is the
+    /// truth from then on: the text goes. The revision stays, since whoever edits knows what; the state token moves, and
+    /// the step is to be registered right after. Throws what `JSONTree::apply` throws, without any effect. What it costs
+    /// follows the edits, also while snapshots share the tree.
+    std::vector<TreeEdit> applyTreeEdits(std::span<const TreeEdit> edits);
+
+    struct AppliedTreeChange {
+        TreeChange change;
+        /// The edits that undo it.
+        std::vector<TreeEdit> inverse;
+    };
+    /// Lets `prepare` prepare a change of the content's tree, which must be there, and applies it likewise. Nothing
+    /// happens when it prepares none (nodes that it stored meanwhile stay in the store, where they do no harm), or
+    /// throws.
+    std::optional<AppliedTreeChange>
+    applyTreeChange(const std::function<std::optional<TreeChange>(JSONTree&)>& prepare);
 
     // Whether it is saved.
 

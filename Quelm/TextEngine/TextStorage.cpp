@@ -30,6 +30,10 @@ struct Stretch {
 TextStorage::TextStorage(TextRope text, QObject* parent)
     : QObject(parent), text_(std::move(text)), attributes_(text_.utf16Count()) {}
 
+TextRope TextStorage::text(TextRange range) const {
+    return text_.slice(Stretch(text_, range).bytes());
+}
+
 QString TextStorage::string(TextRange range) const {
     // QString's own conversions from Unicode drop a byte-order mark at the front.
     const std::u16string units = text_.utf16(Stretch(text_, range).bytes());

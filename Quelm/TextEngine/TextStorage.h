@@ -28,6 +28,8 @@ public:
     const TextRope& text() const { return text_; }
     qint64 length() const { return text_.utf16Count(); }
 
+    /// A stretch of the text. O(log n).
+    TextRope text(TextRange range) const;
     /// The characters of a stretch. O(length of the stretch).
     QString string(TextRange range) const;
 

@@ -1,4 +1,4 @@
-#include "Quelm/TextEngine/TextMimeData.h"
+#include "Quelm/Foundation/TextMimeData.h"
 #include "Quelm/TextEngine/TextView.h"
 
 #include <QClipboard>
@@ -44,7 +44,7 @@ void TextView::cut() {
 
 void TextView::copy() {
     if (canCopy())
-        QGuiApplication::clipboard()->setMimeData(new TextMimeData(storage_->text(), selectedRange()));
+        QGuiApplication::clipboard()->setMimeData(new TextMimeData(storage_->text(selectedRange())));
 }
 
 void TextView::paste() {
@@ -87,7 +87,7 @@ void TextView::publishPrimarySelection() const {
     QClipboard* clipboard = QGuiApplication::clipboard();
     const TextRange range = selectedRange();
     if (clipboard->supportsSelection() && !range.isEmpty() && range.length <= longestPrimarySelection)
-        clipboard->setMimeData(new TextMimeData(storage_->text(), range), QClipboard::Selection);
+        clipboard->setMimeData(new TextMimeData(storage_->text(range)), QClipboard::Selection);
 }
 
 QMenu* TextView::makeContextMenu() {

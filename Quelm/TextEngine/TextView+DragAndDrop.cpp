@@ -1,4 +1,4 @@
-#include "Quelm/TextEngine/TextMimeData.h"
+#include "Quelm/Foundation/TextMimeData.h"
 #include "Quelm/TextEngine/TextView.h"
 
 #include <QDrag>
@@ -10,7 +10,7 @@ namespace quelm {
 void TextView::startDrag() {
     pressOnSelection_.reset();
     const QPointer<TextView> self(this);
-    auto* data = new TextMimeData(storage_->text(), selectedRange());
+    auto* data = new TextMimeData(storage_->text(selectedRange()));
     data->setOwner(*this);
     auto* drag = new QDrag(this);
     drag->setMimeData(data);

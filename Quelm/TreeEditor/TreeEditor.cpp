@@ -1,16 +1,43 @@
 #include "Quelm/TreeEditor/TreeEditor.h"
 
+#include "JSONCore/JSONSerializer.h"
+#include "Quelm/Foundation/Pasteboard.h"
+#include "Quelm/Foundation/UndoManager.h"
+#include "Quelm/Foundation/WaitCursor.h"
 #include "TextCore/Check.h"
+
+#include <QThread>
 
 namespace quelm {
 
-TreeEditor::TreeEditor(std::shared_ptr<JSONDocument> document) : document_(std::move(document)) {
+namespace {
+
+// Nodes that take about 200 ms to be walked through for their rows, or to be written.
+constexpr std::int64_t longWalk = 4'000'000;
+constexpr std::int64_t longWriting = 2'000'000;
+
+} // namespace
+
+TreeEditor::TreeEditor(std::shared_ptr<JSONDocument> document)
+    : TreeEditor(std::move(document), Pasteboard::general()) {}
+
+TreeEditor::TreeEditor(std::shared_ptr<JSONDocument> document, Pasteboard& pasteboard)
+    : document_(std::move(document)), pasteboard_(pasteboard) {
     require(document_ != nullptr, "a tree editor has a document");
     // Connected before any view can be, so that nobody sees the selection of a tree that is gone.
     connect(document_.get(), &JSONDocument::revisionChanged, this, &TreeEditor::reload);
 }
 
+void TreeEditor::setUndoManager(UndoManager* manager) {
+    undoManager_ = manager;
+}
+
+UndoManager* TreeEditor::undoManager() const {
+    return undoManager_;
+}
+
 const JSONTree* TreeEditor::tree() const {
+    require(QThread::currentThread() == thread(), "a tree editor is used on its own thread");
     const std::optional<JSONTree>& tree = document_->content().tree;
     return document_->mode() == EditorMode::tree && tree ? &*tree : nullptr;
 }
@@ -22,49 +49,74 @@ void TreeEditor::setSelection(std::optional<NodeID> selection) {
     Q_EMIT selectionChanged();
 }
 
+void TreeEditor::setEditing(std::optional<Editing> editing) {
+    if (editing_ == editing)
+        return;
+    editing_ = editing;
+    Q_EMIT editingChanged();
+}
+
+bool TreeEditor::isLinked(NodeID id) const {
+    const JSONTree* tree = this->tree();
+    if (!tree || id.raw <= JSONTree::holder.raw || id.raw >= tree->storedNodeCount())
+        return false;
+    std::optional<NodeID> ancestor = id;
+    while (ancestor && *ancestor != JSONTree::holder)
+        ancestor = tree->parent(*ancestor);
+    return ancestor.has_value();
+}
+
+std::optional<NodeID> TreeEditor::linkedSelection() const {
+    return selection_ && isLinked(*selection_) ? selection_ : std::nullopt;
+}
+
+// Rows.
+
 void TreeEditor::reload() {
     const JSONTree* tree = this->tree();
     if (!tree)
         return;
+    const WaitCursor waiting(outline_.rowCount() > longWalk);
+    const std::optional<NodeID> selectionBefore = selection_;
+    const std::optional<Editing> editingBefore = std::exchange(editing_, std::nullopt);
     outline_.rebuild(*tree);
     outlineRevision_ = document_->revision();
-    const std::optional<NodeID> before = selection_;
-    const std::optional<NodeID> selection = linkedSelection(*tree);
+    const std::optional<NodeID> selection = linkedSelection();
     if (!selection || !outline_.index(*selection))
         selection_ = tree->root();
 
-    // Rows and selection belong to one tree again before anybody hears of either.
+    // Rows, selection and field belong to one tree again before anybody hears of any.
     Q_EMIT outlineChanged();
-    if (selection_ != before)
+    if (editing_ != editingBefore)
+        Q_EMIT editingChanged();
+    if (selection_ != selectionBefore)
         Q_EMIT selectionChanged();
 }
 
 void TreeEditor::toggleExpansion(NodeID id, bool recursive) {
-    if (const JSONTree* tree = this->tree())
-        setExpanded(id, !outline_.expanded().contains(id), recursive, *tree);
+    if (isLinked(id))
+        setExpanded(id, !outline_.expanded().contains(id), recursive);
 }
 
 bool TreeEditor::expandSelection(bool recursive) {
-    const JSONTree* tree = this->tree();
-    const auto selection = tree ? linkedSelection(*tree) : std::nullopt;
-    if (!selection || !isContainer(tree->kind(*selection)))
+    const std::optional<NodeID> selection = linkedSelection();
+    if (!selection || !isContainer(tree()->kind(*selection)))
         return false;
     if (!recursive && outline_.expanded().contains(*selection))
         return false;
-    setExpanded(*selection, true, recursive, *tree);
+    setExpanded(*selection, true, recursive);
     return true;
 }
 
 bool TreeEditor::collapseOrSelectParent() {
-    const JSONTree* tree = this->tree();
-    const auto selection = tree ? linkedSelection(*tree) : std::nullopt;
+    const std::optional<NodeID> selection = linkedSelection();
     if (!selection)
         return false;
-    if (outline_.expanded().contains(*selection) && isContainer(tree->kind(*selection))) {
-        setExpanded(*selection, false, false, *tree);
+    if (outline_.expanded().contains(*selection) && isContainer(tree()->kind(*selection))) {
+        setExpanded(*selection, false, false);
         return true;
     }
-    const std::optional<NodeID> parent = tree->parent(*selection);
+    const std::optional<NodeID> parent = tree()->parent(*selection);
     if (!parent || *parent == JSONTree::holder)
         return false;
     select(*parent);
@@ -75,28 +127,35 @@ void TreeEditor::setAllExpanded(bool expanded) {
     const JSONTree* tree = this->tree();
     if (!tree)
         return;
+    const WaitCursor waiting(tree->nodeCount() > longWalk);
     outline_.setExpanded(tree->root(), expanded, true, *tree);
     if (!expanded)
         outline_.setExpanded(tree->root(), true, false, *tree);
     Q_EMIT outlineChanged();
 }
 
-bool TreeEditor::isLinked(NodeID id, const JSONTree& tree) const {
-    if (id.raw <= JSONTree::holder.raw || id.raw >= tree.storedNodeCount())
-        return false;
-    std::optional<NodeID> ancestor = id;
-    while (ancestor && *ancestor != JSONTree::holder)
-        ancestor = tree.parent(*ancestor);
-    return ancestor.has_value();
-}
-
-std::optional<NodeID> TreeEditor::linkedSelection(const JSONTree& tree) const {
-    return selection_ && isLinked(*selection_, tree) ? selection_ : std::nullopt;
-}
-
-void TreeEditor::setExpanded(NodeID id, bool expanded, bool recursive, const JSONTree& tree) {
-    outline_.setExpanded(id, expanded, recursive, tree);
+void TreeEditor::setExpanded(NodeID id, bool expanded, bool recursive) {
+    const WaitCursor waiting(tree()->nodeCount() > longWalk && (recursive || tree()->children(id).size() > longWalk));
+    outline_.setExpanded(id, expanded, recursive, *tree());
     Q_EMIT outlineChanged();
+}
+
+// Copying.
+
+void TreeEditor::copyPath() {
+    const JSONTree* tree = this->tree();
+    if (!tree)
+        return;
+    const std::string path = tree->path(linkedSelection().value_or(tree->root()));
+    pasteboard_.setString(TextRope::repairing(path));
+}
+
+void TreeEditor::copyJSON(const JSONStyle& style) {
+    const std::optional<NodeID> selection = linkedSelection();
+    if (!selection)
+        return;
+    const WaitCursor waiting(tree()->nodeCount() > longWriting);
+    pasteboard_.setString(JSONSerializer::serializeToString(*tree(), *selection, style));
 }
 
 } // namespace quelm

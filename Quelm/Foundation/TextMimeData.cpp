@@ -1,4 +1,4 @@
-#include "Quelm/TextEngine/TextMimeData.h"
+#include "Quelm/Foundation/TextMimeData.h"
 
 #include "TextCore/UTF16.h"
 
@@ -11,10 +11,6 @@ QString plainText() {
 }
 
 } // namespace
-
-TextMimeData::TextMimeData(const TextRope& text, TextRange range)
-    : text_(text.slice(ByteRange::between(text.summaryBeforeUTF16(range.location).bytes,
-                                          text.summaryBeforeUTF16(range.end()).bytes))) {}
 
 bool TextMimeData::hasFormat(const QString& mimeType) const {
     return mimeType == plainText();

@@ -1,19 +1,20 @@
 #pragma once
 
-#include "Quelm/TextEngine/TextRange.h"
 #include "TextCore/TextRope.h"
 
 #include <QMimeData>
 
+#include <utility>
+
 namespace quelm {
 
-/// A stretch of a text, for the clipboard or a drag: a snapshot in O(log n). Who asks for its characters pays for them,
-/// at each time, in proportion to their number.
+/// A text for the clipboard or a drag, taken over in O(1). Who asks for its characters pays for them, at each time, in
+/// proportion to their number.
 class TextMimeData : public QMimeData {
     Q_OBJECT
 
 public:
-    TextMimeData(const TextRope& text, TextRange range);
+    explicit TextMimeData(TextRope text) : text_(std::move(text)) {}
 
     /// Says whose selection this is, for the drag of one.
     void setOwner(const QObject& owner) { owner_ = &owner; }

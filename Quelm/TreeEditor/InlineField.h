@@ -1,0 +1,78 @@
+#pragma once
+
+#include "JSONCore/NodeKind.h"
+#include "TextCore/SharedText.h"
+
+#include <QWidget>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+namespace quelm {
+
+class TextView;
+class UndoManager;
+
+/// The text field that stands in place of a key or a value while it is edited. It takes the focus when it is shown,
+/// shows whether its text is acceptable, and ends in exactly one of two ways: the text is handed back, or it is not. It
+/// knows nothing of the tree.
+///
+/// The text may be any well-formed UTF-8 of any length; what is not touched comes back byte for byte. A string wraps and
+/// grows up to `mostLines` lines; anything else is one line, unless it has line feeds itself. Return commits; so do Tab,
+/// where there is another field to go to, and losing the focus to another part of the window (not to a menu, a pop-up or
+/// another program). Escape cancels, and committing a text that is not acceptable does too. The field has undo steps of
+/// its own. It is never deleted by itself: whoever shows it answers the callbacks by deleting it later.
+class InlineField : public QWidget {
+    Q_OBJECT
+
+public:
+    static constexpr int mostLines = 8;
+
+    /// `kind` is what the text must be valid for; absent for a key, which may be anything.
+    InlineField(std::optional<NodeKind> kind, const SharedText& text, QWidget* parent = nullptr);
+    ~InlineField() override;
+
+    // To be set before the field is shown. One of the first two is called once, or neither after `abandon`.
+    std::function<void(const SharedText& text)> onCommit;
+    std::function<void()> onCancel;
+    /// Called after the commit by Tab; absent where Tab goes on as usual.
+    std::function<void()> onTab;
+
+    SharedText text() const;
+    bool isValid() const;
+
+    /// Whether it has committed, cancelled or been abandoned.
+    bool isFinished() const { return isFinished_; }
+    /// Commits a valid text, else cancels. Nothing when it is finished.
+    void finish();
+    void cancel();
+    /// The field is not wanted any more: from now on it calls nobody.
+    void abandon();
+
+    /// The widget that has the text and the focus.
+    TextView& textView() const { return *textView_; }
+
+    /// From 120 to 520 points wide as the text needs, and 1 to `mostLines` lines high at the width given.
+    QSize sizeHint() const override;
+    bool hasHeightForWidth() const override { return true; }
+    int heightForWidth(int width) const override;
+
+Q_SIGNALS:
+    /// The text needs another size: whoever places the field does so anew.
+    void sizeHintChanged();
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+
+private:
+    const std::optional<NodeKind> kind_;
+    std::unique_ptr<UndoManager> undoManager_;
+    TextView* textView_;
+    bool isFinished_ = false;
+};
+
+} // namespace quelm

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "JSONCore/NodeID.h"
+#include "JSONCore/NodeKind.h"
+
+#include <QMenu>
+
+#include <functional>
+#include <optional>
+
+namespace quelm {
+
+class TreeEditor;
+
+/// The menu of one node of the tree, for the state of the moment in which it is made. Every item selects its node and
+/// then performs one operation of the editor, which must outlive the menu; what does not apply does nothing. Whoever
+/// makes the menu shows and deletes it.
+class NodeMenu : public QMenu {
+    Q_OBJECT
+
+public:
+    NodeMenu(TreeEditor& editor, NodeID id, QWidget* parent = nullptr);
+
+private:
+    using Operation = std::function<void(TreeEditor&)>;
+    QAction* add(const QString& title, Operation operation);
+
+    TreeEditor& editor_;
+    const NodeID id_;
+};
+
+/// Adds an item for each kind of value, under its name, that calls `choose`; the one of `current` is disabled.
+void addKindItems(QMenu& menu, std::optional<NodeKind> current, const std::function<void(NodeKind)>& choose);
+
+} // namespace quelm

@@ -1,0 +1,204 @@
+#include "JSONCore/JSONParser.h"
+#include "JSONCore/JSONScalar.h"
+#include "Quelm/Documents/ParseErrorText.h"
+#include "Quelm/Foundation/Pasteboard.h"
+#include "Quelm/Foundation/UndoManager.h"
+#include "Quelm/Foundation/WaitCursor.h"
+#include "Quelm/TreeEditor/TreeEditor.h"
+
+#include <new>
+#include <stdexcept>
+
+namespace quelm {
+
+namespace {
+
+// What takes about 200 ms: bytes to parse and copy, and nodes to copy.
+constexpr std::int64_t longPaste = 60'000'000;
+constexpr std::int64_t longCopy = 4'000'000;
+
+} // namespace
+
+// Editing in place.
+
+void TreeEditor::activate(std::optional<Field> field) {
+    const std::optional<NodeID> selection = linkedSelection();
+    if (!selection)
+        return;
+    const NodeKind kind = tree()->kind(*selection);
+    const bool hasValue = !isContainer(kind) && kind != NodeKind::null;
+    if (field.value_or(hasValue ? Field::value : Field::key) == Field::key) {
+        if (tree()->isObjectMember(*selection))
+            beginEditing({*selection, Field::key});
+    } else if (kind == NodeKind::bool_) {
+        toggleBoolean(*selection);
+    } else {
+        beginEditing({*selection, Field::value});
+    }
+}
+
+void TreeEditor::beginEditing(Editing editing) {
+    // The selection may be out of sight in a collapsed container.
+    if (!outline_.index(editing.id)) {
+        outline_.reveal(editing.id, *tree());
+        Q_EMIT outlineChanged();
+    }
+    setEditing(editing);
+}
+
+void TreeEditor::toggleBoolean(NodeID id) {
+    const bool isTrue = tree()->scalar(id) == "true";
+    applyEdit(TreeEdit::setValue(id, NodeKind::bool_, std::string_view(isTrue ? "false" : "true")), tr("Editar valor"));
+}
+
+void TreeEditor::commit(const SharedText& text, Editing editing) {
+    if (editing_ != editing)
+        return;
+    setEditing(std::nullopt);
+    if (!isLinked(editing.id))
+        return;
+    if (const std::optional<TreeEdit> edit = editOf(text, editing))
+        applyEdit(*edit, editing.field == Field::key ? tr("Renombrar clave") : tr("Editar valor"));
+}
+
+std::optional<TreeEdit> TreeEditor::editOf(const SharedText& text, Editing editing) const {
+    if (editing.field == Field::key) {
+        if (text.view() == tree()->key(editing.id))
+            return std::nullopt;
+        return TreeEdit::setKey(editing.id, text);
+    }
+    const NodeKind kind = tree()->kind(editing.id);
+    if (text.view() == tree()->scalar(editing.id) || !JSONScalar::isValid(text.view(), kind))
+        return std::nullopt;
+    return TreeEdit::setValue(editing.id, kind, text);
+}
+
+void TreeEditor::applyEdit(const TreeEdit& edit, const QString& actionName) {
+    perform(actionName, [&edit](JSONTree&) { return TreeChange{.edits = {edit}, .focus = edit.id()}; });
+}
+
+// Changes of the tree.
+
+void TreeEditor::insert(bool asChild) {
+    const std::optional<NodeID> selection = linkedSelection();
+    if (!selection)
+        return;
+    const auto focus = perform(tr("Insertar"), [&](JSONTree& tree) { return tree.insertChange(*selection, asChild); });
+    if (focus)
+        beginEditing({*focus, tree()->isObjectMember(*focus) ? Field::key : Field::value});
+}
+
+void TreeEditor::duplicate() {
+    const std::optional<NodeID> selection = linkedSelection();
+    if (!selection)
+        return;
+    const WaitCursor waiting(tree()->nodeCount() > longCopy && tree()->subtreeSize(*selection) > longCopy);
+    perform(tr("Duplicar"), [&](JSONTree& tree) { return tree.duplicateChange(*selection); });
+}
+
+void TreeEditor::move(std::int64_t offset) {
+    if (const std::optional<NodeID> selection = linkedSelection())
+        perform(tr("Mover"), [&](JSONTree& tree) { return tree.moveChange(*selection, offset); });
+}
+
+void TreeEditor::remove() {
+    if (const std::optional<NodeID> selection = linkedSelection())
+        perform(tr("Eliminar"), [&](JSONTree& tree) { return tree.removeChange(*selection); });
+}
+
+void TreeEditor::changeType(NodeID id, NodeKind kind) {
+    if (isLinked(id))
+        perform(tr("Cambiar tipo"), [&](JSONTree& tree) { return tree.kindChange(id, kind); });
+}
+
+void TreeEditor::pasteJSON() {
+    const std::optional<NodeID> selection = linkedSelection();
+    if (!selection)
+        return;
+    const std::optional<TextRope> text = pasteboard_.string();
+    if (!text)
+        return;
+    const WaitCursor waiting(text->byteCount() > longPaste);
+    const std::expected<JSONTree, JSONParseError> pasted = JSONParser::parse(*text);
+    if (!pasted) {
+        report(tr("El portapapeles no contiene JSON válido.\n") + parseErrorText(pasted.error()));
+        return;
+    }
+    const bool inside = isContainer(tree()->kind(*selection));
+    perform(tr("Pegar JSON"), [&](JSONTree& tree) { return tree.pasteChange(*pasted, *selection, inside); });
+}
+
+/// Returns the focus of the change, if there was one.
+std::optional<NodeID> TreeEditor::perform(const QString& actionName, const Prepare& prepare) {
+    if (editing_)
+        Q_EMIT willEdit();
+    try {
+        const auto applied = document_->applyTreeChange(prepare);
+        if (!applied)
+            return std::nullopt;
+        record(applied->change.edits, applied->inverse, actionName, applied->change.focus);
+        return applied->change.focus;
+    } catch (const std::bad_alloc&) {
+        report(tr("No hay memoria suficiente para este cambio.\n"));
+    } catch (const std::length_error&) {
+        report(tr("El documento no admite más nodos ni más texto.\n"));
+    }
+    return std::nullopt;
+}
+
+void TreeEditor::record(std::span<const TreeEdit> edits, std::vector<TreeEdit> inverse, const QString& actionName,
+                        std::optional<NodeID> focus) {
+    const JSONTree* tree = this->tree();
+    if (!tree)
+        return;
+    std::vector<TreeEdit> touched(edits.begin(), edits.end());
+    touched.insert(touched.end(), inverse.begin(), inverse.end());
+    outline_.update(touched, *tree);
+
+    const std::optional<NodeID> selectionBefore = selection_;
+    if (focus && tree->parent(*focus)) {
+        outline_.reveal(*focus, *tree);
+        selection_ = focus;
+    }
+    const std::optional<Editing> editingBefore = editing_;
+    if (editing_ && !isLinked(editing_->id))
+        editing_ = std::nullopt;
+    registerStep(std::move(inverse), actionName);
+
+    Q_EMIT outlineChanged();
+    if (editing_ != editingBefore)
+        Q_EMIT editingChanged();
+    if (selection_ != selectionBefore)
+        Q_EMIT selectionChanged();
+    Q_EMIT didEdit();
+}
+
+void TreeEditor::registerStep(std::vector<TreeEdit> inverse, const QString& actionName) {
+    if (!undoManager_)
+        return;
+    undoManager_->registerUndo<TreeEditor>(this, [inverse = std::move(inverse), actionName](TreeEditor& editor) {
+        editor.replay(inverse, actionName);
+    });
+    undoManager_->setActionName(actionName);
+}
+
+void TreeEditor::replay(std::span<const TreeEdit> edits, const QString& actionName) {
+    if (!tree())
+        return;
+    std::vector<TreeEdit> inverse = document_->applyTreeEdits(edits);
+    std::optional<NodeID> focus;
+    for (const TreeEdit& edit : edits) {
+        if (!edit.asRemove()) {
+            focus = edit.id();
+            break;
+        }
+    }
+    record(edits, std::move(inverse), actionName, focus);
+}
+
+void TreeEditor::report(const QString& message) const {
+    if (onError)
+        onError(message);
+}
+
+} // namespace quelm
