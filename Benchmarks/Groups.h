@@ -15,4 +15,8 @@ bool runOutlineGroup(const Options& options);
 /// screen.
 bool runTextGroup(const Options& options);
 
+/// The tree editor of a window with five million rows: expanding, scrolling, every edit, undo and redo; a field on a
+/// long string. Needs no screen.
+bool runWindowGroup(const Options& options);
+
 } // namespace quelm::bench

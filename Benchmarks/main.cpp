@@ -16,8 +16,8 @@ struct Group {
     bool (*run)(const Options&);
 };
 
-constexpr std::array groups =
-    std::to_array<Group>({{"json", runJSONGroup}, {"outline", runOutlineGroup}, {"text", runTextGroup}});
+constexpr std::array groups = std::to_array<Group>(
+    {{"json", runJSONGroup}, {"outline", runOutlineGroup}, {"text", runTextGroup}, {"window", runWindowGroup}});
 
 constexpr char usage[] =
     "Usage: quelm-bench [GROUP...] [--corpus FILE...] [--size MB] [--only TEXT] [--all-peers] [--warm]\n"

@@ -7,6 +7,8 @@
 #include "TextCore/Check.h"
 
 #include <algorithm>
+#include <array>
+#include <span>
 #include <stdexcept>
 #include <utility>
 
@@ -34,11 +36,18 @@ KeyIndex* keyIndexOf(const TreeStorage& storage, NodeID object, KeyIndexCache& c
     const ChildList members = storage.children(storage.record(object));
     if (members.size() < indexedObjectSize)
         return nullptr;
-    std::vector<std::string_view> keys;
-    keys.reserve(static_cast<std::size_t>(members.size()));
-    for (NodeID member : members)
-        keys.push_back(storage.text(storage.record(member).key()));
-    return &cache.add(object, KeyIndex(keys));
+    KeyIndex index(static_cast<std::size_t>(members.size()));
+    std::array<std::string_view, 256> keys;
+    std::size_t count = 0;
+    for (NodeID member : members) {
+        keys[count++] = storage.text(storage.record(member).key());
+        if (count == keys.size()) {
+            index.add(keys);
+            count = 0;
+        }
+    }
+    index.add(std::span(keys).first(count));
+    return &cache.add(object, std::move(index));
 }
 
 /// Whether a key is written as ".key" in a path.

@@ -1,5 +1,6 @@
 #include "JSONCore/KeyIndex.h"
 
+#include "JSONCore/KeyHash.h"
 #include "JSONCore/NumberedKey.h"
 #include "TextCore/CanonicalText.h"
 #include "TextCore/Check.h"
@@ -15,77 +16,87 @@ KeyIndex::KeyIndex(std::size_t expectedKeys) {
     // A few keys more than there are at first cost no move of the whole table.
     const std::size_t capacity = expectedKeys + expectedKeys / 8 + 16;
     entries_.reserve(capacity);
-    slots_.resize(std::bit_ceil(capacity * 2));
+    makeSlots(capacity);
 }
 
-KeyIndex::KeyIndex(std::span<const std::string_view> keys) : KeyIndex(keys.size()) {
+void KeyIndex::makeSlots(std::size_t keys) {
+    slots_.assign(std::bit_ceil(keys + keys / 3 + 1), 0);
+}
+
+std::uint32_t KeyIndex::slotFor(std::size_t entry, std::uint64_t hash) const {
+    const auto low = static_cast<std::uint32_t>(mask());
+    return (static_cast<std::uint32_t>(hash >> 32) & ~low) | static_cast<std::uint32_t>(entry + 1);
+}
+
+std::size_t KeyIndex::find(std::string_view key, std::uint64_t hash) const {
+    const auto low = static_cast<std::uint32_t>(mask());
+    const std::uint32_t wanted = static_cast<std::uint32_t>(hash >> 32) & ~low;
+    for (std::size_t slot = hash & mask(); slots_[slot] != 0; slot = (slot + 1) & mask()) {
+        if ((slots_[slot] & ~low) != wanted)
+            continue;
+        const std::size_t entry = (slots_[slot] & low) - 1;
+        if (canonical::equal(entries_[entry].key(), key))
+            return entry;
+    }
+    return entries_.size();
+}
+
+std::int64_t KeyIndex::count(std::string_view key) const {
+    const std::size_t entry = find(key, keyHash(key));
+    return entry < entries_.size() ? entries_[entry].count : 0;
+}
+
+void KeyIndex::add(std::string_view key) {
+    add(key, keyHash(key));
+}
+
+void KeyIndex::add(std::span<const std::string_view> keys) {
     // The table of a large object is in no cache: the slots of some keys are called for while those before are filled
     // in.
-    constexpr std::size_t stride = 16;
+    constexpr std::size_t stride = 32;
     std::array<std::uint64_t, stride> hashes;
     for (; !keys.empty(); keys = keys.subspan(std::min(stride, keys.size()))) {
         const auto some = keys.first(std::min(stride, keys.size()));
         for (std::size_t i = 0; i < some.size(); ++i) {
-            hashes[i] = canonical::hash(some[i]);
-            __builtin_prefetch(&slots_[hashes[i] & (slots_.size() - 1)]);
+            hashes[i] = keyHash(some[i]);
+            __builtin_prefetch(&slots_[hashes[i] & mask()]);
         }
         for (std::size_t i = 0; i < some.size(); ++i)
             add(some[i], hashes[i]);
     }
 }
 
-const KeyIndex::Entry* KeyIndex::find(std::string_view key, std::uint64_t hash) const {
-    const std::size_t mask = slots_.size() - 1;
-    for (std::size_t slot = hash & mask; slots_[slot] != 0; slot = (slot + 1) & mask) {
-        const Entry& entry = entries_[slots_[slot] - 1];
-        if (entry.hash == hash && canonical::equal(entry.key, key))
-            return &entry;
-    }
-    return nullptr;
-}
-
-std::int64_t KeyIndex::count(std::string_view key) const {
-    const Entry* entry = find(key, canonical::hash(key));
-    return entry ? entry->count : 0;
-}
-
-void KeyIndex::add(std::string_view key) {
-    add(key, canonical::hash(key));
-}
-
 void KeyIndex::add(std::string_view key, std::uint64_t hash) {
-    if (const Entry* entry = find(key, hash)) {
-        ++entries_[static_cast<std::size_t>(entry - entries_.data())].count;
+    if (const std::size_t entry = find(key, hash); entry < entries_.size()) {
+        ++entries_[entry].count;
         return;
     }
-    if ((entries_.size() + 1) * 2 > slots_.size())
-        rebuild();
-    entries_.push_back({key, hash, 1});
-    const std::size_t mask = slots_.size() - 1;
-    std::size_t slot = hash & mask;
+    if ((entries_.size() + 1) * 4 > slots_.size() * 3)
+        grow();
+    entries_.push_back({key.data(), static_cast<std::uint32_t>(key.size()), 1});
+    link(entries_.size() - 1, hash);
+}
+
+void KeyIndex::link(std::size_t entry, std::uint64_t hash) {
+    std::size_t slot = hash & mask();
     while (slots_[slot] != 0)
-        slot = (slot + 1) & mask;
-    slots_[slot] = static_cast<std::uint32_t>(entries_.size());
+        slot = (slot + 1) & mask();
+    slots_[slot] = slotFor(entry, hash);
 }
 
 void KeyIndex::remove(std::string_view key) {
-    const Entry* entry = find(key, canonical::hash(key));
-    require(entry && entry->count > 0, "a key that is removed from an index is in it");
-    // An entry without occurrences stays until the table is rebuilt.
-    if (--entries_[static_cast<std::size_t>(entry - entries_.data())].count == 0)
+    const std::size_t entry = find(key, keyHash(key));
+    require(entry < entries_.size() && entries_[entry].count > 0, "a key that is removed from an index is in it");
+    // An entry without occurrences stays until the table is made anew.
+    if (--entries_[entry].count == 0)
         reopenNumber(key);
 }
 
-void KeyIndex::rebuild() {
+void KeyIndex::grow() {
     std::erase_if(entries_, [](const Entry& entry) { return entry.count == 0; });
-    slots_.assign(std::bit_ceil(std::max<std::size_t>(16, (entries_.size() + 1) * 4)), 0);
-    const std::size_t mask = slots_.size() - 1;
-    for (std::size_t index = 0; index < entries_.size(); ++index) {
-        std::size_t slot = entries_[index].hash & mask;
-        while (slots_[slot] != 0)
-            slot = (slot + 1) & mask;
-        slots_[slot] = static_cast<std::uint32_t>(index + 1);
-    }
+    makeSlots(entries_.size() * 2 + 16);
+    for (std::size_t entry = 0; entry < entries_.size(); ++entry)
+        link(entry, keyHash(entries_[entry].key()));
 }
 
 std::string KeyIndex::uniqueKey(std::string_view base) {
@@ -104,9 +115,20 @@ std::string KeyIndex::uniqueKey(std::string_view base) {
 bool KeyIndex::hasSameCounts(const KeyIndex& other) const {
     const auto countsAll = [](const KeyIndex& left, const KeyIndex& right) {
         return std::ranges::all_of(left.entries_,
-                                   [&](const Entry& entry) { return right.count(entry.key) == entry.count; });
+                                   [&](const Entry& entry) { return right.count(entry.key()) == entry.count; });
     };
     return countsAll(*this, other) && countsAll(other, *this);
+}
+
+void KeyIndex::checkInvariants() const {
+    require(std::has_single_bit(slots_.size()), "there is a power of two of slots");
+    require(entries_.size() * 4 <= slots_.size() * 3, "no more than three quarters of the slots are in use");
+    for (std::size_t entry = 0; entry < entries_.size(); ++entry) {
+        const std::string_view key = entries_[entry].key();
+        require(find(key, keyHash(key)) == entry, "every entry is found by its key");
+    }
+    const auto inUse = std::ranges::count_if(slots_, [](std::uint32_t slot) { return slot != 0; });
+    require(static_cast<std::size_t>(inUse) == entries_.size(), "every entry has one slot");
 }
 
 KeyIndex::Stem& KeyIndex::stem(std::string_view base) {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TextCore/PageMemory.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -9,18 +11,25 @@
 
 namespace quelm {
 
-/// How often each key occurs in one object, keys compared by canonical equivalence. A hash table with open addressing;
-/// every operation O(1) amortised beside reading the key. The keys are views that must stay valid for the life of the
-/// index.
+/// How often each key occurs in one object, keys compared by canonical equivalence. A hash table with open addressing,
+/// 24 bytes a key; every operation O(1) amortised beside reading the key. The keys are views that must stay valid for
+/// the life of the index.
+///
+/// Invariants:
+/// 1. No two entries have equivalent keys.
+/// 2. A slot that is in use holds 1 + the index of an entry in its low bits, as many as number all slots, and the
+/// highest
+///    bits of the hash of that entry's key in the others. Every entry has one slot, and between the slot that its hash
+///    names and that one, going round, all are in use.
+/// 3. The number of slots is a power of two, and no more than three quarters of them are in use.
 class KeyIndex {
 public:
     explicit KeyIndex(std::size_t expectedKeys);
 
-    /// An index of all the keys.
-    explicit KeyIndex(std::span<const std::string_view> keys);
-
     std::int64_t count(std::string_view key) const;
     void add(std::string_view key);
+    /// The same for many keys, faster.
+    void add(std::span<const std::string_view> keys);
     /// The key must have been added as often as it is removed.
     void remove(std::string_view key);
 
@@ -31,11 +40,25 @@ public:
     /// Whether both count the same keys: for tests.
     bool hasSameCounts(const KeyIndex& other) const;
 
+    /// Checks the invariants: for tests. A violation is a programming error.
+    void checkInvariants() const;
+
 private:
+    /// Takes what is large from `pagememory`: the first touch of ordinary pages would cost as much as filling the
+    /// table.
+    template <class T>
+    struct PageAllocator {
+        using value_type = T;
+        T* allocate(std::size_t count) { return static_cast<T*>(pagememory::allocate(count * sizeof(T))); }
+        void deallocate(T* memory, std::size_t count) noexcept { pagememory::release(memory, count * sizeof(T)); }
+        friend bool operator==(PageAllocator, PageAllocator) { return true; }
+    };
+
     struct Entry {
-        std::string_view key;
-        std::uint64_t hash;
-        std::int64_t count;
+        const char* data;
+        std::uint32_t length;
+        std::uint32_t count;
+        std::string_view key() const { return {data, length}; }
     };
     /// What is known of the numbered keys of a stem: all from 2 to below `firstFree` are taken.
     struct Stem {
@@ -43,15 +66,19 @@ private:
         std::int64_t firstFree;
     };
 
+    std::size_t mask() const { return slots_.size() - 1; }
+    std::uint32_t slotFor(std::size_t entry, std::uint64_t hash) const;
+    /// The index of the key's entry, or the number of entries.
+    std::size_t find(std::string_view key, std::uint64_t hash) const;
     void add(std::string_view key, std::uint64_t hash);
-    const Entry* find(std::string_view key, std::uint64_t hash) const;
-    void rebuild();
+    void link(std::size_t entry, std::uint64_t hash);
+    void makeSlots(std::size_t keys);
+    void grow();
     Stem& stem(std::string_view base);
     void reopenNumber(std::string_view removedKey);
 
-    std::vector<Entry> entries_;
-    /// 1 + the index of an entry, or 0; a power of two of them, at most half in use.
-    std::vector<std::uint32_t> slots_;
+    std::vector<Entry, PageAllocator<Entry>> entries_;
+    std::vector<std::uint32_t, PageAllocator<std::uint32_t>> slots_;
     std::vector<Stem> stems_;
 };
 

@@ -10,6 +10,10 @@ namespace quelm {
 
 namespace {
 
+/// From this many members on, an object gets the index of its keys together with its rows. A smaller one gets it within
+/// a fraction of a millisecond when the first of its rows is drawn, and many that are never seen would take memory.
+constexpr std::int64_t indexedBeforeShown = 16'384;
+
 /// Collects rows and hands them to the sequence many at a time.
 class RowCollector {
 public:
@@ -53,7 +57,7 @@ OutlineRows::Sequence visibleRows(NodeID id, std::uint32_t depth, const NodeSet&
         const ChildList children = storage.children(record);
         if (children.empty())
             return;
-        if (record.kind == NodeKind::object)
+        if (record.kind == NodeKind::object && children.size() >= indexedBeforeShown)
             tree.prepareKeyIndex(node);
         open.push_back({children.begin(), children.end()});
     };

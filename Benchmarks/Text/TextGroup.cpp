@@ -1,9 +1,7 @@
 #include "Benchmarks/Corpora.h"
 #include "Benchmarks/Groups.h"
+#include "Benchmarks/OffscreenApplication.h"
 #include "Benchmarks/Text/TextBenchmarks.h"
-#include "Quelm/Application/Look.h"
-
-#include <QApplication>
 
 #include <cstdio>
 
@@ -46,13 +44,7 @@ void measure(const TextSubject& subject, bool isForPeer) {
 } // namespace
 
 bool runTextGroup(const Options& options) {
-    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    int count = 1;
-    char name[] = "quelm-bench";
-    char* arguments[] = {name, nullptr};
-    QApplication application(count, arguments);
-    applyLook(Appearance::light);
+    const OffscreenApplication application;
 
     for (const Size& size : sizes) {
         for (const Layout layout : {Layout::indented, Layout::compact}) {

@@ -124,6 +124,7 @@ void DocumentController::save(EditorView& window) {
 void DocumentController::saveAs(EditorView& window) {
     if (window.isOpening())
         return;
+    window.finishEditing();
     QFileDialog* dialog = makeDialog(&window, tr("Guardar como"));
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(QStringLiteral("json"));
@@ -135,6 +136,7 @@ void DocumentController::saveAs(EditorView& window) {
 }
 
 void DocumentController::write(EditorView& window, const QString& path) {
+    window.finishEditing();
     ++saveCount_;
     const auto document = window.sharedDocument();
     const QPointer<EditorView> owner(&window);
@@ -169,6 +171,9 @@ EditorView* DocumentController::addWindow(std::shared_ptr<JSONDocument> document
     prepareWindow_(*window);
     window->installEventFilter(this);
     windows_.push_back(window);
+    connect(window, &EditorView::failed, this, [this, window](const QString& message) {
+        alert(window, message.section(u'\n', 0, 0), message.section(u'\n', 1));
+    });
     connect(window, &QObject::destroyed, this, [this, window] { removeWindow(window); });
     return window;
 }
@@ -187,10 +192,13 @@ bool DocumentController::eventFilter(QObject* watched, QEvent* event) {
     if (event->type() != QEvent::Close)
         return QObject::eventFilter(watched, event);
     const auto found = std::ranges::find(windows_, watched);
-    if (found == windows_.end() || !(*found)->document().isModified() || discarding_.contains(*found))
+    if (found == windows_.end() || discarding_.contains(*found))
+        return QObject::eventFilter(watched, event);
+    EditorView& window = **found;
+    window.finishEditing();
+    if (!window.document().isModified())
         return QObject::eventFilter(watched, event);
     event->ignore();
-    EditorView& window = **found;
     const auto saving = savings_.find(&window);
     if (saving != savings_.end() && saving->second.token == window.document().stateToken().current())
         closingWhenSaved_.insert(&window);
@@ -236,6 +244,8 @@ void DocumentController::quit() {
 
 /// Asks about one window after the other, and closes them when all are settled.
 void DocumentController::continueQuitting() {
+    for (EditorView* window : windows_)
+        window->finishEditing();
     const auto isToBeAsked = [this](EditorView* window) {
         return window->document().isModified() && !discarding_.contains(window);
     };

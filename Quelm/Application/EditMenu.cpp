@@ -2,6 +2,7 @@
 
 #include "Quelm/Application/EditTarget.h"
 #include "Quelm/Foundation/UndoManager.h"
+#include "Quelm/TreeEditor/TreeEditor.h"
 
 #include <QAction>
 #include <QApplication>
@@ -22,16 +23,16 @@ class EditMenu : public QObject {
     Q_DECLARE_TR_FUNCTIONS(quelm::EditMenu)
 
 public:
-    EditMenu(QMenu* menu, const QMainWindow& window, UndoManager& windowSteps)
-        : QObject(menu), window_(window), steps_(&windowSteps) {
+    EditMenu(QMenu* menu, const QMainWindow& window, UndoManager& windowSteps, TreeEditor* tree)
+        : QObject(menu), window_(window), steps_(&windowSteps), tree_(tree) {
         add(menu, EditCommand::undo, {}, QKeySequence::keyBindings(QKeySequence::Undo));
         add(menu, EditCommand::redo, {}, redoKeys());
         menu->addSeparator();
         add(menu, EditCommand::cut, tr("Cor&tar"), QKeySequence::keyBindings(QKeySequence::Cut));
         add(menu, EditCommand::copy, tr("&Copiar"), QKeySequence::keyBindings(QKeySequence::Copy));
         add(menu, EditCommand::paste, tr("&Pegar"), QKeySequence::keyBindings(QKeySequence::Paste));
-        // The key that deletes is the text's own: without a selection it deletes a character.
-        add(menu, EditCommand::delete_, tr("&Eliminar"), {});
+        // The key that deletes is that of whatever has the focus: in a text without a selection it deletes a character.
+        add(menu, EditCommand::delete_, tr("&Eliminar") + u'\t' + nameOf(Qt::Key_Delete), {});
         menu->addSeparator();
         add(menu, EditCommand::selectAll, tr("&Seleccionar todo"), QKeySequence::keyBindings(QKeySequence::SelectAll));
 
@@ -39,6 +40,10 @@ public:
         connect(menu, &QMenu::aboutToHide, this, &EditMenu::update);
         connect(&windowSteps, &UndoManager::changed, this, &EditMenu::update);
         connect(qApp, &QApplication::focusChanged, this, &EditMenu::noteFocus);
+        if (tree) {
+            connect(tree, &TreeEditor::outlineChanged, this, &EditMenu::update);
+            connect(tree, &TreeEditor::selectionChanged, this, &EditMenu::update);
+        }
         focused_ = window.focusWidget();
         update();
     }
@@ -58,6 +63,8 @@ private:
         return keys;
     }
 
+    static QString nameOf(const QKeySequence& key) { return key.toString(QKeySequence::NativeText); }
+
     void add(QMenu* menu, EditCommand command, const QString& title, const QList<QKeySequence>& keys) {
         QAction* action = menu->addAction(title);
         action->setShortcuts(keys);
@@ -65,7 +72,7 @@ private:
         items_.push_back({command, action});
     }
 
-    std::unique_ptr<EditTarget> target() const { return editTargetOf(focused_, steps_); }
+    std::unique_ptr<EditTarget> target() const { return editTargetOf(focused_, steps_, tree_); }
 
     void noteFocus(QWidget*, QWidget* now) {
         // An open menu bar takes the focus; what had it before is what the menu is for.
@@ -83,7 +90,7 @@ private:
     void update() {
         const auto focused = target();
         for (const Item& item : items_)
-            item.action->setEnabled(focused->isText() || focused->canPerform(item.command));
+            item.action->setEnabled(focused->mightPerform(item.command));
         updateTitles(*focused);
     }
 
@@ -106,16 +113,17 @@ private:
 
     const QMainWindow& window_;
     QPointer<UndoManager> steps_;
+    QPointer<TreeEditor> tree_;
     QPointer<QWidget> focused_;
     std::vector<Item> items_;
 };
 
 } // namespace
 
-QMenu& addEditMenu(QMainWindow& window, UndoManager& windowSteps) {
+QMenu& addEditMenu(QMainWindow& window, UndoManager& windowSteps, TreeEditor* tree) {
     QMenu* menu = window.menuBar()->addMenu(EditMenu::tr("&Edición"));
     // The menu owns what keeps it true, so that neither sees the other end.
-    new EditMenu(menu, window, windowSteps);
+    new EditMenu(menu, window, windowSteps, tree);
     return *menu;
 }
 

@@ -1,7 +1,9 @@
 #include "Quelm/Application/EditTarget.h"
 
+#include "Quelm/Foundation/Preferences.h"
 #include "Quelm/Foundation/UndoManager.h"
 #include "Quelm/TextEngine/TextView.h"
+#include "Quelm/TreeEditor/TreeEditor.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -11,6 +13,12 @@
 namespace quelm {
 
 namespace {
+
+/// May ask another program.
+bool clipboardHasText() {
+    const QMimeData* data = QGuiApplication::clipboard()->mimeData();
+    return data && data->hasText();
+}
 
 /// Undo and redo of a manager's steps.
 class StepsTarget : public EditTarget {
@@ -28,7 +36,7 @@ public:
         else
             steps_->redo();
     }
-    bool isText() const override { return false; }
+    bool mightPerform(EditCommand command) const override { return canPerform(command); }
     QString undoTitle() const override { return steps_ ? steps_->undoMenuItemTitle() : EditTarget::undoTitle(); }
     QString redoTitle() const override { return steps_ ? steps_->redoMenuItemTitle() : EditTarget::redoTitle(); }
 
@@ -74,7 +82,7 @@ public:
             return view_.selectAll();
         }
     }
-    bool isText() const override { return true; }
+    bool mightPerform(EditCommand) const override { return true; }
 
 private:
     TextView& view_;
@@ -96,10 +104,8 @@ public:
             return isEditable && isReadable && field_.hasSelectedText();
         case EditCommand::copy:
             return isReadable && field_.hasSelectedText();
-        case EditCommand::paste: {
-            const QMimeData* data = QGuiApplication::clipboard()->mimeData();
-            return isEditable && data && data->hasText();
-        }
+        case EditCommand::paste:
+            return isEditable && clipboardHasText();
         case EditCommand::delete_:
             return isEditable && field_.hasSelectedText();
         case EditCommand::selectAll:
@@ -125,10 +131,54 @@ public:
             return field_.selectAll();
         }
     }
-    bool isText() const override { return true; }
+    bool mightPerform(EditCommand) const override { return true; }
 
 private:
     QLineEdit& field_;
+};
+
+/// The selected node, which is exchanged as JSON, and the steps of its window.
+class TreeTarget : public StepsTarget {
+public:
+    TreeTarget(TreeEditor& editor, UndoManager* steps) : StepsTarget(steps), editor_(editor) {}
+
+    bool canPerform(EditCommand command) const override {
+        return mightPerform(command) && (command != EditCommand::paste || clipboardHasText());
+    }
+    bool mightPerform(EditCommand command) const override {
+        switch (command) {
+        case EditCommand::cut:
+        case EditCommand::delete_:
+            return hasSelection() && editor_.selection() != editor_.tree()->root();
+        case EditCommand::copy:
+        case EditCommand::paste:
+            return hasSelection();
+        case EditCommand::selectAll:
+            return false;
+        default:
+            return StepsTarget::canPerform(command);
+        }
+    }
+    void perform(EditCommand command) override {
+        switch (command) {
+        case EditCommand::cut:
+            editor_.copyJSON(Preferences::preferredStyle());
+            return editor_.remove();
+        case EditCommand::copy:
+            return editor_.copyJSON(Preferences::preferredStyle());
+        case EditCommand::paste:
+            return editor_.pasteJSON();
+        case EditCommand::delete_:
+            return editor_.remove();
+        default:
+            return StepsTarget::perform(command);
+        }
+    }
+
+private:
+    bool hasSelection() const { return editor_.selection() && editor_.isLinked(*editor_.selection()); }
+
+    TreeEditor& editor_;
 };
 
 } // namespace
@@ -141,11 +191,13 @@ QString EditTarget::redoTitle() const {
     return UndoManager::tr("Rehacer");
 }
 
-std::unique_ptr<EditTarget> editTargetOf(QWidget* focused, UndoManager* windowSteps) {
+std::unique_ptr<EditTarget> editTargetOf(QWidget* focused, UndoManager* windowSteps, TreeEditor* tree) {
     if (auto* view = qobject_cast<TextView*>(focused))
         return std::make_unique<TextViewTarget>(*view);
     if (auto* field = qobject_cast<QLineEdit*>(focused))
         return std::make_unique<LineEditTarget>(*field);
+    if (tree && tree->tree())
+        return std::make_unique<TreeTarget>(*tree, windowSteps);
     return std::make_unique<StepsTarget>(windowSteps);
 }
 

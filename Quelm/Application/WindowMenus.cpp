@@ -3,13 +3,15 @@
 #include "Quelm/Application/EditMenu.h"
 #include "Quelm/Application/FileMenu.h"
 #include "Quelm/Application/FindItems.h"
+#include "Quelm/Application/JSONCommands.h"
 #include "Quelm/EditorWindow/EditorView.h"
 
 namespace quelm {
 
 void addWindowMenus(EditorView& window, DocumentController& controller) {
     addFileMenu(window, controller);
-    addFindItems(addEditMenu(window, window.undoManager()), window);
+    addFindItems(addEditMenu(window, window.undoManager(), &window.treeEditor()), window);
+    addJSONCommands(window);
 }
 
 } // namespace quelm

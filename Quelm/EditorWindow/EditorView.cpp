@@ -21,6 +21,8 @@ EditorView::EditorView(std::shared_ptr<JSONDocument> document, QWidget* parent)
     // Steps name places of the content that they were made in.
     connect(document_.get(), &JSONDocument::didApply, &undoManager_, &UndoManager::removeAllActions);
     undoManager_.setStateToken(&document_->stateToken());
+    treeEditor_.setUndoManager(&undoManager_);
+    treeEditor_.onError = [this](const QString& message) { Q_EMIT failed(message); };
     connect(document_.get(), &JSONDocument::isModifiedChanged, this,
             [this] { setWindowModified(document_->isModified()); });
 }
@@ -39,6 +41,13 @@ void EditorView::showDocument() {
         return;
     isOpening_ = false;
     rebuildEditorArea();
+}
+
+void EditorView::finishEditing() {
+    if (auto* tree = qobject_cast<TreeView*>(centralWidget()))
+        tree->finishEditing();
+    if (const JSONTextView* editor = textEditor())
+        editor->textView().finishComposing();
 }
 
 void EditorView::showEvent(QShowEvent* event) {

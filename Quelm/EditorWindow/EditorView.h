@@ -38,7 +38,13 @@ public:
     /// The document has its content: from now on the window shows it.
     void showDocument();
 
+    /// What is being typed into a field of the tree, or composed in the text, becomes a part of the document: for
+    /// whoever is about to save it, or to ask whether it is modified.
+    void finishEditing();
+
 Q_SIGNALS:
+    /// An operation on the tree failed. The message is a first line, a line feed, and the details.
+    void failed(const QString& message);
     /// There is another editor in the window.
     void editorAreaChanged();
 

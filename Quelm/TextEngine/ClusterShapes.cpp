@@ -1,5 +1,7 @@
 #include "Quelm/TextEngine/ClusterShapes.h"
 
+#include "Quelm/TextEngine/FewMarks.h"
+
 #include <QGlyphRun>
 #include <QTextLayout>
 
@@ -136,7 +138,7 @@ std::vector<ClusterShapes::Glyph> ClusterShapes::glyphsOf(const QTextLine& line)
 }
 
 ClusterShapes::Shape ClusterShapes::madeShape(QStringView cluster) {
-    const ShapedCluster shaped(cluster.toString(), font_.font());
+    const ShapedCluster shaped(withFewMarks(cluster.toString()), font_.font());
     const std::vector<Glyph> glyphs = glyphsOf(shaped.line());
     const Shape shape{shaped.line().cursorToX(static_cast<int>(cluster.size())), static_cast<quint32>(glyphs_.size()),
                       static_cast<quint32>(glyphs.size())};

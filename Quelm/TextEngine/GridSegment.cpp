@@ -133,7 +133,7 @@ const GridSegment::Fitted& GridSegment::fitted(std::size_t index) const {
     Fitted& kept = fitted_[index];
     if (!kept.text) {
         const Piece& piece = pieces_[index];
-        kept.text = std::make_unique<ShapedText>(display_.string.mid(piece.start, piece.length), font_, std::nullopt);
+        kept.text = std::make_unique<ShapedText>(display_.string.mid(piece.start, piece.length), font_);
         kept.fit = fit(piece, kept.text->width(0));
     }
     return kept;

@@ -3,6 +3,7 @@
 #include "Quelm/TextEngine/TextRange.h"
 
 #include <compare>
+#include <list>
 #include <map>
 #include <memory>
 
@@ -35,12 +36,12 @@ public:
     };
     static constexpr qint64 wholeLine = -1;
 
-    /// Null when there is none.
+    /// Null when there is none. O(log n), as is `insert`.
     std::shared_ptr<const LayoutPart> find(Key key);
     void insert(Key key, std::shared_ptr<const LayoutPart> part);
     int count() const { return static_cast<int>(parts_.size()); }
 
-    void clear() { parts_.clear(); }
+    void clear() { erase(parts_.begin(), parts_.end()); }
     void dropLine(qint64 line);
 
     /// Lines from `first` to `last` were edited and are as many more as `added` now. Of `first`, the segments before
@@ -49,13 +50,18 @@ public:
     void forgetColors(qint64 firstLine, qint64 lastLine) const;
 
 private:
+    /// Of the parts, the one that was used last first. Keys stay where they are as long as their parts are kept.
+    using Uses = std::list<const Key*>;
     struct Entry {
         std::shared_ptr<const LayoutPart> part;
-        qint64 lastUse = 0;
+        Uses::iterator use;
     };
+    using Parts = std::map<Key, Entry>;
 
-    std::map<Key, Entry> parts_;
-    qint64 now_ = 0;
+    void erase(Parts::iterator first, Parts::iterator end);
+
+    Parts parts_;
+    Uses uses_;
 };
 
 } // namespace quelm

@@ -1,5 +1,8 @@
 #include "Quelm/TextEngine/ShapedText.h"
 
+#include "Quelm/TextEngine/FewMarks.h"
+#include "Quelm/TextEngine/TextClusters.h"
+
 #include <QPainter>
 #include <QTextOption>
 
@@ -7,6 +10,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <memory>
 
@@ -20,12 +24,36 @@ constexpr double unlimitedWidth = 4'000'000;
 /// Glyphs that are drawn in one call, so that a long row is not drawn whole where a part of it is in sight.
 constexpr qsizetype mostGlyphsAFragment = 64;
 
+/// Texts up to here, such as a row, are soon looked through.
+constexpr qsizetype fewUnits = 256;
+
 /// Whether a text may have characters that run from right to left.
 bool isBidirectional(const QString& text) {
     return std::ranges::any_of(text, [](QChar unit) {
         const QChar::Direction direction = unit.direction();
         return direction == QChar::DirR || direction == QChar::DirAL || unit.isSurrogate() ||
                (unit.unicode() >= 0x2000 && unit.category() == QChar::Other_Format);
+    });
+}
+
+/// Whether a text has characters that text layouts and ICU do not surely treat alike.
+bool hasUnseenCharacters(const QString& text) {
+    return std::ranges::any_of(text, [](QChar unit) {
+        switch (unit.direction()) {
+        case QChar::DirBN:
+        case QChar::DirLRE:
+        case QChar::DirLRO:
+        case QChar::DirRLE:
+        case QChar::DirRLO:
+        case QChar::DirPDF:
+        case QChar::DirLRI:
+        case QChar::DirRLI:
+        case QChar::DirFSI:
+        case QChar::DirPDI:
+            return true;
+        default:
+            return false;
+        }
     });
 }
 
@@ -46,10 +74,10 @@ void forEachLevel(const QString& text, Visit&& visit) {
     }
 }
 
-QTextOption optionFor(const TextFont& font, bool wraps) {
+QTextOption optionFor(const TextFont& font) {
     QTextOption option(Qt::AlignLeft | Qt::AlignAbsolute);
     option.setTextDirection(Qt::LeftToRight);
-    option.setWrapMode(wraps ? QTextOption::WrapAtWordBoundaryOrAnywhere : QTextOption::NoWrap);
+    option.setWrapMode(QTextOption::NoWrap);
     option.setTabStopDistance(font.tabWidth());
     option.setFlags(QTextOption::IncludeTrailingSpaces);
     return option;
@@ -57,53 +85,31 @@ QTextOption optionFor(const TextFont& font, bool wraps) {
 
 } // namespace
 
-ShapedText::ShapedText(const QString& text, const TextFont& font, std::optional<double> wrapWidth)
-    : layout_(text, font.font()), wrapWidth_(wrapWidth), slack_(2.0 * font.rowHeight()) {
+ShapedText::ShapedText(const QString& text, const TextFont& font)
+    : layout_(withFewMarks(text), font.font()), slack_(2.0 * font.rowHeight()) {
     if (isBidirectional(text))
         forEachLevel(text, [&](int start, int end, int level) { runs_.push_back({start, end, level % 2 != 0}); });
     else
         runs_.push_back({0, length(), false});
+    looksAmongPlaces_ = text.size() <= fewUnits || hasUnseenCharacters(text);
     // So that the place before a character is where that character begins, in whichever direction it is read.
     layout_.setCursorMoveStyle(Qt::VisualMoveStyle);
-    layout_.setTextOption(optionFor(font, wrapWidth.has_value()));
+    layout_.setTextOption(optionFor(font));
     layout_.setCacheEnabled(true);
     layout_.beginLayout();
-    for (QTextLine line = layout_.createLine(); line.isValid(); line = layout_.createLine()) {
-        line.setLineWidth(wrapWidth.value_or(unlimitedWidth));
-        line.setPosition({0, -line.ascent()});
-    }
+    line_ = layout_.createLine();
+    line_.setLineWidth(unlimitedWidth);
+    line_.setPosition({0, -line_.ascent()});
     layout_.endLayout();
+    width_ = line_.naturalTextWidth();
 }
 
-int ShapedText::rowOf(int index) const {
-    int low = 0;
-    int high = rowCount();
-    while (high - low > 1) {
-        const int middle = (low + high) / 2;
-        (layout_.lineAt(middle).textStart() <= index ? low : high) = middle;
-    }
-    return low;
+double ShapedText::leadingX(int index) const {
+    return line_.cursorToX(index);
 }
 
-TextRange ShapedText::rowRange(int row) const {
-    const QTextLine line = layout_.lineAt(row);
-    return {line.textStart(), line.textLength()};
-}
-
-double ShapedText::leadingX(int row, int index) const {
-    return clamped(layout_.lineAt(row).cursorToX(index));
-}
-
-double ShapedText::trailingX(int row, int end) const {
-    return clamped(layout_.lineAt(row).cursorToX(layout_.previousCursorPosition(end), QTextLine::Trailing));
-}
-
-double ShapedText::x(int index) const {
-    return leadingX(rowOf(index), index);
-}
-
-double ShapedText::width(int row) const {
-    return clamped(layout_.lineAt(row).naturalTextWidth());
+double ShapedText::trailingX(int end) const {
+    return line_.cursorToX(layout_.previousCursorPosition(end), QTextLine::Trailing);
 }
 
 template <class Visit>
@@ -116,13 +122,13 @@ void ShapedText::forEachRun(TextRange indexes, Visit&& visit) const {
 }
 
 /// The place of the run, its end among them, that is nearest to `x`.
-int ShapedText::placeInRun(int row, const Run& run, double x) const {
+int ShapedText::placeInRun(const Run& run, double x) const {
     const auto place = [&](int index) {
         return index <= run.start || layout_.isValidCursorPosition(index)
                    ? index
                    : std::max(layout_.previousCursorPosition(index), run.start);
     };
-    const auto placeX = [&](int index) { return index < run.end ? leadingX(row, index) : trailingX(row, run.end); };
+    const auto placeX = [&](int index) { return index < run.end ? leadingX(index) : trailingX(run.end); };
     const auto isBefore = [&](int index) {
         const double at = placeX(index);
         return run.isRightToLeft ? at >= x : at <= x;
@@ -138,20 +144,39 @@ int ShapedText::placeInRun(int row, const Run& run, double x) const {
     return std::abs(placeX(after) - x) < std::abs(placeX(before) - x) ? after : before;
 }
 
-int ShapedText::indexAt(int row, double x) const {
-    const TextRange range = rowRange(row);
-    int nearest = static_cast<int>(range.location);
+int ShapedText::indexAt(int, double x) const {
+    return looksAmongPlaces_ ? indexAmongPlaces(x) : indexAmongRuns(x);
+}
+
+int ShapedText::indexAmongPlaces(double x) const {
+    if (places_.empty()) {
+        clusters::forEach(layout_.text(), [&](qsizetype start, qsizetype) {
+            places_.push_back({leadingX(static_cast<int>(start)), static_cast<int>(start)});
+        });
+        places_.push_back({leadingX(length()), length()});
+        std::ranges::stable_sort(places_, {}, &Place::x);
+    }
+    const auto after = std::ranges::lower_bound(places_, x, {}, &Place::x);
+    if (after == places_.begin())
+        return after->index;
+    const auto before = std::prev(after);
+    return after == places_.end() || x - before->x <= after->x - x ? before->index : after->index;
+}
+
+int ShapedText::indexAmongRuns(double x) const {
+    const TextRange range{0, length()};
+    int nearest = 0;
     double leastDistance = std::numeric_limits<double>::max();
     double leastMiss = 0;
     // Two runs may touch at `x`; then the place in one of them is where a caret would really stand.
     forEachRun(range, [&](const Run& run) {
         constexpr double hair = 0.02;
-        const auto [left, right] = std::minmax({leadingX(row, run.start), trailingX(row, run.end)});
+        const auto [left, right] = std::minmax({leadingX(run.start), trailingX(run.end)});
         const double distance = std::max({left - x, x - right, 0.0});
         if (distance > leastDistance + hair)
             return;
-        const int found = placeInRun(row, run, x);
-        const double miss = std::abs(leadingX(row, found) - x);
+        const int found = placeInRun(run, x);
+        const double miss = std::abs(leadingX(found) - x);
         if (distance > leastDistance - hair && miss >= leastMiss)
             return;
         nearest = found;
@@ -161,21 +186,21 @@ int ShapedText::indexAt(int row, double x) const {
     return nearest;
 }
 
-void ShapedText::appendStretches(int row, TextRange indexes, Stretches& stretches) const {
+void ShapedText::appendStretches(int, TextRange indexes, Stretches& stretches) const {
     if (indexes.isEmpty())
         return;
-    if (indexes == rowRange(row)) {
-        stretches.emplace_back(0, width(row));
+    if (indexes.length == length()) {
+        stretches.emplace_back(0, width_);
         return;
     }
     forEachRun(indexes, [&](const Run& run) {
-        const double from = leadingX(row, run.start);
-        const double to = trailingX(row, run.end);
+        const double from = leadingX(run.start);
+        const double to = trailingX(run.end);
         stretches.emplace_back(std::min(from, to), std::max(from, to));
     });
 }
 
-void ShapedText::appendFragments(Row& fragments, const QGlyphRun& glyphs, ColorRole role) const {
+void ShapedText::appendFragments(Fragments& fragments, const QGlyphRun& glyphs, ColorRole role) const {
     const QList<quint32> indexes = glyphs.glyphIndexes();
     const QList<QPointF> places = glyphs.positions();
     for (qsizetype start = 0; start < indexes.size(); start += mostGlyphsAFragment) {
@@ -191,23 +216,20 @@ void ShapedText::appendFragments(Row& fragments, const QGlyphRun& glyphs, ColorR
     }
 }
 
-const ShapedText::Row& ShapedText::fragments(int row, const TextPainting::ColorsOf& colorsOf) const {
-    rows_.resize(static_cast<std::size_t>(rowCount()));
-    std::optional<Row>& kept = rows_[static_cast<std::size_t>(row)];
-    if (kept)
-        return *kept;
-    kept.emplace();
-    const QTextLine line = layout_.lineAt(row);
-    colorsOf(rowRange(row), [&](qint64 from, qint64 length, ColorRole role) {
-        const QList<QGlyphRun> runs = line.glyphRuns(static_cast<int>(from), static_cast<int>(length));
+const ShapedText::Fragments& ShapedText::fragments(const TextPainting::ColorsOf& colorsOf) const {
+    if (fragments_)
+        return *fragments_;
+    fragments_.emplace();
+    colorsOf({0, length()}, [&](qint64 from, qint64 length, ColorRole role) {
+        const QList<QGlyphRun> runs = line_.glyphRuns(static_cast<int>(from), static_cast<int>(length));
         for (const QGlyphRun& glyphs : runs)
-            appendFragments(*kept, glyphs, role);
+            appendFragments(*fragments_, glyphs, role);
     });
-    return *kept;
+    return *fragments_;
 }
 
-void ShapedText::paint(const TextPainting& painting, int row) const {
-    for (const Fragment& fragment : fragments(row, painting.colorsOf)) {
+void ShapedText::paint(const TextPainting& painting, int) const {
+    for (const Fragment& fragment : fragments(painting.colorsOf)) {
         if (fragment.right < painting.left || painting.right < fragment.left)
             continue;
         painting.painter.setPen(painting.color(fragment.role));

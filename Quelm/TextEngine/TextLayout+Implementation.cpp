@@ -4,6 +4,7 @@
 #include "Quelm/TextEngine/ShapedLine.h"
 #include "Quelm/TextEngine/TextClusters.h"
 #include "Quelm/TextEngine/TextLayout+Implementation.h"
+#include "Quelm/TextEngine/WrappedText.h"
 
 #include <algorithm>
 
@@ -29,6 +30,7 @@ void TextLayout::Implementation::forgetAll() {
     rows_.reset();
     if (wrapWidth_)
         rows_.emplace(estimatedRows(storage_.text(), {0, lineCount_}, *wrapWidth_, font_));
+    estimateComposedLine();
 }
 
 void TextLayout::Implementation::setFont(const TextFont& font) {
@@ -49,6 +51,13 @@ void TextLayout::Implementation::setWrapWidth(std::optional<double> width) {
 
 // Edits.
 
+qint64 TextLayout::Implementation::partsBefore(qint64 lineStart, qint64 offset) const {
+    if (!wrapWidth_)
+        return GridLine::segmentsBefore(offset - lineStart);
+    const qint64 cells = LineCells(storage_, TextRange::between(lineStart, offset)).count();
+    return GridRows::rowsBeforeCells(cells, *wrapWidth_, font_);
+}
+
 void TextLayout::Implementation::noteEdit(TextRange range, qint64 delta) {
     const qint64 first = storage_.lineAt(range.location);
     const qint64 last = storage_.lineAt(range.end());
@@ -57,8 +66,7 @@ void TextLayout::Implementation::noteEdit(TextRange range, qint64 delta) {
 
     const TextRange contents = storage_.lineContents(first);
     const bool staysLong = first == last && added == 0 && contents.length > segmentLength + 1;
-    cache_.noteEditedLines(first, last - added, added,
-                           staysLong ? GridLine::segmentsBefore(range.location - contents.location) : 0);
+    cache_.noteEditedLines(first, last - added, added, staysLong ? partsBefore(contents.location, range.location) : 0);
     if (rows_) {
         const LineSpan lines{first, last - first + 1};
         rows_->replace(first, lines.count - added, estimatedRows(storage_.text(), lines, *wrapWidth_, font_));
@@ -66,6 +74,7 @@ void TextLayout::Implementation::noteEdit(TextRange range, qint64 delta) {
     }
     if (composition_.offset > range.location)
         composition_.offset = std::max(range.location, composition_.offset + delta);
+    estimateComposedLine();
 }
 
 void TextLayout::Implementation::noteAttributes(TextRange range) {
@@ -79,10 +88,15 @@ void TextLayout::Implementation::forgetComposition() {
     // Segments of a long line do not have it.
     if (storage_.lineContents(line).length <= segmentLength)
         cache_.dropLine(line);
-    if (rows_) {
-        rows_->set(line, LineRows::estimate(rows_->at(line).count));
-        areAllRowsExact_ = false;
-    }
+    estimateComposedLine();
+}
+
+void TextLayout::Implementation::estimateComposedLine() {
+    if (!rows_ || composition_.text.isEmpty())
+        return;
+    const qint64 line = storage_.lineAt(composition_.offset);
+    rows_->set(line, LineRows::estimate(rows_->at(line).count));
+    areAllRowsExact_ = false;
 }
 
 void TextLayout::Implementation::setComposition(const Composition& composition) {
@@ -93,7 +107,7 @@ void TextLayout::Implementation::setComposition(const Composition& composition) 
     forgetComposition();
     shapedComposition_.reset();
     if (!composition_.text.isEmpty())
-        shapedComposition_.emplace(displayText(composition_.text).string, font_, std::nullopt);
+        shapedComposition_.emplace(displayText(composition_.text).string, font_);
 }
 
 // Lines.
@@ -133,18 +147,24 @@ TextLayout::Implementation::Geometry TextLayout::Implementation::madeGeometry(Te
         if (fits(alone->width(0)))
             return std::make_shared<const ShapedLine>(std::move(display), std::move(alone), font_, composition);
     }
-    if (!wrapWidth_ && units.length > joinedLength)
+    std::unique_ptr<const LineText> shaped;
+    if (wrapWidth_)
+        shaped = std::make_unique<const WrappedText>(display.string, font_, shapes_.current(), *wrapWidth_);
+    else if (units.length <= joinedLength)
+        shaped = std::make_unique<const ShapedText>(display.string, font_);
+    else
         return nullptr;
-    auto shaped = std::make_unique<const ShapedText>(display.string, font_, wrapWidth_);
     return std::make_shared<const ShapedLine>(std::move(display), std::move(shaped), font_, composition);
 }
 
-TextLayout::Implementation::Geometry TextLayout::Implementation::gridLine(qint64 line, TextRange units) {
-    std::optional<GridLine::Overlay> overlay;
+TextLayout::Implementation::Geometry TextLayout::Implementation::longLine(qint64 line, TextRange units) {
+    std::optional<CompositionOverlay> overlay;
     if (const std::optional<Composition> composition = compositionIn(units))
         overlay = {composition->offset, composition->caret, &*shapedComposition_};
-    return std::make_shared<const GridLine>(GridLine::Context{storage_, font_, cache_, shapes_, wrapWidth_}, line,
-                                            units, overlay);
+    if (wrapWidth_)
+        return std::make_shared<const GridRows>(GridRows::Context{storage_, font_, cache_, shapes_, *wrapWidth_}, line,
+                                                units, overlay);
+    return std::make_shared<const GridLine>(GridLine::Context{storage_, font_, cache_, shapes_}, line, units, overlay);
 }
 
 TextLayout::Implementation::Geometry TextLayout::Implementation::geometry(qint64 line, qint64 start) {
@@ -154,11 +174,11 @@ TextLayout::Implementation::Geometry TextLayout::Implementation::geometry(qint64
         return std::static_pointer_cast<const LineGeometry>(kept);
     const TextRange units = shownUnits(line, start);
     if (kept || units.length > segmentLength)
-        return gridLine(line, units);
+        return longLine(line, units);
     Geometry made = madeGeometry(units, compositionIn(units).value_or(Composition()));
     if (!made) {
         cache_.insert(key, onGrid_);
-        return gridLine(line, units);
+        return longLine(line, units);
     }
     cache_.insert(key, made);
     return made;

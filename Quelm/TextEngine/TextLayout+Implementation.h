@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Quelm/TextEngine/GridLine.h"
+#include "Quelm/TextEngine/GridRows.h"
 #include "Quelm/TextEngine/WrappedRows.h"
 
 namespace quelm {
@@ -54,13 +55,17 @@ private:
     Geometry geometry(qint64 line, qint64 start);
     /// Null for a line that is too long to be laid out as a whole, its characters being what they are.
     Geometry madeGeometry(TextRange units, const Composition& composition);
-    Geometry gridLine(qint64 line, TextRange units);
+    Geometry longLine(qint64 line, TextRange units);
+    /// How many parts at the start of a long line do not change when its text from an offset on does.
+    qint64 partsBefore(qint64 lineStart, qint64 offset) const;
     TextRange shownUnits(qint64 line, qint64 start) const;
     /// The composition, if it is in these units: its offset from their start.
     std::optional<Composition> compositionIn(TextRange units) const;
 
     void forgetAll();
     void forgetComposition();
+    /// The rows of the line with the composition are not those of its text.
+    void estimateComposedLine();
     /// Makes the rows of a line exact.
     void look(qint64 line);
     void lookAtShortText();

@@ -22,10 +22,11 @@ namespace quelm {
 ///
 /// A line of up to `segmentLength` units is laid out as a whole: characters that need no neighbours to be shaped stand
 /// side by side, each of its own width. A line with others, whose letters join or run from right to left, is shaped as
-/// a whole, with bidirectional text, up to `joinedLength` units, or any that is laid out as a whole when lines wrap. A
-/// longer one stands on a grid of cells: a character's place follows from counts in the text before it, and only the
-/// segments that are asked about are shaped, each stretch of characters that join fitted to its cells. Nothing here
-/// ever walks through a whole long line.
+/// a whole, with bidirectional text, up to `joinedLength` units. A longer one stands on a grid of cells: a character's
+/// place follows from counts in the text before it, and only the segments that are asked about are shaped, each stretch
+/// of characters that join fitted to its cells. When lines wrap, a row is laid out by itself; where rows begin follows
+/// from the widths of the characters in a line of up to `segmentLength` units, and from counts in the text before them
+/// in a longer one. Nothing here ever walks through a whole long line.
 ///
 /// Lengths are logical pixels; x is from the start of a row's text, and of 64 bits in range. Rows count from 0. Offsets
 /// are UTF-16 units of the storage; a place between two rows of one wrapped line belongs to the later row.
@@ -49,7 +50,8 @@ public:
     void setWrapWidth(std::optional<double> width);
 
     /// Characters were replaced, as `TextStorage::didProcessEditing` says; to be called before anything is asked, once
-    /// an edit. O(log n), and the length of the edited lines when lines wrap. A composition moves with the text.
+    /// an edit. O(log n) a line that was edited, and the length of short ones when lines wrap. A composition moves with
+    /// the text.
     void noteEdit(TextRange range, qint64 delta);
     /// Attributes in the range were changed.
     void noteAttributes(TextRange range);

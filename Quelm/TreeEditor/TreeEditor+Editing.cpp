@@ -115,35 +115,36 @@ void TreeEditor::pasteJSON() {
     const std::optional<NodeID> selection = linkedSelection();
     if (!selection)
         return;
-    const std::optional<TextRope> text = pasteboard_.string();
-    if (!text)
-        return;
-    const WaitCursor waiting(text->byteCount() > longPaste);
-    const std::expected<JSONTree, JSONParseError> pasted = JSONParser::parse(*text);
+    attempt([&] {
+        if (const std::optional<TextRope> text = pasteboard_.string())
+            paste(*text, *selection);
+    });
+}
+
+void TreeEditor::paste(const TextRope& text, NodeID target) {
+    const WaitCursor waiting(text.byteCount() > longPaste);
+    const std::expected<JSONTree, JSONParseError> pasted = JSONParser::parse(text);
     if (!pasted) {
         report(tr("El portapapeles no contiene JSON válido.\n") + parseErrorText(pasted.error()));
         return;
     }
-    const bool inside = isContainer(tree()->kind(*selection));
-    perform(tr("Pegar JSON"), [&](JSONTree& tree) { return tree.pasteChange(*pasted, *selection, inside); });
+    const bool inside = isContainer(tree()->kind(target));
+    perform(tr("Pegar JSON"), [&](JSONTree& tree) { return tree.pasteChange(*pasted, target, inside); });
 }
 
 /// Returns the focus of the change, if there was one.
 std::optional<NodeID> TreeEditor::perform(const QString& actionName, const Prepare& prepare) {
     if (editing_)
         Q_EMIT willEdit();
-    try {
-        const auto applied = document_->applyTreeChange(prepare);
+    std::optional<NodeID> focus;
+    attempt([&] {
+        auto applied = tree() ? document_->applyTreeChange(prepare) : std::nullopt;
         if (!applied)
-            return std::nullopt;
-        record(applied->change.edits, applied->inverse, actionName, applied->change.focus);
-        return applied->change.focus;
-    } catch (const std::bad_alloc&) {
-        report(tr("No hay memoria suficiente para este cambio.\n"));
-    } catch (const std::length_error&) {
-        report(tr("El documento no admite más nodos ni más texto.\n"));
-    }
-    return std::nullopt;
+            return;
+        focus = applied->change.focus;
+        record(applied->change.edits, std::move(applied->inverse), actionName, focus);
+    });
+    return focus;
 }
 
 void TreeEditor::record(std::span<const TreeEdit> edits, std::vector<TreeEdit> inverse, const QString& actionName,
@@ -176,16 +177,14 @@ void TreeEditor::record(std::span<const TreeEdit> edits, std::vector<TreeEdit> i
 void TreeEditor::registerStep(std::vector<TreeEdit> inverse, const QString& actionName) {
     if (!undoManager_)
         return;
-    undoManager_->registerUndo<TreeEditor>(this, [inverse = std::move(inverse), actionName](TreeEditor& editor) {
-        editor.replay(inverse, actionName);
-    });
+    undoManager_->registerUndo<TreeEditor>(
+        this, [inverse = std::move(inverse), actionName](TreeEditor& editor) { editor.replay(inverse, actionName); });
     undoManager_->setActionName(actionName);
 }
 
 void TreeEditor::replay(std::span<const TreeEdit> edits, const QString& actionName) {
     if (!tree())
         return;
-    std::vector<TreeEdit> inverse = document_->applyTreeEdits(edits);
     std::optional<NodeID> focus;
     for (const TreeEdit& edit : edits) {
         if (!edit.asRemove()) {
@@ -193,7 +192,17 @@ void TreeEditor::replay(std::span<const TreeEdit> edits, const QString& actionNa
             break;
         }
     }
-    record(edits, std::move(inverse), actionName, focus);
+    attempt([&] { record(edits, document_->applyTreeEdits(edits), actionName, focus); });
+}
+
+void TreeEditor::attempt(const std::function<void()>& work) const {
+    try {
+        work();
+    } catch (const std::bad_alloc&) {
+        report(tr("No hay memoria suficiente para esta operación.\n"));
+    } catch (const std::length_error&) {
+        report(tr("El documento no admite más nodos ni más texto.\n"));
+    }
 }
 
 void TreeEditor::report(const QString& message) const {

@@ -155,7 +155,7 @@ void TreeEditor::copyJSON(const JSONStyle& style) {
     if (!selection)
         return;
     const WaitCursor waiting(tree()->nodeCount() > longWriting);
-    pasteboard_.setString(JSONSerializer::serializeToString(*tree(), *selection, style));
+    attempt([&] { pasteboard_.setString(JSONSerializer::serializeToString(*tree(), *selection, style)); });
 }
 
 } // namespace quelm

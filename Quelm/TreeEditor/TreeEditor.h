@@ -5,6 +5,7 @@
 #include "JSONCore/TreeOutline.h"
 #include "Quelm/Documents/JSONDocument.h"
 #include "TextCore/SharedText.h"
+#include "TextCore/TextRope.h"
 
 #include <QObject>
 #include <QPointer>
@@ -22,8 +23,8 @@ namespace quelm {
 class Pasteboard;
 class UndoManager;
 
-/// The controller of a window's tree mode: the visible outline of the document's tree, the selected node, the field that
-/// is edited in place, and every operation on them. It has no widgets.
+/// The controller of a window's tree mode: the visible outline of the document's tree, the selected node, the field
+/// that is edited in place, and every operation on them. It has no widgets.
 ///
 /// Operations do nothing while the document shows its text or has no tree. An operation on a node, the selection as a
 /// rule, does nothing while there is none or it is not part of the document any more, as after undoing the insertion
@@ -147,11 +148,14 @@ private:
     void toggleBoolean(NodeID id);
     std::optional<TreeEdit> editOf(const SharedText& text, Editing editing) const;
     void applyEdit(const TreeEdit& edit, const QString& actionName);
+    void paste(const TextRope& text, NodeID target);
     std::optional<NodeID> perform(const QString& actionName, const Prepare& prepare);
     void record(std::span<const TreeEdit> edits, std::vector<TreeEdit> inverse, const QString& actionName,
                 std::optional<NodeID> focus);
     void registerStep(std::vector<TreeEdit> inverse, const QString& actionName);
     void replay(std::span<const TreeEdit> edits, const QString& actionName);
+    /// Does work that may need more memory or more room in the tree than there is, which is reported.
+    void attempt(const std::function<void()>& work) const;
     void report(const QString& message) const;
 
     const std::shared_ptr<JSONDocument> document_;

@@ -22,9 +22,9 @@ struct TreeRowText {
 TreeRowContents::TreeRowContents(const TreeRow& row, const TreeRowStyle& style)
     : id(row.id), depth(row.depth), kind(row.kind), isExpanded(row.isExpanded), isDuplicateKey(row.isDuplicateKey) {
     if (const std::string* key = row.label.asKey()) {
-        labelKind = LabelKind::key;
+        labelKind = key->empty() ? LabelKind::emptyKey : LabelKind::key;
         const VisibleText text = visibleText(*key, mostCharacters);
-        label = text.text;
+        label = key->empty() ? TreeRowText::tr("clave vacía") : text.text;
         isLabelCut = text.isCut;
     } else if (const std::int64_t* index = row.label.asIndex()) {
         labelKind = LabelKind::index;
@@ -49,7 +49,7 @@ TreeRowContents::TreeRowContents(const TreeRow& row, const TreeRowStyle& style)
 const TreeRowStyle::Face& TreeRowContents::labelFace(const TreeRowStyle& style) const {
     if (labelKind == LabelKind::key)
         return style.key;
-    return labelKind == LabelKind::index ? style.index : style.root;
+    return labelKind == LabelKind::index ? style.index : style.placeholder;
 }
 
 QString childCountText(NodeKind container, std::int64_t count) {

@@ -12,7 +12,7 @@ namespace quelm {
 /// What a row shows, as texts of one line that are short enough to be measured and painted at any time, with their
 /// widths.
 struct TreeRowContents {
-    enum class LabelKind : std::uint8_t { key, index, root };
+    enum class LabelKind : std::uint8_t { key, emptyKey, index, root };
 
     /// Looks at a bounded part of the row's key and value, however long they are.
     TreeRowContents(const TreeRow& row, const TreeRowStyle& style);

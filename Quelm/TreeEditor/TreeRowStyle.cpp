@@ -20,15 +20,17 @@ QFont italic(QFont font) {
 
 TreeRowStyle::TreeRowStyle(const QPalette& palette)
     : key(systemFont(TextStyle::body, QFont::Medium)), index(monospacedDigitFont(TextStyle::body)),
-      root(italic(systemFont(TextStyle::body))), count(systemFont(TextStyle::body)),
+      placeholder(italic(systemFont(TextStyle::body))), count(systemFont(TextStyle::body)),
       value(monospacedFont(TextStyle::body)), badge(monospacedFont(TextStyle::smallCaption, QFont::Bold)),
       text(palette.color(QPalette::Text)), indentation(scaledPixels(16)), backgroundInset(scaledPixels(6)),
       backgroundRadius(scaledPixels(5)), contentInset(scaledPixels(14)), chevronWidth(scaledPixels(12)),
       chevronHeight(scaledPixels(16)), badgeWidth(scaledPixels(30)), badgeRadius(scaledPixels(4)),
       markSize(scaledPixels(13)), spacing(scaledPixels(7)), valueSpacing(scaledPixels(11)),
-      leastContentWidth(scaledPixels(360)) {
+      leastFieldWidth(scaledPixels(120)), leastContentWidth(scaledPixels(360)) {
     const Appearance appearance = appearanceOf(palette);
     secondaryText = semanticColor(ColorRole::secondaryText, appearance);
+    tertiaryText = semanticColor(ColorRole::tertiaryText, appearance);
+    accent = semanticColor(ColorRole::accent, appearance);
     warning = semanticColor(ColorRole::warning, appearance);
     alternateRow = semanticColor(ColorRole::alternateRow, appearance);
     selection = semanticColor(ColorRole::selection, appearance);

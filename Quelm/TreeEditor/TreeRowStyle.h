@@ -27,13 +27,16 @@ struct TreeRowStyle {
 
     Face key;
     Face index;
-    Face root;
+    /// What stands for a name: of the top-level value, of a member whose key is empty.
+    Face placeholder;
     Face count;
     Face value;
     Face badge;
 
     QColor text;
     QColor secondaryText;
+    QColor tertiaryText;
+    QColor accent;
     QColor warning;
     QColor alternateRow;
     QColor selection;
@@ -59,6 +62,7 @@ struct TreeRowStyle {
     int spacing;
     /// Between what names a row and its value.
     int valueSpacing;
+    int leastFieldWidth;
     /// The least room that a row should find to the right of its indentation; deeper rows are scrolled to.
     int leastContentWidth;
 };

@@ -1,65 +1,110 @@
-#include "Quelm/Foundation/ToolTipText.h"
-#include "Quelm/TreeEditor/KindPresentation.h"
 #include "Quelm/TreeEditor/TreeEditor.h"
 #include "Quelm/TreeEditor/TreeView.h"
 
 #include <QApplication>
-#include <QHelpEvent>
 #include <QKeyEvent>
-#include <QMouseEvent>
-#include <QStyle>
-#include <QToolTip>
-#include <QWheelEvent>
 
 #include <algorithm>
-#include <cmath>
+#include <chrono>
 
 namespace quelm {
 
 namespace {
 
-constexpr int turnMilliseconds = 120;
-
-/// The angle of one notch of a wheel, in the eighths of a degree that events count.
-constexpr double notch = QWheelEvent::DefaultDeltasPerStep;
+using std::chrono::milliseconds;
 
 /// Modifiers that mean something; those of the keypad do not.
 Qt::KeyboardModifiers meaningfulModifiers(const QInputEvent& event) {
     return event.modifiers() & (Qt::ShiftModifier | Qt::ControlModifier | Qt::AltModifier | Qt::MetaModifier);
 }
 
+/// The text that a key types; empty for keys that do something else, and with modifiers that make it a command.
+QString typedText(const QKeyEvent& event) {
+    if (meaningfulModifiers(event) & ~Qt::KeyboardModifiers(Qt::ShiftModifier))
+        return {};
+    const QList<uint> characters = event.text().toUcs4();
+    const bool isPrintable = std::ranges::all_of(characters, [](uint character) { return QChar::isPrint(character); });
+    return isPrintable ? event.text() : QString();
+}
+
 } // namespace
 
 void TreeView::keyPressEvent(QKeyEvent* event) {
-    const Qt::KeyboardModifiers modifiers = meaningfulModifiers(*event);
-    const bool isPlain = modifiers == Qt::NoModifier;
-    const bool isAlternate = modifiers == Qt::AltModifier;
-    bool isHandled = false;
-    if (event->key() == Qt::Key_Right && (isPlain || isAlternate))
-        isHandled = expandOrScrollRight(isAlternate);
-    else if (event->key() == Qt::Key_Left && (isPlain || isAlternate))
-        isHandled = collapseOrScrollLeft();
-    else if (isPlain)
-        isHandled = moveSelection(event);
+    if (typeAhead(*event))
+        return event->accept();
+    const bool isHandled = handleKey(*event);
+    if (isHandled || event->key() == Qt::Key_Escape)
+        typeAhead_.cancel();
     event->setAccepted(isHandled);
 }
 
-bool TreeView::moveSelection(QKeyEvent* event) {
+bool TreeView::typeAhead(const QKeyEvent& event) {
+    const QString text = typedText(event);
+    if (text.isEmpty() || !hasRows())
+        return false;
+    typeAhead_.setInterval(std::max(milliseconds(1000), milliseconds(QApplication::keyboardInputInterval())));
+    typeAhead_.type(text, selectedRow(), milliseconds(clock_.elapsed()));
+    return true;
+}
+
+bool TreeView::handleKey(const QKeyEvent& event) {
+    const Qt::KeyboardModifiers modifiers = meaningfulModifiers(event);
+    if (modifiers == Qt::NoModifier)
+        return handlePlainKey(event);
+    if (modifiers == Qt::ShiftModifier && event.key() == Qt::Key_F10) {
+        showSelectionMenu();
+        return true;
+    }
+    if (modifiers != Qt::AltModifier)
+        return false;
+    if (event.key() == Qt::Key_Right)
+        return expandOrScrollRight(true);
+    return event.key() == Qt::Key_Left && collapseOrScrollLeft();
+}
+
+bool TreeView::handlePlainKey(const QKeyEvent& event) {
+    switch (event.key()) {
+    case Qt::Key_Right:
+        return expandOrScrollRight(false);
+    case Qt::Key_Left:
+        return collapseOrScrollLeft();
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+    case Qt::Key_F2:
+        if (editor_.editing())
+            return false;
+        editor_.activate();
+        return true;
+    case Qt::Key_Delete:
+        editor_.remove();
+        return true;
+    case Qt::Key_Menu:
+        showSelectionMenu();
+        return true;
+    default:
+        return moveSelection(event.key());
+    }
+}
+
+bool TreeView::moveSelection(int key) {
     if (!hasRows())
         return false;
     const std::int64_t last = editor_.outline().rowCount() - 1;
     const std::int64_t page = std::max<std::int64_t>(1, viewport()->height() / style_.rowHeight - 1);
-    const std::int64_t near = rowNearSelection().value_or(0);
-    // With the selection out of sight in a collapsed container, the first arrow comes back to what can be seen.
-    const std::int64_t step = selectedRow() ? 1 : 0;
+    const std::optional<std::int64_t> nearby = rowNearSelection();
+    const std::int64_t near = nearby.value_or(lastSelectedRow_);
+    // With the selection out of sight in a collapsed container, the first arrow comes back to what can be seen. Where
+    // the selected node is gone, the row in its place is the one after it.
+    const std::int64_t up = selectedRow() || !nearby ? 1 : 0;
+    const std::int64_t down = selectedRow() ? 1 : 0;
 
     std::int64_t row = near;
-    switch (event->key()) {
+    switch (key) {
     case Qt::Key_Up:
-        row = near - step;
+        row = near - up;
         break;
     case Qt::Key_Down:
-        row = near + step;
+        row = near + down;
         break;
     case Qt::Key_PageUp:
         row = near - page;
@@ -84,7 +129,7 @@ std::optional<std::int64_t> TreeView::rowNearSelection() const {
     const JSONTree* tree = editor_.tree();
     auto node = editor_.selection();
     while (tree && node && node->raw < tree->storedNodeCount()) {
-        if (const auto row = editor_.outline().index(*node))
+        if (const auto row = rowOf(node))
             return row;
         node = tree->parent(*node);
     }
@@ -95,14 +140,6 @@ void TreeView::selectRow(std::int64_t row) {
     editor_.select(editor_.outline().rowID(row));
     scrollToRow(row);
     revealHorizontally(row);
-}
-
-void TreeView::revealHorizontally(std::int64_t row) {
-    includeVisibleDepths();
-    const std::int64_t start = editor_.outline().rowDepth(row) * style_.indentation;
-    const std::int64_t length = style_.contentInset + style_.leastContentWidth;
-    // A narrow window shows the start of the row rather than its end.
-    horizontal_.reveal(start, std::min<std::int64_t>(length, viewport()->width()));
 }
 
 bool TreeView::expandOrScrollRight(bool recursive) {
@@ -128,90 +165,6 @@ bool TreeView::collapseOrScrollLeft() {
     const std::int64_t before = horizontal_.position();
     horizontal_.scrollBy(-horizontalStep());
     return horizontal_.position() != before;
-}
-
-void TreeView::startTurn(NodeID id) {
-    const bool isAnimated = style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
-    chevron_.turn(id, editor_.outline().expanded().contains(id), isAnimated ? turnMilliseconds : 0);
-}
-
-void TreeView::mousePressEvent(QMouseEvent* event) {
-    press(event);
-}
-
-void TreeView::mouseDoubleClickEvent(QMouseEvent* event) {
-    // The second of two quick clicks is a click like any other.
-    press(event);
-}
-
-void TreeView::press(QMouseEvent* event) {
-    const auto row = rowAt(event->position().toPoint());
-    if (!row || event->button() != Qt::LeftButton) {
-        event->ignore();
-        return;
-    }
-    const NodeID id = editor_.outline().rowID(*row);
-    if (rowView(*row).isOnChevron(event->position())) {
-        // Window managers often keep clicks with Alt to themselves.
-        const bool isRecursive = event->modifiers() & (Qt::AltModifier | Qt::ShiftModifier);
-        editor_.toggleExpansion(id, isRecursive);
-        startTurn(id);
-    } else {
-        editor_.select(id);
-    }
-    event->accept();
-}
-
-void TreeView::wheelEvent(QWheelEvent* event) {
-    QPointF distance = event->pixelDelta();
-    if (distance.isNull())
-        distance = QPointF(event->angleDelta()) / notch * QApplication::wheelScrollLines() * style_.rowHeight;
-    if (event->modifiers() & Qt::ShiftModifier && distance.x() == 0)
-        distance = distance.transposed();
-
-    if (event->phase() == Qt::ScrollBegin)
-        wheelRemainder_ = {};
-    wheelRemainder_ += distance;
-    const QPointF whole(std::trunc(wheelRemainder_.x()), std::trunc(wheelRemainder_.y()));
-    wheelRemainder_ -= whole;
-    horizontal_.scrollBy(-static_cast<std::int64_t>(whole.x()));
-    vertical_.scrollBy(-static_cast<std::int64_t>(whole.y()));
-    event->accept();
-}
-
-bool TreeView::viewportEvent(QEvent* event) {
-    if (event->type() != QEvent::ToolTip)
-        return QAbstractScrollArea::viewportEvent(event);
-    const auto* help = static_cast<QHelpEvent*>(event);
-    const QString text = toolTipAt(help->pos());
-    if (text.isEmpty()) {
-        QToolTip::hideText();
-        event->ignore();
-        return true;
-    }
-    const auto row = rowAt(help->pos());
-    const TreeRowView view = rowView(*row);
-    QToolTip::showText(help->globalPos(), text, viewport(), view.rect(*view.partAt(help->pos())).toAlignedRect());
-    return true;
-}
-
-QString TreeView::toolTipAt(const QPoint& place) const {
-    const auto row = rowAt(place);
-    if (!row)
-        return {};
-    const TreeRowView view = rowView(*row);
-    const auto part = view.partAt(place);
-    const NodeID id = editor_.outline().rowID(*row);
-    const JSONTree& tree = *editor_.tree();
-    if (part == TreeRowPart::badge)
-        return kindName(tree.kind(id));
-    if (part == TreeRowPart::duplicateMark)
-        return tr("Clave duplicada");
-    if (!part || !view.isShortened(*part))
-        return {};
-    if (part == TreeRowPart::label)
-        return toolTipText(tree.key(id));
-    return isContainer(tree.kind(id)) ? QString() : toolTipText(tree.scalar(id));
 }
 
 } // namespace quelm

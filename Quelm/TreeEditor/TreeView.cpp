@@ -1,9 +1,13 @@
 #include "Quelm/TreeEditor/TreeView.h"
 
 #include "Quelm/Foundation/Fonts.h"
+#include "Quelm/TreeEditor/InlineField.h"
 #include "Quelm/TreeEditor/TreeEditor.h"
+#include "Quelm/TreeEditor/TreeViewAccessible.h"
+#include "Quelm/TreeEditor/TreeViewAccessibleNotices.h"
 
 #include <QEvent>
+#include <QMenu>
 #include <QPaintEvent>
 #include <QPainter>
 #include <QScrollBar>
@@ -14,27 +18,40 @@ namespace quelm {
 
 TreeView::TreeView(TreeEditor& editor, QWidget* parent)
     : QAbstractScrollArea(parent), editor_(editor), style_(palette()), vertical_(*verticalScrollBar()),
-      horizontal_(*horizontalScrollBar()) {
+      horizontal_(*horizontalScrollBar()), typeAhead_(editor) {
+    installTreeViewAccessibility();
     setAccessibleName(tr("Árbol"));
     setFrameShape(NoFrame);
     setFocusPolicy(Qt::StrongFocus);
     viewport()->setBackgroundRole(QPalette::Base);
+    viewport()->setMouseTracking(true);
+    clock_.start();
     connect(&editor_, &TreeEditor::outlineChanged, this, &TreeView::outlineChanged);
     connect(&editor_, &TreeEditor::selectionChanged, this, &TreeView::selectionChanged);
-    const auto scrolled = [this] {
-        includeVisibleDepths();
-        viewport()->update();
-    };
-    connect(&vertical_, &ScrollAxis::positionChanged, this, scrolled);
-    connect(&horizontal_, &ScrollAxis::positionChanged, this, scrolled);
-    connect(&chevron_, &ChevronAnimation::valueChanged, this, [this] {
-        if (const auto row = hasRows() ? editor_.outline().index(*chevron_.node()) : std::nullopt)
-            repaintRow(*row);
-    });
+    connect(&editor_, &TreeEditor::editingChanged, this, &TreeView::editingChanged);
+    connect(&editor_, &TreeEditor::willEdit, this, &TreeView::finishEditing);
+    connect(&editor_, &TreeEditor::didEdit, this, &TreeView::revealSelection);
+    connect(&vertical_, &ScrollAxis::positionChanged, this, &TreeView::viewScrolled);
+    connect(&horizontal_, &ScrollAxis::positionChanged, this, &TreeView::viewScrolled);
+    connect(&chevron_, &ChevronAnimation::valueChanged, this, [this] { repaintRow(rowOf(chevron_.node())); });
+    connect(&typeAhead_, &TreeTypeAhead::found, this, &TreeView::selectRow);
+    new TreeViewAccessibleNotices(*this);
+}
+
+TreeView::~TreeView() {
+    disconnect(&editor_, nullptr, this, nullptr);
+    if (!field_)
+        return;
+    field_->abandon();
+    editor_.setEditing(std::nullopt);
 }
 
 QSize TreeView::sizeHint() const {
     return {scaledPixels(480), scaledPixels(320)};
+}
+
+QSize TreeView::minimumSizeHint() const {
+    return {scaledPixels(240), scaledPixels(100)};
 }
 
 bool TreeView::hasRows() const {
@@ -52,9 +69,12 @@ TreeView::RowRange TreeView::visibleRows() const {
             std::clamp<std::int64_t>((bottom + style_.rowHeight - 1) / style_.rowHeight, 0, count)};
 }
 
+std::optional<std::int64_t> TreeView::rowOf(std::optional<NodeID> id) const {
+    return id && hasRows() ? editor_.outline().index(*id) : std::nullopt;
+}
+
 std::optional<std::int64_t> TreeView::selectedRow() const {
-    const std::optional<NodeID> selection = editor_.selection();
-    return selection && hasRows() ? editor_.outline().index(*selection) : std::nullopt;
+    return rowOf(editor_.selection());
 }
 
 std::int64_t TreeView::contentTop(std::int64_t row) const {
@@ -78,21 +98,23 @@ std::optional<QRect> TreeView::rowArea(std::int64_t row) const {
 
 TreeRowView TreeView::rowView(std::int64_t row) const {
     const auto top = static_cast<int>(contentTop(row) - vertical_.position());
-    return TreeRowView(style_, cache_.contents(row, editor_, style_),
-                       QRect(0, top, viewport()->width(), style_.rowHeight),
-                       style_.contentInset - horizontal_.position());
+    const TreeRowContents& contents = cache_.contents(row, editor_, style_);
+    return TreeRowView(style_, contents, QRect(0, top, viewport()->width(), style_.rowHeight),
+                       style_.contentInset - horizontal_.position(), fieldIn(contents.id));
 }
 
 QRectF TreeView::partArea(std::int64_t row, TreeRowPart part) const {
     return rowArea(row) ? rowView(row).rect(part) : QRectF();
 }
 
+bool TreeView::isInFront() const {
+    // A view that is rendered without being shown looks as it would in front.
+    return !isVisible() || (isActiveWindow() && (hasFocus() || field_));
+}
+
 TreeRowEmphasis TreeView::emphasis(std::int64_t row, std::optional<std::int64_t> selected) const {
-    if (row == selected) {
-        // A view that is rendered without being shown looks as it would in front.
-        const bool isInFront = !isVisible() || (hasFocus() && isActiveWindow());
-        return isInFront ? TreeRowEmphasis::selection : TreeRowEmphasis::inactiveSelection;
-    }
+    if (row == selected)
+        return isInFront() ? TreeRowEmphasis::selection : TreeRowEmphasis::inactiveSelection;
     return row % 2 == 1 ? TreeRowEmphasis::alternate : TreeRowEmphasis::none;
 }
 
@@ -111,7 +133,10 @@ void TreeView::paintEvent(QPaintEvent* event) {
         if (!event->rect().intersects(QRect(0, top, viewport()->width(), style_.rowHeight)))
             continue;
         const TreeRowContents& contents = cache_.contents(row, editor_, style_);
-        rowView(row).paint(painter, emphasis(row, selected), chevron_.degrees(contents.id, contents.isExpanded));
+        rowView(row).paint(painter, {.emphasis = emphasis(row, selected),
+                                     .chevronDegrees = chevron_.degrees(contents.id, contents.isExpanded),
+                                     .isBadgeHovered = hoveredBadge_ == row,
+                                     .isOutlined = menuNode_ == contents.id});
     }
 }
 
@@ -124,6 +149,7 @@ void TreeView::resizeEvent(QResizeEvent* event) {
     // A scroll bar comes up after the step that made it necessary, and must not cover the row stepped to.
     if (wasVisible)
         scrollToRow(*row);
+    placeField();
 }
 
 void TreeView::scrollContentsBy(int, int) {
@@ -134,6 +160,8 @@ void TreeView::showEvent(QShowEvent* event) {
     QAbstractScrollArea::showEvent(event);
     if (!hasRows())
         editor_.reload();
+    // What is edited may be older than the view.
+    editingChanged();
 }
 
 void TreeView::changeEvent(QEvent* event) {
@@ -150,6 +178,13 @@ void TreeView::changeEvent(QEvent* event) {
     }
 }
 
+void TreeView::viewScrolled() {
+    includeVisibleDepths();
+    placeField();
+    updateHover();
+    viewport()->update();
+}
+
 void TreeView::focusInEvent(QFocusEvent* event) {
     QAbstractScrollArea::focusInEvent(event);
     repaintSelection();
@@ -157,26 +192,49 @@ void TreeView::focusInEvent(QFocusEvent* event) {
 
 void TreeView::focusOutEvent(QFocusEvent* event) {
     QAbstractScrollArea::focusOutEvent(event);
+    typeAhead_.cancel();
     repaintSelection();
 }
 
 void TreeView::outlineChanged() {
+    typeAhead_.cancel();
     cache_.clear();
     deepestSeen_ = 0;
     updateExtents();
+    noteSelectedRow();
+    updateHover();
     viewport()->update();
+    // What is hidden by a collapse cannot be edited any more.
+    if (field_ && editor_.editing() == edited_ && !rowOf(edited_->id))
+        finishEditing();
+    placeField();
 }
 
 void TreeView::selectionChanged() {
+    noteSelectedRow();
     if (const auto row = selectedRow())
         scrollToRow(*row);
     viewport()->update();
+}
+
+void TreeView::noteSelectedRow() {
+    if (const auto row = selectedRow())
+        lastSelectedRow_ = *row;
+}
+
+void TreeView::revealSelection() {
+    const auto row = selectedRow();
+    if (!row)
+        return;
+    scrollToRow(*row);
+    revealHorizontally(*row);
 }
 
 void TreeView::lookChanged() {
     style_ = TreeRowStyle(palette());
     cache_.clear();
     updateExtents();
+    placeField();
     viewport()->update();
 }
 
@@ -190,13 +248,26 @@ void TreeView::includeVisibleDepths() {
     const RowRange visible = visibleRows();
     for (std::int64_t row = visible.first; row < visible.end; ++row)
         deepestSeen_ = std::max(deepestSeen_, editor_.outline().rowDepth(row));
-    const std::int64_t width = style_.contentInset + deepestSeen_ * style_.indentation + style_.leastContentWidth;
+    const std::int64_t width = style_.contentInset + deepestSeen_ * style_.indentation + leastContentWidth();
     horizontal_.setExtent(width, viewport()->width(), horizontalStep());
 }
 
-void TreeView::repaintRow(std::int64_t row) {
-    if (const auto area = rowArea(row))
+std::int64_t TreeView::leastContentWidth() const {
+    // A narrow window must not be scrolled sideways for rows that are hardly indented.
+    return std::min<std::int64_t>(style_.leastContentWidth, viewport()->width() * std::int64_t{2} / 3);
+}
+
+void TreeView::repaintRow(std::optional<std::int64_t> row) {
+    if (const auto area = row ? rowArea(*row) : std::nullopt)
         viewport()->update(*area);
+}
+
+void TreeView::revealHorizontally(std::int64_t row) {
+    includeVisibleDepths();
+    const std::int64_t start = editor_.outline().rowDepth(row) * style_.indentation;
+    const std::int64_t length = style_.contentInset + leastContentWidth();
+    // A narrow window shows the start of the row rather than its end.
+    horizontal_.reveal(start, std::min<std::int64_t>(length, viewport()->width()));
 }
 
 void TreeView::scrollToRow(std::int64_t row) {

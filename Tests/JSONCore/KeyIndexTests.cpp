@@ -4,6 +4,7 @@
 #include <map>
 #include <random>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace quelm {
@@ -27,6 +28,7 @@ TEST(KeyIndex, CountsLikeAMap) {
         }
         ASSERT_EQ(index.count(key), model[key]);
     }
+    index.checkInvariants();
     for (const std::string& key : keys)
         EXPECT_EQ(index.count(key), model[key]) << key;
 }
@@ -39,6 +41,45 @@ TEST(KeyIndex, CountsCanonicallyEquivalentKeysAsOne) {
     EXPECT_EQ(index.count("caf\u00E9"), 2);
     EXPECT_EQ(index.count("\u212A"), 1); // the Kelvin sign
     EXPECT_EQ(index.count("cafe"), 0);
+}
+
+TEST(KeyIndex, StaysWholeWhileKeysComeAndGo) {
+    KeyIndex index(1);
+    std::vector<std::string> keys;
+    keys.reserve(5'000);
+    for (int i = 0; i < 5'000; ++i) {
+        index.add(keys.emplace_back("clave " + std::to_string(i)));
+        // Nearly all are gone again by the time the table is made anew.
+        if (i % 100 != 0)
+            index.remove(keys.back());
+        if (i % 500 == 0)
+            index.checkInvariants();
+    }
+    for (int i = 0; i < 5'000; ++i)
+        ASSERT_EQ(index.count(keys[static_cast<std::size_t>(i)]), i % 100 == 0) << i;
+    for (int i = 0; i < 5'000; i += 100)
+        index.remove(keys[static_cast<std::size_t>(i)]);
+    for (const std::string& key : keys)
+        index.add(key);
+    index.checkInvariants();
+    EXPECT_EQ(index.count(keys[7]), 1);
+}
+
+TEST(KeyIndex, TakesManyKeysAsItTakesOne) {
+    std::vector<std::string> texts;
+    for (int i = 0; i < 10'000; ++i)
+        texts.push_back(i % 3 == 0 ? "caf\u00E9 " + std::to_string(i % 700) : "k" + std::to_string(i % 900));
+    const std::vector<std::string_view> keys(texts.begin(), texts.end());
+    KeyIndex together(10);
+    together.add(keys);
+    KeyIndex apart(keys.size());
+    for (const std::string_view key : keys)
+        apart.add(key);
+    together.checkInvariants();
+    apart.checkInvariants();
+    EXPECT_TRUE(together.hasSameCounts(apart));
+    apart.remove(keys[5]);
+    EXPECT_FALSE(together.hasSameCounts(apart));
 }
 
 TEST(KeyIndex, NumbersAKeyFromTwoAndFillsTheFirstGap) {

@@ -5,15 +5,19 @@
 #include "Quelm/Foundation/Fonts.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
+#include "Quelm/TreeEditor/InlineField.h"
 #include "Quelm/TreeEditor/TreeView.h"
 #include "Tests/Quelm/Support/Printing.h"
 #include "Tests/Quelm/Support/TemporaryPreferences.h"
 #include "Tests/Quelm/Support/TestDocuments.h"
 
+#include <QClipboard>
 #include <QCoreApplication>
+#include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QLabel>
 #include <QScreen>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <gtest/gtest.h>
@@ -176,6 +180,52 @@ TEST_F(EditorViewTests, TheEditorFollowsTheDocument) {
     replace("[1,2]");
     ASSERT_NE(tree(), nullptr);
     EXPECT_EQ(tree()->editor().outline().rowCount(), 3);
+}
+
+TEST_F(EditorViewTests, AnEditOfTheTreeIsAStepOfTheWindowThatMarksItModified) {
+    show("[1,2]");
+    window->treeEditor().select(window->treeEditor().outline().rowID(1));
+    window->treeEditor().remove();
+    EXPECT_TRUE(window->isWindowModified());
+    EXPECT_EQ(window->undoManager().undoActionName(), QStringLiteral("Eliminar"));
+    window->undoManager().undo();
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_EQ(tree()->editor().outline().rowCount(), 3);
+
+    replace("[3]");
+    EXPECT_FALSE(window->undoManager().canRedo());
+}
+
+TEST_F(EditorViewTests, WhatFailsInTheTreeIsToldWithItsDetails) {
+    show("[1]");
+    const QSignalSpy failed(window.get(), &EditorView::failed);
+    QGuiApplication::clipboard()->setText(QStringLiteral("no"));
+    window->treeEditor().pasteJSON();
+    ASSERT_EQ(failed.count(), 1);
+    EXPECT_EQ(failed.constFirst().constFirst().toString(),
+              QStringLiteral("El portapapeles no contiene JSON válido.\nLínea 1, columna 1: Valor inesperado"));
+}
+
+TEST_F(EditorViewTests, FinishingTakesTheFieldOfTheTreeAndTheCompositionOfTheText) {
+    show("[1]");
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    window->treeEditor().select(window->treeEditor().outline().rowID(1));
+    window->treeEditor().activate();
+    ASSERT_NE(tree()->inlineField(), nullptr);
+    QTest::keyClicks(&tree()->inlineField()->textView(), QStringLiteral("23"));
+    EXPECT_FALSE(window->isWindowModified());
+    window->finishEditing();
+    EXPECT_TRUE(window->isWindowModified());
+    EXPECT_EQ(JSONDocument::fileContents(window->document().snapshot()).view(), "[23]");
+
+    show("[1");
+    QInputMethodEvent composition(QStringLiteral("か"), {});
+    QCoreApplication::sendEvent(&textView(), &composition);
+    ASSERT_TRUE(textView().isComposing());
+    window->finishEditing();
+    EXPECT_FALSE(textView().isComposing());
+    EXPECT_TRUE(window->isWindowModified());
 }
 
 TEST_F(EditorViewTests, ADocumentThatIsStillToComeIsAnnounced) {

@@ -1,7 +1,13 @@
 #include "Tests/Quelm/Support/TreeWindow.h"
 
+#include "JSONCore/JSONSerializer.h"
+#include "Quelm/TextEngine/TextStorage.h"
+#include "Quelm/TextEngine/TextView.h"
+#include "TextCore/Check.h"
+
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMenu>
 #include <QTest>
 #include <QVBoxLayout>
 #include <QWheelEvent>
@@ -15,7 +21,9 @@ TreeWindow::~TreeWindow() {
 void TreeWindow::open(std::string_view text) {
     window.reset();
     document = documentWithText(text);
+    undoManager = std::make_unique<UndoManager>();
     editor = std::make_unique<TreeEditor>(document);
+    editor->setUndoManager(undoManager.get());
     window = std::make_unique<QWidget>();
     view = new TreeView(*editor);
     auto* layout = new QVBoxLayout(window.get());
@@ -30,6 +38,15 @@ void TreeWindow::open(std::string_view text) {
 
 void TreeWindow::replace(std::string_view text) {
     document->apply(JSONContent::fromText(TextRope(SharedText(text))));
+}
+
+std::string TreeWindow::json() const {
+    const JSONTree& tree = *editor->tree();
+    return std::string(JSONSerializer::serialize(tree, tree.root(), JSONStyle::compact()).view());
+}
+
+std::string TreeWindow::selectedKey() const {
+    return std::string(editor->tree()->key(editor->selection().value()));
 }
 
 std::int64_t TreeWindow::selectedRow() const {
@@ -53,8 +70,55 @@ bool TreeWindow::isAccepted(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     return static_cast<QObject*>(view)->event(&event) && event.isAccepted();
 }
 
-void TreeWindow::clickRow(std::int64_t row) {
+void TreeWindow::type(const QString& text) {
+    for (const QChar letter : text)
+        QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(), Qt::Key_unknown, QString(letter), {});
+}
+
+void TreeWindow::clickRow(std::int64_t row, Qt::MouseButton button) {
+    QTest::mouseClick(view->viewport(), button, {}, rowCentre(row));
+}
+
+void TreeWindow::doubleClickRow(std::int64_t row) {
     QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, rowCentre(row));
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, rowCentre(row));
+}
+
+void TreeWindow::clickBadge(std::int64_t row) {
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, view->partArea(row, TreeRowPart::badge).center().toPoint());
+}
+
+InlineField& TreeWindow::field() const {
+    require(view->inlineField() != nullptr, "a field is open");
+    return *view->inlineField();
+}
+
+void TreeWindow::pressInField(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+    QTest::keyClick(&field().textView(), key, modifiers);
+}
+
+void TreeWindow::enter(const QString& text) {
+    field().textView().selectAll();
+    type(text);
+}
+
+QString TreeWindow::fieldText() const {
+    return QString::fromUtf8(field().text().view());
+}
+
+QAction* TreeWindow::menuItem(const QString& title) const {
+    const QMenu* menu = view->openMenu();
+    require(menu != nullptr, "a menu is open");
+    for (QAction* action : menu->actions()) {
+        if (action->text() == title)
+            return action;
+    }
+    return nullptr;
+}
+
+void TreeWindow::choose(const QString& title) {
+    QMenu* menu = view->openMenu();
+    QTest::mouseClick(menu, Qt::LeftButton, {}, menu->actionGeometry(menuItem(title)).center());
 }
 
 void TreeWindow::clickChevron(std::int64_t row, Qt::KeyboardModifiers modifiers) {

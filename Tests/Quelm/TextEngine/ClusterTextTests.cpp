@@ -25,7 +25,7 @@ protected:
 
 TEST_P(Samples, PlacesAreThoseOfTextShapedAsAWhole) {
     const ClusterText clusters = clusterText(text());
-    const ShapedText shaped(text(), testFont(), std::nullopt);
+    const ShapedText shaped(text(), testFont());
     const double tolerance = 0.25;
     EXPECT_NEAR(clusters.width(0), shaped.width(0), tolerance);
     for (double x = -5; x < shaped.width(0) + 5; x += 1) {
@@ -109,7 +109,7 @@ void allBlack(TextRange stretch, const TextPainting::VisitColor& visit) {
 TEST(ClusterText, LooksAsTextShapedAsAWhole) {
     for (const QString& text : {u"camión ñandú e\u0301"_qs, u"漢字かな 한국어"_qs, u"Привет"_qs}) {
         const Painted clusters(clusterText(text), 0, 600, allBlack);
-        const Painted shaped(ShapedText(text, testFont(), std::nullopt), 0, 600, allBlack);
+        const Painted shaped(ShapedText(text, testFont()), 0, 600, allBlack);
         EXPECT_FALSE(clusters.isBlank(0, 600));
         EXPECT_EQ(clusters.image, shaped.image) << text.toStdString();
     }

@@ -3,6 +3,7 @@
 #include "Tests/Quelm/TextEngine/LaidOutText.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 #include <string>
 
 namespace quelm {
@@ -150,10 +151,81 @@ TEST(TextLayoutWrapping, ACompositionMayMakeARowMore) {
 
 TEST(TextLayoutWrapping, OneEndlessLineIsCountedWithoutBeingLaidOut) {
     const WrappedText text(std::u16string(2'000'000, u'a'), 100);
-    EXPECT_EQ(text.layout.rowCount(), 20'000);
-    EXPECT_EQ(text.layout.rowRange(10'000), (TextRange{1'000'000, 100}));
-    EXPECT_EQ(text.layout.rowOf(1'500'050), 15'000);
-    EXPECT_LE(text.layout.cachedPartCount(), 2);
+    const qint64 perRow = text.layout.rowRange(0).length;
+    EXPECT_GT(perRow, 80);
+    EXPECT_LE(perRow, 100);
+    EXPECT_EQ(text.layout.rowCount(), (2'000'000 + perRow - 1) / perRow);
+    EXPECT_EQ(text.layout.rowRange(10'000), (TextRange{10'000 * perRow, perRow}));
+    EXPECT_EQ(text.layout.rowOf(15'000 * perRow + 50), 15'000);
+    EXPECT_LE(text.layout.cachedPartCount(), 4);
+}
+
+TEST(TextLayoutWrapping, RowsOfAnEndlessLineBreakBetweenWords) {
+    std::u16string line;
+    while (line.size() < 20'000)
+        line += u"unas cuantas palabras y más, ";
+    const WrappedText text(line, 40);
+    for (qint64 row = 0; row + 1 < text.layout.rowCount(); ++row)
+        ASSERT_TRUE(text.rowText(row).ends_with(u' ')) << row;
+}
+
+TEST(TextLayoutWrapping, WordsThatAreShapedAreCutWhereTheirPlacesAreFoundAgain) {
+    for (const std::u16string_view word :
+         {u"नमस्तेक्षत्रिय", u"สวัสดีชาวโลกน้ำ", u"مرحبابالعالم", u"שלוםעולם", u"abcdefghijklm"}) {
+        std::u16string line;
+        for (int times = 0; times < 10; ++times)
+            line += word;
+        for (const double columns : {1.0, 3.0, 7.0, 20.0}) {
+            const WrappedText text(line, columns);
+            expectRowsToPartition(text, std::numeric_limits<double>::max());
+            for (const qint64 place : text.clusterPlaces({0, text.storage.length()})) {
+                const qint64 row = text.layout.rowOf(place);
+                EXPECT_LE(text.layout.x(place), text.layout.width(row) + 0.01);
+                EXPECT_NEAR(text.layout.x(text.layout.offsetAt(row, text.layout.x(place))), text.layout.x(place), 0.01);
+            }
+        }
+    }
+}
+
+TEST(TextLayoutWrapping, AClusterOfManyMarksMakesNoRowsOfNothing) {
+    const WrappedText text(u"a" + std::u16string(10'000, u'\u0301') + u"b", 20);
+    qint64 end = 0;
+    for (qint64 row = 0; row < text.layout.rowCount(); ++row) {
+        ASSERT_EQ(text.layout.rowRange(row).location, end);
+        ASSERT_FALSE(text.layout.rowRange(row).isEmpty()) << row;
+        end = text.layout.rowRange(row).end();
+    }
+    EXPECT_EQ(end, text.storage.length());
+}
+
+TEST(TextLayoutWrapping, PlacesLieInTheirRowsWhateverSteersDirections) {
+    std::u16string line;
+    for (const char16_t control : std::u16string_view(u"\u202A\u202B\u202C\u202D\u202E\u2066\u2067\u2068\u2069"))
+        line += std::u16string(u"abc ") + control + u"def שלום " + control + u" 123 ";
+    const WrappedText text(line, 9);
+    expectRowsToPartition(text, 9.5 * text.advance());
+    for (const qint64 place : text.clusterPlaces({0, text.storage.length()})) {
+        EXPECT_GE(text.layout.x(place), 0);
+        EXPECT_LE(text.layout.x(place), 9.5 * text.advance() + 0.01) << place;
+    }
+}
+
+TEST(TextLayoutWrapping, ATabReachesToAStopOfItsRow) {
+    const WrappedText text(u"abcdefghi\tx", 6);
+    ASSERT_EQ(text.rowText(1), u"ghi\tx");
+    EXPECT_NEAR(text.layout.x(10), 4 * text.advance(), 0.1);
+}
+
+TEST(TextLayoutWrapping, ALineThatIsEditedWhileItIsComposedInHasTheRowsOfBoth) {
+    WrappedText text(u"abc", 6);
+    text.layout.setComposition({3, QStringLiteral("defghi"), 6});
+    EXPECT_EQ(text.layout.rowCount(), 2);
+    text.storage.replaceCharacters({0, 1}, u"x");
+    EXPECT_EQ(text.layout.rowCount(), 2);
+    text.layout.setWrapWidth(20 * text.advance());
+    EXPECT_EQ(text.layout.rowCount(), 1);
+    text.layout.setWrapWidth(4.5 * text.advance());
+    EXPECT_EQ(text.layout.rowCount(), 3);
 }
 
 } // namespace

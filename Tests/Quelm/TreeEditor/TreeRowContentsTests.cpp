@@ -61,6 +61,15 @@ TEST_F(TreeRowContentsTests, TheWidthOfAStringHasRoomForItsQuotationMarks) {
     EXPECT_DOUBLE_EQ(contents(string).valueWidth, contents(number).valueWidth + 2 * mark);
 }
 
+TEST_F(TreeRowContentsTests, AnEmptyKeyIsNamed) {
+    const TreeRowContents empty = contents(scalarRow(TreeRow::Label::key(""), NodeKind::string, ""));
+    EXPECT_EQ(empty.label, QStringLiteral("clave vacía"));
+    EXPECT_TRUE(empty.labelFace(style).font.italic());
+    EXPECT_GT(empty.labelWidth, 0);
+    EXPECT_FALSE(
+        contents(scalarRow(TreeRow::Label::key("clave vacía"), NodeKind::string, "")).labelFace(style).font.italic());
+}
+
 TEST_F(TreeRowContentsTests, AKeyOfMegabytesIsCut) {
     const TreeRowContents cut =
         contents(scalarRow(TreeRow::Label::key(std::string(8'000'000, 'x')), NodeKind::null, "null"));

@@ -16,18 +16,22 @@ constexpr int width = 600;
 
 class TreeRowViewTests : public testing::Test {
 protected:
-    TreeRowView view(const TreeRow& row, int viewWidth = width) {
+    TreeRowView view(const TreeRow& row, int viewWidth = width, std::optional<TreeRowField> field = std::nullopt) {
         rowContents = std::make_unique<TreeRowContents>(row, style);
-        return TreeRowView(style, *rowContents, QRect(0, 0, viewWidth, style.rowHeight), 0);
+        return TreeRowView(style, *rowContents, QRect(0, 0, viewWidth, style.rowHeight), 0, field);
     }
 
-    QImage painted(const TreeRow& row, TreeRowEmphasis emphasis = TreeRowEmphasis::none) {
+    QImage painted(const TreeRow& row, const TreeRowState& state, std::optional<TreeRowField> field = std::nullopt) {
         QImage image(width, style.rowHeight, QImage::Format_RGB32);
         image.fill(Qt::white);
         QPainter painter(&image);
         painter.setRenderHint(QPainter::Antialiasing);
-        view(row).paint(painter, emphasis, row.isExpanded ? 90 : 0);
+        view(row, width, field).paint(painter, state);
         return image;
+    }
+
+    QImage painted(const TreeRow& row, TreeRowEmphasis emphasis = TreeRowEmphasis::none) {
+        return painted(row, {.emphasis = emphasis, .chevronDegrees = row.isExpanded ? 90.0 : 0.0});
     }
 
     static int firstPaintedColumn(const QImage& image) {
@@ -129,7 +133,7 @@ TEST_F(TreeRowViewTests, AViewTooNarrowForAnythingIsStillPainted) {
     image.fill(Qt::white);
     QPainter painter(&image);
     const TreeRowView narrow = view(number(2), 40);
-    narrow.paint(painter, TreeRowEmphasis::selection, 0);
+    narrow.paint(painter, {.emphasis = TreeRowEmphasis::selection});
     EXPECT_EQ(narrow.rect(TreeRowPart::value).width(), 0);
 }
 
@@ -158,6 +162,60 @@ TEST_F(TreeRowViewTests, TheBackgroundOfASelectionIsInset) {
     EXPECT_EQ(image.pixel(style.backgroundInset, 0), qRgb(255, 255, 255)) << "its corners are round";
 }
 
+TEST_F(TreeRowViewTests, AHoveredBadgeGetsAnEdgeAndNothingElseChanges) {
+    QImage plain = painted(number(0));
+    QImage hovered = painted(number(0), TreeRowState{.isBadgeHovered = true});
+    const QRect badge = view(number(0)).rect(TreeRowPart::badge).toAlignedRect();
+    EXPECT_NE(hovered.copy(badge), plain.copy(badge));
+    for (QImage* image : {&plain, &hovered})
+        QPainter(image).fillRect(badge, Qt::white);
+    EXPECT_EQ(hovered, plain);
+}
+
+TEST_F(TreeRowViewTests, AnOutlineStaysWithinTheRowsBackground) {
+    const QImage image = painted(number(0), TreeRowState{.isOutlined = true});
+    const int middle = style.rowHeight / 2;
+    EXPECT_EQ(image.pixel(style.backgroundInset - 1, middle), qRgb(255, 255, 255));
+    EXPECT_NE(image.pixel(style.backgroundInset, middle), qRgb(255, 255, 255));
+    EXPECT_NE(image.pixel(width / 2, 0), qRgb(255, 255, 255));
+    EXPECT_NE(image.pixel(width / 2, style.rowHeight - 1), qRgb(255, 255, 255));
+}
+
+// With a field.
+
+TEST_F(TreeRowViewTests, AFieldTakesThePlaceOfWhatItStandsFor) {
+    const QRectF label = view(number(0)).rect(TreeRowPart::label);
+    const TreeRowField field{.part = TreeRowPart::label, .width = 200, .inset = 6};
+    const TreeRowView row = view(number(0), width, field);
+    EXPECT_EQ(row.rect(TreeRowPart::label).left(), label.left() - 6);
+    EXPECT_EQ(row.rect(TreeRowPart::label).width(), 200);
+    EXPECT_GT(row.rect(TreeRowPart::value).left(), row.rect(TreeRowPart::label).right());
+    const QImage image = painted(number(0), TreeRowState{}, field).copy(label.toAlignedRect());
+    QImage blank = image;
+    blank.fill(Qt::white);
+    EXPECT_EQ(image, blank) << "what is under the field is not painted";
+}
+
+TEST_F(TreeRowViewTests, AFieldIsNoWiderThanTheRoomAndNoNarrowerThanItsLeastWidth) {
+    const TreeRow row = scalarRow(TreeRow::Label::key(std::string(300, 'k')), NodeKind::number, "1");
+    for (const int viewWidth : {600, 400, 300, 250}) {
+        const QRectF field = view(row, viewWidth, TreeRowField{.part = TreeRowPart::value, .width = 520, .inset = 6})
+                                 .rect(TreeRowPart::value);
+        EXPECT_GE(field.width(), style.leastFieldWidth) << viewWidth;
+        EXPECT_GE(field.left(), 0) << viewWidth;
+        EXPECT_LE(field.right(), viewWidth) << viewWidth;
+    }
+}
+
+TEST_F(TreeRowViewTests, AFieldOfAStringBeginsBehindTheQuotationMark) {
+    const TreeRow row = scalarRow(TreeRow::Label::index(0), NodeKind::string, "x");
+    const double value = view(row).rect(TreeRowPart::value).left();
+    const double mark = style.value.metrics.horizontalAdvance(u'"');
+    const QRectF field =
+        view(row, width, TreeRowField{.part = TreeRowPart::value, .width = 150, .inset = 0}).rect(TreeRowPart::value);
+    EXPECT_DOUBLE_EQ(field.left(), value + mark);
+}
+
 TEST_F(TreeRowViewTests, ARowIsNeverPaintedOutsideItsStretch) {
     QImage image(width, 3 * style.rowHeight, QImage::Format_RGB32);
     image.fill(Qt::white);
@@ -168,7 +226,7 @@ TEST_F(TreeRowViewTests, ARowIsNeverPaintedOutsideItsStretch) {
     const TreeRow row = scalarRow(TreeRow::Label::key(piled), NodeKind::string, piled);
     rowContents = std::make_unique<TreeRowContents>(row, style);
     TreeRowView(style, *rowContents, QRect(0, style.rowHeight, width, style.rowHeight), 0)
-        .paint(painter, TreeRowEmphasis::selection, 0);
+        .paint(painter, {.emphasis = TreeRowEmphasis::selection});
     painter.end();
     QImage blank(width, style.rowHeight, QImage::Format_RGB32);
     blank.fill(Qt::white);

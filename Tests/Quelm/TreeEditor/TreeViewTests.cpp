@@ -294,7 +294,7 @@ TEST_F(TreeViewTests, TooltipsSayWhatARowHasNoRoomFor) {
     EXPECT_EQ(tip(2, TreeRowPart::label), QString());
     EXPECT_EQ(tip(2, TreeRowPart::value), QString());
     EXPECT_EQ(tip(2, TreeRowPart::duplicateMark), QStringLiteral("Clave duplicada"));
-    EXPECT_EQ(tip(2, TreeRowPart::badge), QStringLiteral("Número"));
+    EXPECT_EQ(tip(2, TreeRowPart::badge), QStringLiteral("Número · clic para cambiar el tipo"));
     EXPECT_EQ(view->toolTipAt(QPoint(10, view->viewport()->height() - 3)), QString());
 }
 

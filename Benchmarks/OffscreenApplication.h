@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QApplication>
+
+namespace quelm::bench {
+
+/// What a group that measures windows runs in: the program's look on a platform without a screen, unless
+/// QT_QPA_PLATFORM names another. One at a time.
+class OffscreenApplication {
+public:
+    OffscreenApplication();
+
+private:
+    int count_ = 1;
+    char name_[12] = "quelm-bench";
+    char* arguments_[2] = {name_, nullptr};
+    QApplication application_;
+};
+
+} // namespace quelm::bench
