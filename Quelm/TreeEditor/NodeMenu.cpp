@@ -29,13 +29,15 @@ NodeMenu::NodeMenu(TreeEditor& editor, NodeID id, QWidget* parent) : QMenu(paren
         editor_.changeType(id_, chosen);
     });
     addSeparator();
-    add(tr("Insertar debajo"), [](TreeEditor& tree) { tree.insert(false); });
-    add(tr("Insertar hijo"), [](TreeEditor& tree) { tree.insert(true); })->setEnabled(kind && isContainer(*kind));
-    add(tr("Duplicar"), [](TreeEditor& tree) { tree.duplicate(); });
-    add(tr("Mover arriba"), [](TreeEditor& tree) { tree.move(-1); });
-    add(tr("Mover abajo"), [](TreeEditor& tree) { tree.move(1); });
+    showKey(add(tr("Insertar debajo"), [](TreeEditor& tree) { tree.insert(false); }), Qt::CTRL | Qt::Key_Return);
+    QAction* child = add(tr("Insertar hijo"), [](TreeEditor& tree) { tree.insert(true); });
+    child->setEnabled(kind && isContainer(*kind));
+    showKey(child, Qt::SHIFT | Qt::CTRL | Qt::Key_Return);
+    showKey(add(tr("Duplicar"), [](TreeEditor& tree) { tree.duplicate(); }), Qt::CTRL | Qt::Key_D);
+    showKey(add(tr("Mover arriba"), [](TreeEditor& tree) { tree.move(-1); }), Qt::ALT | Qt::CTRL | Qt::Key_Up);
+    showKey(add(tr("Mover abajo"), [](TreeEditor& tree) { tree.move(1); }), Qt::ALT | Qt::CTRL | Qt::Key_Down);
     addSeparator();
-    add(tr("Copiar ruta"), [](TreeEditor& tree) { tree.copyPath(); });
+    showKey(add(tr("Copiar ruta"), [](TreeEditor& tree) { tree.copyPath(); }), Qt::SHIFT | Qt::CTRL | Qt::Key_C);
     showKey(add(tr("Copiar como JSON"), [](TreeEditor& tree) { tree.copyJSON(Preferences::preferredStyle()); }),
             QKeySequence::Copy);
     add(tr("Copiar como JSON compacto"), [](TreeEditor& tree) { tree.copyJSON(JSONStyle::compact()); });

@@ -37,7 +37,16 @@ void TreeEditor::activate(std::optional<Field> field) {
     }
 }
 
+void TreeEditor::handInField() {
+    if (editing_)
+        Q_EMIT willEdit();
+}
+
 void TreeEditor::beginEditing(Editing editing) {
+    if (editing_ != editing)
+        handInField();
+    if (!isLinked(editing.id))
+        return;
     // The selection may be out of sight in a collapsed container.
     if (!outline_.index(editing.id)) {
         outline_.reveal(editing.id, *tree());
@@ -84,8 +93,8 @@ void TreeEditor::insert(bool asChild) {
     if (!selection)
         return;
     const auto focus = perform(tr("Insertar"), [&](JSONTree& tree) { return tree.insertChange(*selection, asChild); });
-    if (focus)
-        beginEditing({*focus, tree()->isObjectMember(*focus) ? Field::key : Field::value});
+    if (focus && isLinked(*focus))
+        setEditing(Editing{*focus, tree()->isObjectMember(*focus) ? Field::key : Field::value});
 }
 
 void TreeEditor::duplicate() {
@@ -134,8 +143,7 @@ void TreeEditor::paste(const TextRope& text, NodeID target) {
 
 /// Returns the focus of the change, if there was one.
 std::optional<NodeID> TreeEditor::perform(const QString& actionName, const Prepare& prepare) {
-    if (editing_)
-        Q_EMIT willEdit();
+    handInField();
     std::optional<NodeID> focus;
     attempt([&] {
         auto applied = tree() ? document_->applyTreeChange(prepare) : std::nullopt;

@@ -124,9 +124,11 @@ bool TreeEditor::collapseOrSelectParent() {
 }
 
 void TreeEditor::setAllExpanded(bool expanded) {
-    const JSONTree* tree = this->tree();
-    if (!tree)
+    if (!tree())
         return;
+    if (!expanded)
+        handInField();
+    const JSONTree* tree = this->tree();
     const WaitCursor waiting(tree->nodeCount() > longWalk);
     outline_.setExpanded(tree->root(), expanded, true, *tree);
     if (!expanded)
@@ -135,6 +137,8 @@ void TreeEditor::setAllExpanded(bool expanded) {
 }
 
 void TreeEditor::setExpanded(NodeID id, bool expanded, bool recursive) {
+    if (!expanded)
+        handInField();
     const WaitCursor waiting(tree()->nodeCount() > longWalk && (recursive || tree()->children(id).size() > longWalk));
     outline_.setExpanded(id, expanded, recursive, *tree());
     Q_EMIT outlineChanged();

@@ -131,7 +131,8 @@ public:
     void copyJSON(const JSONStyle& style);
 
 Q_SIGNALS:
-    /// An operation is about to change the tree while a field is open: whoever shows the field hands in its text.
+    /// An operation is about to change the tree, to collapse rows, or to open another field, while a field is open:
+    /// whoever shows the field hands in its text.
     void willEdit();
     void outlineChanged();
     void selectionChanged();
@@ -144,6 +145,7 @@ private:
 
     std::optional<NodeID> linkedSelection() const;
     void setExpanded(NodeID id, bool expanded, bool recursive);
+    void handInField();
     void beginEditing(Editing editing);
     void toggleBoolean(NodeID id);
     std::optional<TreeEdit> editOf(const SharedText& text, Editing editing) const;

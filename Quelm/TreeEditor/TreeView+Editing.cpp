@@ -4,6 +4,8 @@
 #include "Quelm/TreeEditor/TreeEditor.h"
 #include "Quelm/TreeEditor/TreeView.h"
 
+#include <QScopedValueRollback>
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
@@ -47,7 +49,11 @@ void TreeView::openField() {
     edited_ = editing;
     field_ = isKey ? new InlineField(std::nullopt, tree.sharedKey(editing.id), viewport())
                    : new InlineField(tree.kind(editing.id), tree.sharedScalar(editing.id), viewport());
-    field_->onCommit = [this, editing](const SharedText& text) { editor_.commit(text, editing); };
+    field_->onCommit = [this, editing](const SharedText& text) {
+        // A click elsewhere must find the rows where they were when it was made.
+        const QScopedValueRollback keepsPlace(keepsPlace_, !field_->textView().hasFocus());
+        editor_.commit(text, editing);
+    };
     field_->onCancel = [this] { editor_.setEditing(std::nullopt); };
     if (isKey)
         field_->onTab = [this] { editor_.activate(TreeEditor::Field::value); };

@@ -224,7 +224,7 @@ void TreeView::noteSelectedRow() {
 
 void TreeView::revealSelection() {
     const auto row = selectedRow();
-    if (!row)
+    if (!row || keepsPlace_)
         return;
     scrollToRow(*row);
     revealHorizontally(*row);

@@ -169,6 +169,8 @@ private:
     std::optional<std::int64_t> hoveredBadge_;
     /// Shown for what was being edited when it was opened.
     InlineField* field_ = nullptr;
+    /// Whether an edit leaves the rows where they are rather than reveal what it changed.
+    bool keepsPlace_ = false;
     std::optional<TreeEditor::Editing> edited_;
     QMenu* menu_ = nullptr;
     std::optional<NodeID> menuNode_;

@@ -103,7 +103,7 @@ TEST_F(TreeEditorEditingSignalsTests, AReloadAnnouncesRowsThenFieldThenSelection
     editor->activate();
     EXPECT_EQ(heard(), "outline, editing");
     editor->toggleExpansion(node({0}), false);
-    EXPECT_EQ(heard(), "outline");
+    EXPECT_EQ(heard(), "will edit, outline");
     editor->reload();
     EXPECT_EQ(heard(), "outline, editing, selection");
 }

@@ -256,6 +256,53 @@ TEST_F(TreeViewEditingTests, CollapsingByItsChevronCommitsFirst) {
     EXPECT_EQ(json(), "[[10]]");
 }
 
+TEST_F(TreeViewEditingTests, CollapsingEverythingCommitsFirst) {
+    open("[[1]]");
+    clickChevron(1);
+    doubleClickRow(2);
+    enter(QStringLiteral("10"));
+    editor->setAllExpanded(false);
+    EXPECT_EQ(rowCount(), 2);
+    EXPECT_EQ(json(), "[[10]]");
+}
+
+TEST_F(TreeViewEditingTests, OpeningAnotherFieldCommitsTheOpenOne) {
+    open("[1,2]");
+    doubleClickRow(1);
+    enter(QStringLiteral("10"));
+    editor->select(editor->outline().rowID(2));
+    editor->activate();
+    EXPECT_EQ(json(), "[10,2]");
+    ASSERT_TRUE(hasFieldFocus());
+    EXPECT_EQ(fieldText(), QStringLiteral("2"));
+}
+
+TEST_F(TreeViewEditingTests, AClickOnAnotherRowFindsItWhereItWasClicked) {
+    open(arrayOfZeros(1000));
+    doubleClickRow(1);
+    enter(QStringLiteral("10"));
+    view->verticalAxis().setPosition(5000);
+    const QPoint place(view->viewport()->width() / 2, view->viewport()->height() / 2);
+    const std::int64_t clicked = view->rowAt(place).value();
+    QTest::mouseClick(view->viewport(), Qt::LeftButton, {}, place);
+    EXPECT_FALSE(isEditing());
+    EXPECT_EQ(editor->tree()->scalar(editor->outline().rowID(1)), "10");
+    EXPECT_EQ(selectedRow(), clicked);
+    EXPECT_EQ(view->verticalAxis().position(), 5000);
+}
+
+TEST_F(TreeViewEditingTests, ADoubleClickOnTheRestOfTheLastRowEditsIt) {
+    open(arrayOfZeros(1000));
+    view->verticalAxis().setPosition(view->verticalAxis().maximum());
+    view->verticalAxis().scrollBy(-view->rowStyle().rowHeight - view->rowStyle().verticalMargin + 3);
+    // The first click scrolls the row up, and leaves the pointer below it.
+    const QPoint place(view->viewport()->width() / 2, view->viewport()->height() - 2);
+    ASSERT_EQ(view->rowAt(place), 1000);
+    QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, place);
+    EXPECT_EQ(selectedRow(), 1000);
+    EXPECT_TRUE(hasFieldFocus());
+}
+
 TEST_F(TreeViewEditingTests, UndoingTheInsertionOfTheRowTakesTheFieldAway) {
     open(R"({"a":1})");
     editor->insert(true);
