@@ -4,7 +4,7 @@
 
 namespace quelm {
 
-/// Fusion with quieter buttons, for platforms without a theme of their own.
+/// Fusion with quieter buttons, and menus whose edges can be seen in the dark too, for platforms without a theme of their own.
 class OwnStyle : public QProxyStyle {
     Q_OBJECT
 
@@ -13,6 +13,10 @@ public:
 
     int styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                   QStyleHintReturn* returnData) const override;
+    void drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
+                       const QWidget* widget) const override;
+    void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
+                     const QWidget* widget) const override;
     QIcon standardIcon(StandardPixmap pixmap, const QStyleOption* option, const QWidget* widget) const override;
 };
 

@@ -1,8 +1,11 @@
 #include "Quelm/Application/OwnStyle.h"
 #include "Quelm/Foundation/Appearance.h"
+#include "Quelm/Foundation/SemanticColors.h"
 
 #include <QApplication>
 #include <QDialogButtonBox>
+#include <QImage>
+#include <QMenu>
 #include <QPushButton>
 
 #include <gtest/gtest.h>
@@ -23,6 +26,19 @@ TEST(OwnStyleTests, AMenuBarThatIsTooNarrowHasASymbolForTheRest) {
 TEST(OwnStyleTests, TheApplicationBringsItsOwnPaletteWhereThePlatformHasNone) {
     EXPECT_EQ(QApplication::palette().color(QPalette::Window), ownPalette(Appearance::light).color(QPalette::Window));
     EXPECT_EQ(currentAppearance(), Appearance::light);
+}
+
+TEST(OwnStyleTests, AMenuHasAnEdgeInTheDarkToo) {
+    QApplication::setPalette(ownPalette(Appearance::dark));
+    QMenu menu;
+    menu.addAction(QStringLiteral("a"));
+    menu.addSeparator();
+    menu.addAction(QStringLiteral("b"));
+    const QImage image = menu.grab().toImage();
+    const QColor edge = semanticColor(ColorRole::separator, Appearance::dark);
+    EXPECT_EQ(image.pixelColor(0, image.height() / 4), edge);
+    EXPECT_EQ(image.pixelColor(image.width() / 2, menu.actionGeometry(menu.actions().at(1)).center().y()), edge);
+    QApplication::setPalette(ownPalette(Appearance::light));
 }
 
 } // namespace
