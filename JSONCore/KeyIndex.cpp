@@ -12,6 +12,14 @@
 
 namespace quelm {
 
+namespace {
+
+/// Shorter keys are hashed faster than it takes to remember their hashes, and remembering costs little beside longer
+/// ones.
+constexpr std::size_t longKeySize = 4096; // bytes
+
+} // namespace
+
 KeyIndex::KeyIndex(std::size_t expectedKeys) {
     // A few keys more than there are at first cost no move of the whole table.
     const std::size_t capacity = expectedKeys + expectedKeys / 8 + 16;
@@ -21,6 +29,22 @@ KeyIndex::KeyIndex(std::size_t expectedKeys) {
 
 void KeyIndex::makeSlots(std::size_t keys) {
     slots_.assign(std::bit_ceil(keys + keys / 3 + 1), 0);
+}
+
+std::uint64_t KeyIndex::hashOf(std::string_view key) const {
+    if (key.size() >= longKeySize) {
+        const auto known = longKeys_.find(key.data());
+        if (known != longKeys_.end() && known->second.length == key.size())
+            return known->second.hash;
+    }
+    return keyHash(key);
+}
+
+std::uint64_t KeyIndex::rememberedHash(std::string_view key) {
+    const std::uint64_t hash = hashOf(key);
+    if (key.size() >= longKeySize)
+        longKeys_.insert_or_assign(key.data(), LongKey{key.size(), hash});
+    return hash;
 }
 
 std::uint32_t KeyIndex::slotFor(std::size_t entry, std::uint64_t hash) const {
@@ -42,12 +66,12 @@ std::size_t KeyIndex::find(std::string_view key, std::uint64_t hash) const {
 }
 
 std::int64_t KeyIndex::count(std::string_view key) const {
-    const std::size_t entry = find(key, keyHash(key));
+    const std::size_t entry = find(key, hashOf(key));
     return entry < entries_.size() ? entries_[entry].count : 0;
 }
 
 void KeyIndex::add(std::string_view key) {
-    add(key, keyHash(key));
+    add(key, rememberedHash(key));
 }
 
 void KeyIndex::add(std::span<const std::string_view> keys) {
@@ -58,7 +82,7 @@ void KeyIndex::add(std::span<const std::string_view> keys) {
     for (; !keys.empty(); keys = keys.subspan(std::min(stride, keys.size()))) {
         const auto some = keys.first(std::min(stride, keys.size()));
         for (std::size_t i = 0; i < some.size(); ++i) {
-            hashes[i] = keyHash(some[i]);
+            hashes[i] = rememberedHash(some[i]);
             __builtin_prefetch(&slots_[hashes[i] & mask()]);
         }
         for (std::size_t i = 0; i < some.size(); ++i)
@@ -85,7 +109,7 @@ void KeyIndex::link(std::size_t entry, std::uint64_t hash) {
 }
 
 void KeyIndex::remove(std::string_view key) {
-    const std::size_t entry = find(key, keyHash(key));
+    const std::size_t entry = find(key, hashOf(key));
     require(entry < entries_.size() && entries_[entry].count > 0, "a key that is removed from an index is in it");
     // An entry without occurrences stays until the table is made anew.
     if (--entries_[entry].count == 0)
@@ -96,7 +120,7 @@ void KeyIndex::grow() {
     std::erase_if(entries_, [](const Entry& entry) { return entry.count == 0; });
     makeSlots(entries_.size() * 2 + 16);
     for (std::size_t entry = 0; entry < entries_.size(); ++entry)
-        link(entry, keyHash(entries_[entry].key()));
+        link(entry, hashOf(entries_[entry].key()));
 }
 
 std::string KeyIndex::uniqueKey(std::string_view base) {
@@ -127,6 +151,8 @@ void KeyIndex::checkInvariants() const {
         const std::string_view key = entries_[entry].key();
         require(find(key, keyHash(key)) == entry, "every entry is found by its key");
     }
+    for (const auto& [data, known] : longKeys_)
+        require(keyHash({data, known.length}) == known.hash, "the hash of a long key is remembered as it is");
     const auto inUse = std::ranges::count_if(slots_, [](std::uint32_t slot) { return slot != 0; });
     require(static_cast<std::size_t>(inUse) == entries_.size(), "every entry has one slot");
 }

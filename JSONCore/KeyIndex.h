@@ -7,13 +7,15 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace quelm {
 
 /// How often each key occurs in one object, keys compared by canonical equivalence. A hash table with open addressing,
-/// 24 bytes a key; every operation O(1) amortised beside reading the key. The keys are views that must stay valid for
-/// the life of the index.
+/// 24 bytes a key; every operation O(1) amortised beside reading the key, and a key of kilobytes that was added is not
+/// read again where it is asked for, removed or added by the same view. The keys are views that must stay valid for the
+/// life of the index, also when they have been removed.
 ///
 /// Invariants:
 /// 1. No two entries have equivalent keys.
@@ -22,6 +24,7 @@ namespace quelm {
 ///    bits of the hash of that entry's key in the others. Every entry has one slot, and between the slot that its hash
 ///    names and that one, going round, all are in use.
 /// 3. The number of slots is a power of two, and no more than three quarters of them are in use.
+/// 4. A hash that is remembered for a place in memory is that of the key, of the given length, that stands there.
 class KeyIndex {
 public:
     explicit KeyIndex(std::size_t expectedKeys);
@@ -66,6 +69,15 @@ private:
         std::int64_t firstFree;
     };
 
+    struct LongKey {
+        std::size_t length;
+        std::uint64_t hash;
+    };
+
+    /// Remembered or worked out.
+    std::uint64_t hashOf(std::string_view key) const;
+    /// The same of a key that is being added, remembering it when the key is long.
+    std::uint64_t rememberedHash(std::string_view key);
     std::size_t mask() const { return slots_.size() - 1; }
     std::uint32_t slotFor(std::size_t entry, std::uint64_t hash) const;
     /// The index of the key's entry, or the number of entries.
@@ -80,6 +92,7 @@ private:
     std::vector<Entry, PageAllocator<Entry>> entries_;
     std::vector<std::uint32_t, PageAllocator<std::uint32_t>> slots_;
     std::vector<Stem> stems_;
+    std::unordered_map<const char*, LongKey> longKeys_;
 };
 
 } // namespace quelm

@@ -9,38 +9,56 @@ namespace quelm {
 
 namespace {
 
-TreeRow::Label labelOf(NodeID id, NodeID parent, const JSONTree& tree) {
+TreeRow::Label labelOf(NodeID id, NodeID parent, std::string_view key, const JSONTree& tree) {
     if (parent == JSONTree::holder)
         return TreeRow::Label::root();
     if (tree.kind(parent) == NodeKind::object)
-        return TreeRow::Label::key(std::string(tree.key(id)));
+        return TreeRow::Label::key(std::string(key));
     return TreeRow::Label::index(tree.indexInParent(id).value_or(0));
+}
+
+NodeID parentOf(NodeID id, const JSONTree& tree) {
+    return tree.parent(id).value_or(JSONTree::holder);
 }
 
 bool isDuplicate(NodeID id, NodeID parent, const JSONTree& tree) {
     return tree.kind(parent) == NodeKind::object && tree.keyOccurrences(parent, tree.key(id)) > 1;
 }
 
-std::string valueText(NodeKind kind, NodeID id, const JSONTree& tree) {
+/// What a row has of a scalar, told the function that shortens its text.
+std::string valueText(NodeID id, const JSONTree& tree, std::string (*shortened)(std::string_view)) {
+    const NodeKind kind = tree.kind(id);
     if (isContainer(kind))
         return {};
-    return kind == NodeKind::null ? "null" : TreeRow::displayText(tree.scalar(id));
+    return kind == NodeKind::null ? "null" : shortened(tree.scalar(id));
 }
 
 } // namespace
 
 TreeRow TreeOutline::row(std::int64_t index, const JSONTree& tree) const {
+    TreeRow row = rowWithoutTexts(index, tree);
+    row.label = labelOf(row.id, parentOf(row.id, tree), tree.key(row.id), tree);
+    row.value = valueText(row.id, tree, TreeRow::displayText);
+    return row;
+}
+
+TreeRow TreeOutline::previewRow(std::int64_t index, const JSONTree& tree) const {
+    TreeRow row = rowWithoutTexts(index, tree);
+    row.label = labelOf(row.id, parentOf(row.id, tree), TreeRow::previewKey(tree.key(row.id)), tree);
+    row.value = valueText(row.id, tree, TreeRow::previewText);
+    return row;
+}
+
+TreeRow TreeOutline::rowWithoutTexts(std::int64_t index, const JSONTree& tree) const {
     const OutlineRow& stored = rows_[index];
-    const NodeID parent = tree.parent(stored.id).value_or(JSONTree::holder);
     const NodeKind kind = tree.kind(stored.id);
     return {.id = stored.id,
             .depth = stored.depth,
-            .label = labelOf(stored.id, parent, tree),
             .kind = kind,
-            .value = valueText(kind, stored.id, tree),
+            .value = {},
             .childCount = tree.children(stored.id).size(),
             .isExpanded = isContainer(kind) && expanded_.contains(stored.id),
-            .isDuplicateKey = isDuplicate(stored.id, parent, tree)};
+            .isDuplicateKey = isDuplicate(stored.id, parentOf(stored.id, tree), tree)};
 }
 
 std::vector<TreeRow> TreeOutline::buildRows(NodeID id, std::int64_t depth, const TreeRow::Label& label,

@@ -29,6 +29,12 @@ public:
     /// The row at a position from 0 to below `rowCount()`.
     TreeRow row(std::int64_t index, const JSONTree& tree) const;
 
+    /// The same for a view, at a cost that does not follow the length of the texts: the label has `TreeRow::previewKey`
+    /// of the key and the value is `TreeRow::previewText`, so the row differs from `row` where a text takes more than
+    /// `TreeRow::longestPreview` bytes alone. Its mark is that of the whole key, which is compared with its siblings'
+    /// as far as they begin with the same.
+    TreeRow previewRow(std::int64_t index, const JSONTree& tree) const;
+
     /// The node and the depth of a row, without making it.
     NodeID rowID(std::int64_t index) const { return rows_[index].id; }
     std::int64_t rowDepth(std::int64_t index) const { return rows_[index].depth; }
@@ -56,15 +62,17 @@ public:
     /// Expands every ancestor, so that the node has a row.
     void reveal(NodeID id, const JSONTree& tree);
 
-    /// Brings the rows up to date with edits that the tree has taken: the edits of a change followed by the inverse list
-    /// that applying them returned. For a few nodes O(rows of the nodes that were linked or unlinked), however many
-    /// siblings they have; for hundreds, the rows of their parents are made anew.
+    /// Brings the rows up to date with edits that the tree has taken: the edits of a change followed by the inverse
+    /// list that applying them returned. For a few nodes O(rows of the nodes that were linked or unlinked), however
+    /// many siblings they have; for hundreds, the rows of their parents are made anew.
     void update(std::span<const TreeEdit> edits, const JSONTree& tree);
 
     /// Checks the invariants of the rows against the tree, all of them: for tests. A violation is a programming error.
     void checkInvariants(const JSONTree& tree) const;
 
 private:
+    /// All of a row but its label and its value.
+    TreeRow rowWithoutTexts(std::int64_t index, const JSONTree& tree) const;
     void refreshParents(std::span<const TreeEdit> edits, const JSONTree& tree);
 
     NodeSet expanded_;

@@ -4,6 +4,7 @@
 #include "JSONCore/NodeKind.h"
 #include "TextCore/CanonicalText.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -65,8 +66,22 @@ struct TreeRow {
     /// Another member of the same object has this key.
     bool isDuplicateKey = false;
 
-    /// The text of a scalar as `value` shows it.
+    /// Whether `value`, made by one of the functions below, is not a scalar's text as it is but ends in a "…" that was
+    /// put there. O(1).
+    bool isValueShortened() const;
+
+    /// The text of a scalar as `value` shows it. A single character may take megabytes, and then this does.
     static std::string displayText(std::string_view scalar);
+
+    /// The most bytes of a key or a value in a preview: more than fit into any window.
+    static constexpr std::size_t longestPreview = 10'000;
+
+    /// The same, but looking at no more of the scalar than its first `longestPreview` bytes. It differs from that only
+    /// where 200 characters take more than they, and ends within a character then.
+    static std::string previewText(std::string_view scalar);
+
+    /// The beginning of a key: `longestPreview` bytes, or up to three fewer so as not to cut a scalar value in two.
+    static std::string_view previewKey(std::string_view key);
 
     friend bool operator==(const TreeRow& left, const TreeRow& right);
 };

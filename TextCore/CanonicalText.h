@@ -7,13 +7,16 @@
 
 /// Texts compared by canonical equivalence (Unicode Standard Annex #15): equal when their NFC forms are
 /// equal, ordered by the Unicode scalar values of those forms. Never by locale, never folding case. All
-/// functions take well-formed UTF-8 and may be called from any thread. Texts that are equal as
-/// bytes, or first differ among ASCII, are settled without normalising; of others only what follows the last
-/// ASCII character before the difference is normalised.
+/// functions take well-formed UTF-8 and may be called from any thread.
 namespace quelm::canonical {
 
+/// What the texts begin with in common is compared as bytes, and nothing at all of one text in one place of memory.
+/// From the first difference on as much is read as tells the texts apart: as a rule that character alone, and no more
+/// than the run of marks that it is in, however long the texts are. Nothing is normalised; O(n) for equivalent texts.
 bool equal(std::string_view left, std::string_view right);
 
+/// Likewise, but the forms are made, a kilobyte or so at a time, from the last place before the first difference where
+/// the form of a text may be cut up to the first difference of the forms.
 std::weak_ordering compare(std::string_view left, std::string_view right);
 
 /// Equal for canonically equivalent texts.

@@ -162,10 +162,12 @@ public:
     void perform(EditCommand command) override {
         switch (command) {
         case EditCommand::cut:
-            editor_.copyJSON(Preferences::preferredStyle());
-            return editor_.remove();
+            if (editor_.copyJSON(Preferences::preferredStyle()))
+                editor_.remove();
+            return;
         case EditCommand::copy:
-            return editor_.copyJSON(Preferences::preferredStyle());
+            editor_.copyJSON(Preferences::preferredStyle());
+            return;
         case EditCommand::paste:
             return editor_.pasteJSON();
         case EditCommand::delete_:
@@ -196,7 +198,7 @@ std::unique_ptr<EditTarget> editTargetOf(QWidget* focused, UndoManager* windowSt
         return std::make_unique<TextViewTarget>(*view);
     if (auto* field = qobject_cast<QLineEdit*>(focused))
         return std::make_unique<LineEditTarget>(*field);
-    if (tree && tree->tree())
+    if (tree && tree->hasCurrentRows())
         return std::make_unique<TreeTarget>(*tree, windowSteps);
     return std::make_unique<StepsTarget>(windowSteps);
 }

@@ -23,7 +23,7 @@ QMenu& addJSONCommands(EditorView& window) {
     const auto add = [&](const QString& title, const QList<QKeySequence>& shortcuts, auto operation) {
         QAction* item = menu->addAction(title);
         item->setShortcuts(shortcuts);
-        const auto update = [item, &window] { item->setEnabled(window.treeEditor().tree() != nullptr); };
+        const auto update = [item, &window] { item->setEnabled(!window.isOpening() && window.treeEditor().tree()); };
         QObject::connect(item, &QAction::triggered, &window, [&window, operation] { operation(window.treeEditor()); });
         QObject::connect(&window, &EditorView::editorAreaChanged, item, update);
         update();
@@ -34,8 +34,11 @@ QMenu& addJSONCommands(EditorView& window) {
         {Qt::SHIFT | Qt::CTRL | Qt::Key_Return, Qt::SHIFT | Qt::CTRL | Qt::Key_Enter},
         [](TreeEditor& tree) { tree.insert(true); });
     add(JSONCommands::tr("D&uplicar"), {Qt::CTRL | Qt::Key_D}, [](TreeEditor& tree) { tree.duplicate(); });
-    add(JSONCommands::tr("Mover &arriba"), {Qt::ALT | Qt::CTRL | Qt::Key_Up}, [](TreeEditor& tree) { tree.move(-1); });
-    add(JSONCommands::tr("Mover a&bajo"), {Qt::ALT | Qt::CTRL | Qt::Key_Down}, [](TreeEditor& tree) { tree.move(+1); });
+    // Some desktops take the first of the keys to go to another one.
+    add(JSONCommands::tr("Mover &arriba"), {Qt::ALT | Qt::CTRL | Qt::Key_Up, Qt::ALT | Qt::Key_Up},
+        [](TreeEditor& tree) { tree.move(-1); });
+    add(JSONCommands::tr("Mover a&bajo"), {Qt::ALT | Qt::CTRL | Qt::Key_Down, Qt::ALT | Qt::Key_Down},
+        [](TreeEditor& tree) { tree.move(+1); });
     menu->addSeparator();
     add(JSONCommands::tr("&Expandir todo"), {}, [](TreeEditor& tree) { tree.setAllExpanded(true); });
     add(JSONCommands::tr("C&olapsar todo"), {}, [](TreeEditor& tree) { tree.setAllExpanded(false); });

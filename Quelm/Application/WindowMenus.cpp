@@ -4,13 +4,16 @@
 #include "Quelm/Application/FileMenu.h"
 #include "Quelm/Application/FindItems.h"
 #include "Quelm/Application/JSONCommands.h"
+#include "Quelm/Application/TreeItems.h"
 #include "Quelm/EditorWindow/EditorView.h"
 
 namespace quelm {
 
 void addWindowMenus(EditorView& window, DocumentController& controller) {
     addFileMenu(window, controller);
-    addFindItems(addEditMenu(window, window.undoManager(), &window.treeEditor()), window);
+    QMenu& edit = addEditMenu(window, window.undoManager(), &window.treeEditor());
+    addTreeItems(edit, window);
+    addFindItems(edit, window);
     addJSONCommands(window);
 }
 

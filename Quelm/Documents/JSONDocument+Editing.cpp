@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QThreadPool>
 
+#include <new>
 #include <optional>
 #include <utility>
 
@@ -13,11 +14,17 @@ namespace quelm {
 
 namespace {
 
-/// Lets go of a tree or a text off the main thread: if nobody else holds it, freeing it takes a time that grows with it.
+/// Lets go of a tree or a text off the main thread: if nobody else holds it, freeing it takes a time that grows with
+/// it.
 template <class Value>
 void discard(std::optional<Value> value) {
-    if (value)
+    if (!value)
+        return;
+    try {
         QThreadPool::globalInstance()->start([value = std::move(value)]() mutable { value.reset(); });
+    } catch (const std::bad_alloc&) {
+        // It is freed here, then.
+    }
 }
 
 } // namespace
@@ -84,9 +91,9 @@ JSONDocument::applyTreeChange(const std::function<std::optional<TreeChange>(JSON
     if (!change)
         return std::nullopt;
     std::vector<TreeEdit> inverse = content_.tree->apply(change->edits);
-    discard(std::exchange(content_.text, std::nullopt));
-    content_.parseError.reset();
     stateToken_.advance();
+    content_.parseError.reset();
+    discard(std::exchange(content_.text, std::nullopt));
     Q_EMIT contentChanged();
     return AppliedTreeChange{.change = *std::move(change), .inverse = std::move(inverse)};
 }

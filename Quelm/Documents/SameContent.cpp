@@ -13,8 +13,8 @@ bool isSame(const std::optional<Value>& left, const std::optional<Value>& right)
 } // namespace
 
 bool isSameContent(const JSONContent& left, const JSONContent& right) {
-    return isSame(left.text, right.text) && isSame(left.tree, right.tree) &&
-           left.parseError == right.parseError && left.style == right.style;
+    return isSame(left.text, right.text) && isSame(left.tree, right.tree) && left.parseError == right.parseError &&
+           left.style == right.style;
 }
 
 } // namespace quelm

@@ -32,6 +32,8 @@ QSize EditorView::defaultSize() {
 }
 
 EditorView::~EditorView() {
+    // Nobody may hear any more what a field would hand in as it goes.
+    treeEditor_.setEditing(std::nullopt);
     // The view of the tree must not outlive its editor, which goes before the window's children.
     delete takeCentralWidget();
 }

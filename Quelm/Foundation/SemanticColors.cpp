@@ -32,7 +32,8 @@ constexpr std::array<RoleColors, colorRoleCount> palette{{
     {ColorRole::accentText, 0xffffffff, 0xffffffff},
     {ColorRole::alternateRow, 0x091d1d1f, 0x08f0f0f2},
     {ColorRole::selection, 0x210a66d8, 0x384c9aff},
-    {ColorRole::inactiveSelection, 0x121d1d1f, 0x17f0f0f2},
+    {ColorRole::inactiveSelection, 0x1c1d1d1f, 0x1cf0f0f2},
+    {ColorRole::textSelection, 0x400a66d8, 0x524c9aff},
 }};
 
 constexpr bool isInRoleOrder() {

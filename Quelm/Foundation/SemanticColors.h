@@ -10,7 +10,8 @@
 namespace quelm {
 
 /// What a colour stands for. Texts in the colours from `purple` to `secondaryText` can be read (a contrast of 4.5 to 1
-/// or more) on the content background, its alternate rows, both selections and the tint of their own badge.
+/// or more) on the content background, its alternate rows, the selections and (but for that of text) the tint of their
+/// own badge.
 enum class ColorRole : std::uint8_t {
     purple,
     indigo,
@@ -33,13 +34,15 @@ enum class ColorRole : std::uint8_t {
     separator,
     accent,
     accentText,
-    /// The next three are translucent and laid over the content background, whichever that is.
+    /// The next four are translucent and laid over the content background, whichever that is.
     alternateRow,
     selection,
     inactiveSelection,
+    /// Of characters in a text that has the focus: stronger than that of rows, which it may stand in.
+    textSelection,
 };
 
-inline constexpr std::size_t colorRoleCount = static_cast<std::size_t>(ColorRole::inactiveSelection) + 1;
+inline constexpr std::size_t colorRoleCount = static_cast<std::size_t>(ColorRole::textSelection) + 1;
 
 QColor semanticColor(ColorRole role, Appearance appearance);
 

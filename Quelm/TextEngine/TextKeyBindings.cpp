@@ -103,7 +103,15 @@ constexpr std::array fixedCommands{
     FixedCommand{Qt::ControlModifier, Qt::Key_Down, TextCommand::scrollRowDown},
 };
 
+/// Keys that some platform counts among its standard ones and that are better left to the menus of the window. An X11
+/// platform lets Ctrl+D delete a character, which nobody expects who knows the key from a menu.
+bool isLeftToMenus(const QKeyEvent& event) {
+    return event.key() == Qt::Key_D && event.modifiers() == Qt::ControlModifier;
+}
+
 std::optional<TextCommand> commandOf(const QKeyEvent& event) {
+    if (isLeftToMenus(event))
+        return std::nullopt;
     const auto* standard = std::ranges::find_if(
         standardCommands, [&event](const StandardCommand& bound) { return event.matches(bound.key); });
     if (standard != standardCommands.end())

@@ -124,7 +124,7 @@ void TextView::paintSelection(const Brush& brush, qint64 row, TextRange text) co
     // A view that is rendered without being shown looks as it would in front.
     const bool isInFront = !isVisible() || (hasFocus() && isActiveWindow());
     const QColor tint =
-        semanticColor(isInFront ? ColorRole::selection : ColorRole::inactiveSelection, brush.appearance);
+        semanticColor(isInFront ? ColorRole::textSelection : ColorRole::inactiveSelection, brush.appearance);
     for (const QRectF& area : areas(brush, row, text.intersection(selected)))
         brush.painter.fillRect(area, tint);
     if (selected.end() <= text.end())

@@ -73,6 +73,8 @@ InlineField::Key InlineField::meaningOf(const QKeyEvent& event) const {
         return held ? Key::other : Key::cancel;
     case Qt::Key_Tab:
         return held || !onTab ? Key::other : Key::tab;
+    case Qt::Key_Backtab:
+        return onBacktab ? Key::backtab : Key::other;
     default:
         return Key::other;
     }
@@ -82,7 +84,7 @@ bool InlineField::handleKey(const QKeyEvent& event) {
     const Key key = meaningOf(event);
     if (key == Key::other)
         return false;
-    if (textView_->isComposing() && key != Key::tab)
+    if (textView_->isComposing() && key != Key::tab && key != Key::backtab)
         return handleComposingKey(key);
     // The key that opened the field may still be held.
     if (event.isAutoRepeat() && key != Key::lineFeed)
@@ -95,7 +97,10 @@ bool InlineField::handleKey(const QKeyEvent& event) {
         cancel();
         break;
     case Key::tab:
-        finishByTab();
+        finishAndGo(onTab);
+        break;
+    case Key::backtab:
+        finishAndGo(onBacktab);
         break;
     default:
         textView_->editing().typeLineFeed();
@@ -110,10 +115,9 @@ bool InlineField::handleComposingKey(Key key) {
     return true;
 }
 
-void InlineField::finishByTab() {
+void InlineField::finishAndGo(std::function<void()> next) {
     if (isFinished_)
         return;
-    const auto next = onTab;
     finish();
     next();
 }

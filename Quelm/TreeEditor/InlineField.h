@@ -26,10 +26,10 @@ class UndoManager;
 ///
 /// The text may be any well-formed UTF-8 of any length; what is not touched comes back byte for byte. A string wraps
 /// and grows up to `mostLines` lines; anything else is one line, unless it has line feeds itself. Return commits; so do
-/// Tab, where there is another field to go to, and losing the focus to another part of the window (not to a menu, a
-/// pop-up or another program). Escape cancels, and committing a text that is not acceptable does too. The field has
-/// undo steps of its own. It is never deleted by itself: whoever shows it answers the callbacks by deleting it, later
-/// or at once.
+/// Tab and Shift+Tab, where there is another field to go to, and losing the focus to another part of the window (not to
+/// a menu, a pop-up or another program). Escape cancels, and committing a text that is not acceptable does too. The
+/// field has undo steps of its own. It is never deleted by itself: whoever shows it answers the callbacks by deleting
+/// it, later or at once.
 ///
 /// No key, click or turn of the wheel over the field reaches what is below it. What a key costs does not depend on the
 /// length of the text, except in a number of many thousands of digits, which is read whole to tell whether it is one.
@@ -49,6 +49,8 @@ public:
     /// Called after what Tab finished, also when the field was abandoned or deleted by then; absent where Tab goes on
     /// as usual.
     std::function<void()> onTab;
+    /// The same for Shift+Tab.
+    std::function<void()> onBacktab;
 
     SharedText text() const;
     bool isValid() const { return isValid_; }
@@ -84,13 +86,13 @@ protected:
     void showEvent(QShowEvent* event) override;
 
 private:
-    enum class Key : std::uint8_t { other, finish, lineFeed, cancel, tab };
+    enum class Key : std::uint8_t { other, finish, lineFeed, cancel, tab, backtab };
 
     void makeTextView();
     Key meaningOf(const QKeyEvent& event) const;
     bool handleKey(const QKeyEvent& event);
     bool handleComposingKey(Key key);
-    void finishByTab();
+    void finishAndGo(std::function<void()> next);
     void leave(const QFocusEvent& event);
     void noteFocusElsewhere(const QWidget* old, const QWidget* now);
 

@@ -41,7 +41,7 @@ NodeMenu::NodeMenu(TreeEditor& editor, NodeID id, QWidget* parent) : QMenu(paren
     showKey(add(tr("Copiar como JSON"), [](TreeEditor& tree) { tree.copyJSON(Preferences::preferredStyle()); }),
             QKeySequence::Copy);
     add(tr("Copiar como JSON compacto"), [](TreeEditor& tree) { tree.copyJSON(JSONStyle::compact()); });
-    showKey(add(tr("Pegar JSON"), [](TreeEditor& tree) { tree.pasteJSON(); }), QKeySequence::Paste);
+    showKey(add(tr("Pegar JSON"), [](TreeEditor& tree) { tree.pasteJSON(); }), Qt::SHIFT | Qt::CTRL | Qt::Key_V);
     addSeparator();
     QAction* removal = add(tr("Eliminar"), [](TreeEditor& tree) { tree.remove(); });
     removal->setIcon(symbolIcon(QStringLiteral("trash"), ColorRole::red));

@@ -144,15 +144,16 @@ void TreeEditor::paste(const TextRope& text, NodeID target) {
 /// Returns the focus of the change, if there was one.
 std::optional<NodeID> TreeEditor::perform(const QString& actionName, const Prepare& prepare) {
     handInField();
-    std::optional<NodeID> focus;
-    attempt([&] {
-        auto applied = tree() ? document_->applyTreeChange(prepare) : std::nullopt;
-        if (!applied)
-            return;
-        focus = applied->change.focus;
-        record(applied->change.edits, std::move(applied->inverse), actionName, focus);
+    std::optional<JSONDocument::AppliedTreeChange> applied;
+    const bool isDone = attempt([&] {
+        applied = tree() ? document_->applyTreeChange(prepare) : std::nullopt;
+        if (applied)
+            record(applied->change.edits, std::move(applied->inverse), actionName, applied->change.focus);
     });
-    return focus;
+    // A change without a step of its own makes those before it lead astray.
+    if (!isDone && applied)
+        dropSteps();
+    return isDone && applied ? applied->change.focus : std::nullopt;
 }
 
 void TreeEditor::record(std::span<const TreeEdit> edits, std::vector<TreeEdit> inverse, const QString& actionName,
@@ -163,10 +164,12 @@ void TreeEditor::record(std::span<const TreeEdit> edits, std::vector<TreeEdit> i
     std::vector<TreeEdit> touched(edits.begin(), edits.end());
     touched.insert(touched.end(), inverse.begin(), inverse.end());
     outline_.update(touched, *tree);
+    outlineRevision_ = document_->revision();
 
     const std::optional<NodeID> selectionBefore = selection_;
     if (focus && tree->parent(*focus)) {
-        outline_.reveal(*focus, *tree);
+        if (!outline_.index(*focus))
+            outline_.reveal(*focus, *tree);
         selection_ = focus;
     }
     const std::optional<Editing> editingBefore = editing_;
@@ -200,17 +203,34 @@ void TreeEditor::replay(std::span<const TreeEdit> edits, const QString& actionNa
             break;
         }
     }
-    attempt([&] { record(edits, document_->applyTreeEdits(edits), actionName, focus); });
+    // The steps before one that could not be replayed name places of a tree that there never was.
+    if (!attempt([&] { record(edits, document_->applyTreeEdits(edits), actionName, focus); }))
+        dropSteps();
 }
 
-void TreeEditor::attempt(const std::function<void()>& work) const {
+void TreeEditor::dropSteps() {
+    if (undoManager_)
+        undoManager_->removeAllActions();
+}
+
+bool TreeEditor::attempt(const std::function<void()>& work) {
     try {
         work();
+        return true;
     } catch (const std::bad_alloc&) {
+        recover();
         report(tr("No hay memoria suficiente para esta operación.\n"));
     } catch (const std::length_error&) {
+        recover();
         report(tr("El documento no admite más nodos ni más texto.\n"));
     }
+    return false;
+}
+
+void TreeEditor::recover() {
+    if (!tree() || hasCurrentRows())
+        return;
+    reload();
 }
 
 void TreeEditor::report(const QString& message) const {

@@ -8,6 +8,9 @@
 
 #include <QThread>
 
+#include <algorithm>
+#include <new>
+
 namespace quelm {
 
 namespace {
@@ -24,7 +27,8 @@ TreeEditor::TreeEditor(std::shared_ptr<JSONDocument> document)
 TreeEditor::TreeEditor(std::shared_ptr<JSONDocument> document, Pasteboard& pasteboard)
     : document_(std::move(document)), pasteboard_(pasteboard) {
     require(document_ != nullptr, "a tree editor has a document");
-    // Connected before any view can be, so that nobody sees the selection of a tree that is gone.
+    // Connected before any view can be, so that nobody sees rows or the selection of a tree that is gone.
+    connect(document_.get(), &JSONDocument::contentChanged, this, [this] { outlineRevision_.reset(); });
     connect(document_.get(), &JSONDocument::revisionChanged, this, &TreeEditor::reload);
 }
 
@@ -60,10 +64,17 @@ bool TreeEditor::isLinked(NodeID id) const {
     const JSONTree* tree = this->tree();
     if (!tree || id.raw <= JSONTree::holder.raw || id.raw >= tree->storedNodeCount())
         return false;
+    // Whatever has a row is linked: the walk up a deep tree is for what is out of sight.
+    if (hasCurrentRows() && outline_.index(id))
+        return true;
     std::optional<NodeID> ancestor = id;
     while (ancestor && *ancestor != JSONTree::holder)
         ancestor = tree->parent(*ancestor);
     return ancestor.has_value();
+}
+
+bool TreeEditor::hasCurrentRows() const {
+    return tree() && outlineRevision_ == document_->revision();
 }
 
 std::optional<NodeID> TreeEditor::linkedSelection() const {
@@ -76,10 +87,10 @@ void TreeEditor::reload() {
     const JSONTree* tree = this->tree();
     if (!tree)
         return;
-    const WaitCursor waiting(outline_.rowCount() > longWalk);
+    const WaitCursor waiting(std::max(outline_.rowCount(), tree->children(tree->root()).size()) > longWalk);
     const std::optional<NodeID> selectionBefore = selection_;
     const std::optional<Editing> editingBefore = std::exchange(editing_, std::nullopt);
-    outline_.rebuild(*tree);
+    const bool isComplete = rebuildRows();
     outlineRevision_ = document_->revision();
     const std::optional<NodeID> selection = linkedSelection();
     if (!selection || !outline_.index(*selection))
@@ -91,6 +102,25 @@ void TreeEditor::reload() {
         Q_EMIT editingChanged();
     if (selection_ != selectionBefore)
         Q_EMIT selectionChanged();
+    if (!isComplete)
+        report(tr("No hay memoria suficiente para mostrar todas las filas.\n"));
+}
+
+/// Returns whether all rows are there that should be; without memory for them the containers are collapsed.
+bool TreeEditor::rebuildRows() {
+    const JSONTree& tree = *this->tree();
+    try {
+        outline_.rebuild(tree);
+        return true;
+    } catch (const std::bad_alloc&) {
+        outline_ = {};
+    }
+    try {
+        outline_.rebuild(tree);
+    } catch (const std::bad_alloc&) {
+        outline_ = {};
+    }
+    return false;
 }
 
 void TreeEditor::toggleExpansion(NodeID id, bool recursive) {
@@ -124,24 +154,36 @@ bool TreeEditor::collapseOrSelectParent() {
 }
 
 void TreeEditor::setAllExpanded(bool expanded) {
-    if (!tree())
-        return;
     if (!expanded)
         handInField();
-    const JSONTree* tree = this->tree();
-    const WaitCursor waiting(tree->nodeCount() > longWalk);
-    outline_.setExpanded(tree->root(), expanded, true, *tree);
-    if (!expanded)
-        outline_.setExpanded(tree->root(), true, false, *tree);
-    Q_EMIT outlineChanged();
+    if (!tree())
+        return;
+    const WaitCursor waiting(tree()->nodeCount() > longWalk);
+    changeRows([&](const JSONTree& tree) {
+        outline_.setExpanded(tree.root(), expanded, true, tree);
+        if (!expanded)
+            outline_.setExpanded(tree.root(), true, false, tree);
+    });
 }
 
 void TreeEditor::setExpanded(NodeID id, bool expanded, bool recursive) {
     if (!expanded)
         handInField();
+    if (!isLinked(id))
+        return;
     const WaitCursor waiting(tree()->nodeCount() > longWalk && (recursive || tree()->children(id).size() > longWalk));
-    outline_.setExpanded(id, expanded, recursive, *tree());
-    Q_EMIT outlineChanged();
+    changeRows([&](const JSONTree& tree) { outline_.setExpanded(id, expanded, recursive, tree); });
+}
+
+void TreeEditor::changeRows(const std::function<void(const JSONTree&)>& change) {
+    // Should it fail, the rows are made anew.
+    const std::optional<std::int64_t> revision = std::exchange(outlineRevision_, std::nullopt);
+    const bool isDone = attempt([&] {
+        change(*tree());
+        outlineRevision_ = revision;
+    });
+    if (isDone)
+        Q_EMIT outlineChanged();
 }
 
 // Copying.
@@ -154,12 +196,12 @@ void TreeEditor::copyPath() {
     pasteboard_.setString(TextRope::repairing(path));
 }
 
-void TreeEditor::copyJSON(const JSONStyle& style) {
+bool TreeEditor::copyJSON(const JSONStyle& style) {
     const std::optional<NodeID> selection = linkedSelection();
     if (!selection)
-        return;
-    const WaitCursor waiting(tree()->nodeCount() > longWriting);
-    attempt([&] { pasteboard_.setString(JSONSerializer::serializeToString(*tree(), *selection, style)); });
+        return false;
+    const WaitCursor waiting(tree()->subtreeSize(*selection) > longWriting);
+    return attempt([&] { pasteboard_.setString(JSONSerializer::serializeToString(*tree(), *selection, style)); });
 }
 
 } // namespace quelm

@@ -32,7 +32,8 @@ class UndoManager;
 /// nothing either. Whatever changes the document is one step of the undo manager, and leaves rows, selection and field
 /// true to the tree before anybody hears of it. What an edit costs follows what it changes, not the number of rows.
 ///
-/// For the main thread; reaching it from another one is a programming error.
+/// For the main thread; reaching it from another one is a programming error. What is connected to its signals, or to
+/// those of the document, must neither destroy the editor nor edit: it may ask for that from the event loop.
 class TreeEditor : public QObject {
     Q_OBJECT
 
@@ -65,8 +66,11 @@ public:
 
     const TreeOutline& outline() const { return outline_; }
 
-    /// The revision of the document whose rows the outline has; absent before the first `reload`.
+    /// The revision of the document whose rows the outline has; absent while it has not those of the tree as it is.
     std::optional<std::int64_t> outlineRevision() const { return outlineRevision_; }
+    /// Whether the outline has the rows of the tree as it is now. Not so before the first `reload`, and for whoever
+    /// hears of a change of the content before the editor has followed it.
+    bool hasCurrentRows() const;
 
     std::optional<NodeID> selection() const { return selection_; }
     void setSelection(std::optional<NodeID> selection);
@@ -127,8 +131,8 @@ public:
 
     /// The path of the selection, or that of the top-level value ("$") without one.
     void copyPath();
-    /// The JSON of the selected node. O(its nodes).
-    void copyJSON(const JSONStyle& style);
+    /// The JSON of the selected node; returns whether it is on the pasteboard. O(its nodes).
+    bool copyJSON(const JSONStyle& style);
 
 Q_SIGNALS:
     /// An operation is about to change the tree, to collapse rows, or to open another field, while a field is open:
@@ -145,6 +149,7 @@ private:
 
     std::optional<NodeID> linkedSelection() const;
     void setExpanded(NodeID id, bool expanded, bool recursive);
+    void changeRows(const std::function<void(const JSONTree&)>& change);
     void handInField();
     void beginEditing(Editing editing);
     void toggleBoolean(NodeID id);
@@ -155,9 +160,14 @@ private:
     void record(std::span<const TreeEdit> edits, std::vector<TreeEdit> inverse, const QString& actionName,
                 std::optional<NodeID> focus);
     void registerStep(std::vector<TreeEdit> inverse, const QString& actionName);
+    void dropSteps();
     void replay(std::span<const TreeEdit> edits, const QString& actionName);
-    /// Does work that may need more memory or more room in the tree than there is, which is reported.
-    void attempt(const std::function<void()>& work) const;
+    /// Does work that may need more memory or more room in the tree than there is, which is reported. Returns whether
+    /// it was done.
+    bool attempt(const std::function<void()>& work);
+    /// After a failure that came when the tree or the rows had begun to change.
+    void recover();
+    bool rebuildRows();
     void report(const QString& message) const;
 
     const std::shared_ptr<JSONDocument> document_;

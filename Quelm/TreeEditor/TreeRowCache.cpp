@@ -18,7 +18,7 @@ const TreeRowContents& TreeRowCache::contents(std::int64_t row, const TreeEditor
         return found->second;
     const JSONTree* tree = editor.tree();
     require(tree != nullptr, "rows are asked for while there is a tree");
-    return contents_.try_emplace(row, editor.outline().row(row, *tree), style).first->second;
+    return contents_.try_emplace(row, editor.outline().previewRow(row, *tree), style).first->second;
 }
 
 void TreeRowCache::keepOnly(std::int64_t firstRow, std::int64_t endRow) {

@@ -9,8 +9,8 @@ namespace quelm {
 
 class TreeEditor;
 
-/// The contents of the rows in and around the viewport, made when first asked for: a row whose key takes megabytes is
-/// copied once, not in every frame.
+/// The contents of the rows in and around the viewport, made when first asked for, from previews of the rows: a key or
+/// a value of megabytes costs no more than a long one.
 class TreeRowCache {
 public:
     /// The row at a position of the editor's outline, which must have it. Valid until the next `clear` or `keepOnly`.

@@ -10,7 +10,8 @@ namespace quelm {
 
 namespace {
 
-/// More than fit into any window; a row's value comes cut to 200 characters already.
+/// More than fit into any window; a row's value comes cut to 200 characters already. As many never take the bytes of
+/// a key's preview, so that a key that comes cut is cut again here, which tells.
 constexpr std::int64_t mostCharacters = 500;
 
 struct TreeRowText {
@@ -42,7 +43,7 @@ TreeRowContents::TreeRowContents(const TreeRow& row, const TreeRowStyle& style)
     }
     const VisibleText text = visibleText(row.value, mostCharacters);
     value = text.text;
-    isValueCut = text.isCut || row.value.ends_with("…");
+    isValueCut = text.isCut || row.isValueShortened();
     valueWidth = style.value.metrics.horizontalAdvance(kind == NodeKind::string ? u'"' + value + u'"' : value);
 }
 

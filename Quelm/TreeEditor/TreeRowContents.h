@@ -14,7 +14,7 @@ namespace quelm {
 struct TreeRowContents {
     enum class LabelKind : std::uint8_t { key, emptyKey, index, root };
 
-    /// Looks at a bounded part of the row's key and value, however long they are.
+    /// Looks at a bounded part of the row's key and value, however long they are. The row may be a preview.
     TreeRowContents(const TreeRow& row, const TreeRowStyle& style);
 
     /// The face in which the label is set.
@@ -36,7 +36,7 @@ struct TreeRowContents {
     QString value;
     /// With the quotation marks of a string.
     double valueWidth;
-    /// The scalar's text is longer than `value`.
+    /// `value` is not the scalar's text as it is but ends in a "…" of its own.
     bool isValueCut = false;
 };
 

@@ -4,7 +4,8 @@
 #include "Quelm/TreeEditor/TreeEditor.h"
 #include "Quelm/TreeEditor/TreeView.h"
 
-#include <QScopedValueRollback>
+#include <QLocale>
+#include <QPointer>
 
 #include <algorithm>
 #include <cmath>
@@ -51,13 +52,22 @@ void TreeView::openField() {
                    : new InlineField(tree.kind(editing.id), tree.sharedScalar(editing.id), viewport());
     field_->onCommit = [this, editing](const SharedText& text) {
         // A click elsewhere must find the rows where they were when it was made.
-        const QScopedValueRollback keepsPlace(keepsPlace_, !field_->textView().hasFocus());
+        const QPointer<TreeView> self(this);
+        keepsPlace_ = !field_->textView().hasFocus();
         editor_.commit(text, editing);
+        if (self)
+            keepsPlace_ = false;
     };
     field_->onCancel = [this] { editor_.setEditing(std::nullopt); };
     if (isKey)
         field_->onTab = [this] { editor_.activate(TreeEditor::Field::value); };
+    else if (tree.isObjectMember(editing.id))
+        field_->onBacktab = [this] { editor_.activate(TreeEditor::Field::key); };
     field_->textView().setAccessibleName(fieldName());
+    connect(&field_->textView(), &TextView::textDidChange, this, [this] {
+        if (const auto row = field_ ? rowOf(edited_->id) : std::nullopt)
+            scrollToRow(*row);
+    });
     connect(field_, &InlineField::sizeHintChanged, this, [this] {
         placeField();
         viewport()->update();
@@ -105,7 +115,7 @@ void TreeView::placeField() {
     const QRectF stretch = view.rect(fieldIn(edited_->id)->part);
     const auto x = static_cast<int>(std::round(stretch.left()));
     const auto width = static_cast<int>(std::floor(stretch.width()));
-    const int height = field_->heightForWidth(width);
+    const int height = std::min(field_->heightForWidth(width), std::max(style_.rowHeight, viewport()->height()));
 
     // Its first line is the row's. What would be below the bottom edge moves up, as far as the field still meets its
     // row, with which it leaves the viewport.
@@ -128,7 +138,7 @@ QString TreeView::fieldName() const {
         return tr("Valor de %1").arg(visibleText(tree.key(edited_->id), mostNameCharacters).text);
     if (edited_->id == tree.root())
         return tr("Valor de la raíz");
-    return tr("Valor de [%1]").arg(*tree.indexInParent(edited_->id));
+    return tr("Valor de [%1]").arg(QLocale().toString(static_cast<qlonglong>(*tree.indexInParent(edited_->id))));
 }
 
 } // namespace quelm

@@ -51,6 +51,12 @@ bool TreeView::handleKey(const QKeyEvent& event) {
     const Qt::KeyboardModifiers modifiers = meaningfulModifiers(event);
     if (modifiers == Qt::NoModifier)
         return handlePlainKey(event);
+    // One row is selected at a time: keys that extend a selection elsewhere, or go to an end, move it.
+    const bool isEnd = event.key() == Qt::Key_Home || event.key() == Qt::Key_End;
+    if (modifiers == Qt::ShiftModifier || (modifiers == Qt::ControlModifier && isEnd)) {
+        if (moveSelection(event.key()))
+            return true;
+    }
     if (modifiers == Qt::ShiftModifier && event.key() == Qt::Key_F10) {
         showSelectionMenu();
         return true;

@@ -55,8 +55,7 @@ QSize TreeView::minimumSizeHint() const {
 }
 
 bool TreeView::hasRows() const {
-    // Between a change of the content and the reload that follows it, the outline speaks of another tree.
-    return editor_.tree() && editor_.outlineRevision() == editor_.document().revision();
+    return editor_.hasCurrentRows();
 }
 
 TreeView::RowRange TreeView::visibleRows() const {
@@ -109,7 +108,7 @@ QRectF TreeView::partArea(std::int64_t row, TreeRowPart part) const {
 
 bool TreeView::isInFront() const {
     // A view that is rendered without being shown looks as it would in front.
-    return !isVisible() || (isActiveWindow() && (hasFocus() || field_));
+    return !isVisible() || (isActiveWindow() && (hasFocus() || field_)) || menu_;
 }
 
 TreeRowEmphasis TreeView::emphasis(std::int64_t row, std::optional<std::int64_t> selected) const {
@@ -171,11 +170,15 @@ void TreeView::changeEvent(QEvent* event) {
     case QEvent::FontChange:
     case QEvent::StyleChange:
         return lookChanged();
-    case QEvent::ActivationChange:
-        return repaintSelection();
     default:
         return;
     }
+}
+
+bool TreeView::event(QEvent* event) {
+    if (event->type() == QEvent::WindowActivate || event->type() == QEvent::WindowDeactivate)
+        repaintSelection();
+    return QAbstractScrollArea::event(event);
 }
 
 void TreeView::viewScrolled() {
@@ -201,6 +204,7 @@ void TreeView::outlineChanged() {
     cache_.clear();
     deepestSeen_ = 0;
     updateExtents();
+    selectAboveCollapsed();
     noteSelectedRow();
     updateHover();
     viewport()->update();
@@ -215,6 +219,15 @@ void TreeView::selectionChanged() {
     if (const auto row = selectedRow())
         scrollToRow(*row);
     viewport()->update();
+}
+
+void TreeView::selectAboveCollapsed() {
+    const std::optional<NodeID> selection = editor_.selection();
+    if (!selection || !hasRows() || selectedRow() || !editor_.isLinked(*selection))
+        return;
+    // Nobody may remove by a key what cannot be seen.
+    if (const auto row = rowNearSelection())
+        editor_.select(editor_.outline().rowID(*row));
 }
 
 void TreeView::noteSelectedRow() {

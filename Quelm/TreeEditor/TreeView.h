@@ -30,9 +30,9 @@ class TreeView : public QAbstractScrollArea {
     Q_OBJECT
 
 public:
-    /// `editor` must outlive the view.
+    /// `editor` must outlive the view. What is connected to the editor's signals must not destroy the view.
     explicit TreeView(TreeEditor& editor, QWidget* parent = nullptr);
-    /// Cancels what is being edited: what is to be kept is to be finished before.
+    /// What is being edited is to be finished or cancelled before.
     ~TreeView() override;
 
     TreeEditor& editor() const { return editor_; }
@@ -72,6 +72,7 @@ public:
     QSize minimumSizeHint() const override;
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void scrollContentsBy(int dx, int dy) override;
@@ -109,6 +110,7 @@ private:
     void outlineChanged();
     void selectionChanged();
     void editingChanged();
+    void selectAboveCollapsed();
     void noteSelectedRow();
     void revealSelection();
     void lookChanged();

@@ -88,8 +88,7 @@ void* TreeViewAccessible::interface_cast(QAccessible::InterfaceType type) {
 // Rows.
 
 bool TreeViewAccessible::hasRows() const {
-    // Between a change of the content and the reload that follows it, the outline speaks of another tree.
-    return isValid() && editor().tree() && editor().outlineRevision() == editor().document().revision();
+    return isValid() && editor().hasCurrentRows();
 }
 
 TreeRowAccessible* TreeViewAccessible::rowOf(NodeID id) const {

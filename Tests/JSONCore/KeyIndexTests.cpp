@@ -128,5 +128,35 @@ TEST(KeyIndexDeathTest, RefusesToRemoveAKeyThatIsNotThere) {
     EXPECT_DEATH(index.remove("nada"), "removed from an index is in it");
 }
 
+TEST(KeyIndex, CountsLongKeysLikeAMap) {
+    std::mt19937 random(12);
+    // Views of the same keys in two places, and one that begins where another does.
+    std::vector<std::string> texts;
+    for (int i = 0; i < 20; ++i) {
+        std::string text;
+        while (text.size() < 5'000)
+            text += "clave \u043B\u0439 ";
+        texts.push_back(text + std::to_string(i % 10));
+    }
+    std::vector<std::string_view> keys(texts.begin(), texts.end());
+    keys.push_back(keys.front().substr(0, 4'999));
+
+    KeyIndex index(4);
+    std::map<std::string_view, std::int64_t> model;
+    for (int step = 0; step < 5'000; ++step) {
+        const std::string_view key = keys[random() % keys.size()];
+        if (random() % 2 == 0 || model[key] == 0) {
+            index.add(key);
+            ++model[key];
+        } else {
+            index.remove(key);
+            --model[key];
+        }
+        ASSERT_EQ(index.count(key), model[key]);
+        ASSERT_EQ(index.count(std::string(key)), model[key]);
+    }
+    index.checkInvariants();
+}
+
 } // namespace
 } // namespace quelm

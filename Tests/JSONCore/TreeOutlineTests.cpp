@@ -192,5 +192,25 @@ TEST(TreeOutlineDeathTest, StopsAtIdsOutsideTheStoreAndRowsOutsideTheList) {
     }
 }
 
+TEST(TreeOutline, MakesTheSameRowsForPreviewsOfOrdinaryTexts) {
+    Opened opened(R"({"a":1,"b":[true,null,{"c":"d"}],"a":"x…","\u00e9":"","":{}})");
+    opened.expandAll({});
+    for (std::int64_t index = 0; index < opened.outline.rowCount(); ++index)
+        EXPECT_EQ(opened.outline.previewRow(index, opened.tree), opened.outline.row(index, opened.tree));
+}
+
+TEST(TreeOutline, CutsLongTextsInPreviewsAndMarksWholeKeys) {
+    const std::string key = test::repeated("clave ñ ", 4'000);
+    const std::string value = "e" + test::repeated("\u0301", 20'000);
+    const Opened opened("{\"" + key + "1\":\"" + value + "\",\"" + key + "2\":1,\"" + key + "2\":2}");
+    const TreeRow first = opened.outline.previewRow(1, opened.tree);
+    EXPECT_EQ(*first.label.asKey(), TreeRow::previewKey(key));
+    EXPECT_EQ(first.value, TreeRow::previewText(value));
+    EXPECT_FALSE(first.isDuplicateKey);
+    EXPECT_TRUE(opened.outline.previewRow(2, opened.tree).isDuplicateKey);
+    EXPECT_EQ(*opened.outline.row(1, opened.tree).label.asKey(), key + "1");
+    EXPECT_EQ(opened.outline.row(1, opened.tree).value, value + "…");
+}
+
 } // namespace
 } // namespace quelm

@@ -96,5 +96,51 @@ TEST(TreeRowText, CountsCharactersThatTheUserPerceives) {
               std::string(199, 'a') + "e" + repeated("\u0301", 50) + ellipsis);
 }
 
+TEST(TreeRowText, ThatEndsInAnEllipsisOfItsOwnIsNotTakenForAShortenedOne) {
+    const auto isShortened = [](const std::string& scalar) {
+        TreeRow row;
+        row.value = TreeRow::displayText(scalar);
+        return row.isValueShortened();
+    };
+    EXPECT_FALSE(isShortened(""));
+    EXPECT_FALSE(isShortened("a" + ellipsis));
+    EXPECT_FALSE(isShortened(std::string(200, 'a')));
+    EXPECT_FALSE(isShortened(std::string(197, 'a') + ellipsis));
+    EXPECT_TRUE(isShortened(std::string(198, 'a') + ellipsis));
+    EXPECT_TRUE(isShortened(std::string(201, 'a')));
+    EXPECT_TRUE(isShortened(repeated("é", 101)));
+    EXPECT_TRUE(isShortened("a" + repeated("\u0301", 1'000)));
+}
+
+TEST(TreeRowText, IsTheSameInAPreviewUnlessItsCharactersAreAbsurdlyLong) {
+    for (const std::string& text :
+         {std::string(), std::string("a…"), std::string(200, 'a'), std::string(201, 'a'), std::string(50'000, 'a'),
+          repeated("é", 101), repeated("é", 30'000), repeated("😀", 5'000), repeated("e\u0301", 20'000),
+          repeated("👨‍👩‍👧", 2'000), "a" + repeated("\u0301", 1'000)})
+        EXPECT_EQ(TreeRow::previewText(text), TreeRow::displayText(text));
+}
+
+TEST(TreeRowText, OfOneEndlessCharacterIsCutInAPreview) {
+    const std::string text = "a" + repeated("\u0301", 1'000'000);
+    EXPECT_EQ(TreeRow::previewText(text), text.substr(0, TreeRow::longestPreview - 1) + ellipsis);
+}
+
+TEST(TreeRowKey, IsCutBetweenScalarValuesInAPreview) {
+    constexpr std::size_t longest = TreeRow::longestPreview;
+    for (const std::size_t size : {std::size_t{0}, std::size_t{1}, longest - 1, longest}) {
+        const std::string key(size, 'k');
+        EXPECT_EQ(TreeRow::previewKey(key), key);
+    }
+    EXPECT_EQ(TreeRow::previewKey(std::string(longest + 1, 'k')).size(), longest);
+    for (std::size_t shift = 0; shift < 4; ++shift) {
+        const std::string key = std::string(shift, 'k') + repeated("😀", longest);
+        const std::string_view preview = TreeRow::previewKey(key);
+        EXPECT_TRUE(key.starts_with(preview));
+        EXPECT_EQ(preview.size() % 4, shift);
+        EXPECT_GT(preview.size(), longest - 4);
+        EXPECT_LE(preview.size(), longest);
+    }
+}
+
 } // namespace
 } // namespace quelm

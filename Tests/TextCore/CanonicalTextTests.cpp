@@ -131,6 +131,117 @@ TEST(CanonicalText, ComparesRandomTextsAsICUDoes) {
     }
 }
 
+/// Runs of characters of one script, so that marks, jamo and the like stand next to their like.
+constexpr std::u32string_view scripts[] = {
+    U"abzK;` ",
+    U"\u00E5\u00E9\u1E69\u1EAD\u01D5\u212A\u212B\u0344\u037E",
+    U"\u0300\u0301\u0302\u0307\u0308\u031B\u0323\u0327\u0345\u0338",
+    U"\u1100\u1112\u1161\u1175\u11A8\u11C2\uAC00\uAC01\uD7A3",
+    U"\u0436\u0439\u0418\u0306\u0308\u0451\u0483",
+    U"\u0958\u0915\u093C\u09C7\u09BE\u09D7\u09CB\u0DDD\u0DD9\u0DCF\u0DCA",
+    U"\uFB1D\u05D9\u05B4\u05BC\u0653\u0655\u0627\u0622",
+    U"\U0002F800\u4E3D\U0001D15E\U0001D157\U0001D165\U0001D16E\U0001F600\U000110BA\U00011099\U0001109A",
+};
+
+std::string textOfScripts(std::mt19937& random, std::size_t runs, std::size_t longestRun) {
+    std::string text;
+    for (std::size_t run = 0; run < runs; ++run)
+        text += test::randomText(random, scripts[randomBelow(random, std::size(scripts))],
+                                 randomBelow(random, longestRun + 1));
+    return text;
+}
+
+/// An equivalent text: normalised in one of three ways, or not.
+std::string rewritten(std::mt19937& random, std::string_view text) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::UnicodeString units = icu::UnicodeString::fromUTF8(text);
+    std::string result;
+    switch (randomBelow(random, 4)) {
+    case 0:
+        return std::string(text);
+    case 1:
+        icu::Normalizer2::getNFDInstance(status)->normalize(units, status).toUTF8String(result);
+        break;
+    case 2:
+        icu::Normalizer2::getNFCInstance(status)->normalize(units, status).toUTF8String(result);
+        break;
+    default:
+        icu::Normalizer2::getInstance(nullptr, "nfc", UNORM2_FCD, status)
+            ->normalize(units, status)
+            .toUTF8String(result);
+        break;
+    }
+    return result;
+}
+
+TEST(CanonicalText, ComparesTextsOfManyScriptsAsICUDoes) {
+    std::mt19937 random(2);
+    for (int turn = 0; turn < 40'000; ++turn) {
+        const std::string start = textOfScripts(random, randomBelow(random, 4), 4);
+        const std::string end = textOfScripts(random, randomBelow(random, 4), 4);
+        const bool isSame = randomBelow(random, 2) == 0;
+        const std::string middle = textOfScripts(random, 1, 3);
+        const std::string left = rewritten(random, start) + rewritten(random, middle + end);
+        const std::string right =
+            rewritten(random, start) + rewritten(random, (isSame ? middle : textOfScripts(random, 1, 3)) + end);
+        expectOrderOfICU(left, right);
+        expectOrderOfICU(right, left);
+    }
+}
+
+TEST(CanonicalText, ComparesTextsOfManyPiecesAsICUDoes) {
+    std::mt19937 random(3);
+    for (int turn = 0; turn < 150; ++turn) {
+        const std::string start = textOfScripts(random, 40, 120);
+        const std::string end = textOfScripts(random, 40, 120);
+        const std::string left = rewritten(random, start + end);
+        const std::string right = rewritten(random, start + textOfScripts(random, randomBelow(random, 2), 1) + end);
+        expectOrderOfICU(left, right);
+        expectOrderOfICU(right, left);
+        std::string storage;
+        std::string expected;
+        nfc(left).toUTF8String(expected);
+        ASSERT_EQ(canonical::form(left, storage), expected);
+    }
+}
+
+TEST(CanonicalText, PutsRunsOfThousandsOfMarksInOrder) {
+    std::mt19937 random(4);
+    constexpr std::u32string_view marks = U"\u0301\u0323\u0327\u031B\u0344\u0345\u0338";
+    for (const std::size_t length : {500, 1'000, 1'500, 5'000}) {
+        const std::string run = "a" + test::randomText(random, marks, length);
+        for (const std::string& text : {run, run + "z", "\u00E9" + run + "\uAC00", run + "\u1161"}) {
+            std::string expected;
+            nfc(text).toUTF8String(expected);
+            std::string storage;
+            ASSERT_EQ(canonical::form(text, storage), expected);
+            ASSERT_EQ(canonical::form(expected, storage).data(), expected.data());
+            expectOrderOfICU(text, expected);
+            expectOrderOfICU(text, expected + "\u0301");
+            expectOrderOfICU("\u0301" + text, text);
+        }
+    }
+}
+
+TEST(CanonicalText, MarksOfOneClassKeepTheirOrderAndOthersDoNot) {
+    EXPECT_TRUE(canonical::equal("q\u0301\u0323\u0307", "q\u0323\u0301\u0307"));
+    EXPECT_TRUE(canonical::equal("q\u0301\u0307\u0323\u0323", "q\u0323\u0301\u0323\u0307"));
+    EXPECT_FALSE(canonical::equal("q\u0301\u0323\u0307", "q\u0323\u0307\u0301"));
+    EXPECT_FALSE(canonical::equal("q\u0301\u0323x", "q\u0323x\u0301"));
+    EXPECT_FALSE(canonical::equal("q\u0301\u0323", "q\u0323"));
+    EXPECT_FALSE(canonical::equal("q\u0301\u0323z", "q\u0323\u0323z"));
+    EXPECT_FALSE(canonical::equal("\u0301", ""));
+}
+
+TEST(CanonicalText, OneTextIsEqualToItselfAndToItsCopy) {
+    const std::string text = repeated("ma\u00F1ana ", 2'000);
+    const std::string copy = text;
+    EXPECT_TRUE(canonical::equal(text, text));
+    EXPECT_TRUE(canonical::equal(text, copy));
+    EXPECT_FALSE(canonical::equal(text, std::string_view(text).substr(0, text.size() - 1)));
+    EXPECT_FALSE(canonical::equal(text, copy + "a"));
+}
+
 TEST(CanonicalText, AShortDifferenceBehindALongCommonStartIsFound) {
     for (std::size_t size = 0; size < 40; ++size) {
         for (const std::string_view unit : {"x", "\u00F1", "\u4E2D"}) {

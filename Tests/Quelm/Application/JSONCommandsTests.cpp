@@ -93,6 +93,14 @@ TEST_F(JSONCommandsTests, InsertingHandsInTheOpenFieldAndOpensTheNextOne) {
     EXPECT_EQ(json(), "{\"a\":\"y\",\"b\":\"\"}");
 }
 
+TEST_F(JSONCommandsTests, AreNotTakenByAnOpenField) {
+    open("[\"abc\"]");
+    select(1);
+    press(Qt::Key_Return, {});
+    press(Qt::Key_D, Qt::ControlModifier);
+    EXPECT_EQ(json(), "[\"abc\",\"abc\"]");
+}
+
 TEST_F(JSONCommandsTests, ExpandAndCollapseEverything) {
     open("[[[1]],2]");
     items().at(5)->trigger();

@@ -49,6 +49,14 @@ TEST_P(SemanticColorsTests, TextsCanBeReadOnEveryBackgroundOfARow) {
                 << static_cast<int>(role) << " on " << background.name().toStdString();
 }
 
+TEST_P(SemanticColorsTests, SelectedTextCanBeReadAndStandsOutFromASelectedRow) {
+    const QColor base = color(ColorRole::contentBackground);
+    const QColor selected = over(color(ColorRole::textSelection), base);
+    for (const ColorRole role : readableRoles)
+        EXPECT_GE(contrast(color(role), selected), 4.5) << static_cast<int>(role);
+    EXPECT_GE(contrast(selected, over(color(ColorRole::selection), base)), 1.15);
+}
+
 TEST_P(SemanticColorsTests, BadgesCanBeReadOnTheirTint) {
     for (const QColor& background : rowBackgrounds()) {
         for (const ColorRole role : {ColorRole::purple, ColorRole::indigo, ColorRole::green, ColorRole::blue,

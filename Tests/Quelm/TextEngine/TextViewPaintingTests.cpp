@@ -39,7 +39,7 @@ TEST_F(TextViewPaintingTests, TheSelectionIsTintedInEitherAppearance) {
     for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
         openIn(appearance, QStringLiteral("ab^cd|ef"));
         const QColor base = semanticColor(ColorRole::contentBackground, appearance);
-        const QColor tinted = over(base, semanticColor(ColorRole::selection, appearance));
+        const QColor tinted = over(base, semanticColor(ColorRole::textSelection, appearance));
         EXPECT_LE(distance(behind(0), base), 3);
         EXPECT_LE(distance(behind(2), tinted), 6);
         EXPECT_LE(distance(behind(5), base), 3);

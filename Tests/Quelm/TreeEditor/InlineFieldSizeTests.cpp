@@ -168,9 +168,11 @@ TEST_F(InlineFieldSizeTests, TheWheelScrollsAFieldWithMoreThanItShows) {
     EXPECT_EQ(below->events, 0);
 }
 
-TEST_F(InlineFieldSizeTests, TheWheelDoesNotZoom) {
+TEST_F(InlineFieldSizeTests, NeitherKeysNorTheWheelZoom) {
     openString("hola");
     press(Qt::Key_Plus, Qt::ControlModifier);
+    EXPECT_EQ(view().zoom(), 1);
+    turnWheel(-1, Qt::ControlModifier);
     EXPECT_EQ(view().zoom(), 1);
 }
 

@@ -70,9 +70,9 @@ void InlineFieldWindow::compose(const QString& preedit) {
     QApplication::sendEvent(&view(), &event);
 }
 
-void InlineFieldWindow::turnWheel(int steps) {
+void InlineFieldWindow::turnWheel(int steps, Qt::KeyboardModifiers modifiers) {
     const QPointF place(10, 10);
-    QWheelEvent event(place, view().viewport()->mapToGlobal(place), {}, {0, -120 * steps}, {}, {}, Qt::NoScrollPhase,
+    QWheelEvent event(place, view().viewport()->mapToGlobal(place), {}, {0, -120 * steps}, {}, modifiers, Qt::NoScrollPhase,
                       false);
     QApplication::sendEvent(view().viewport(), &event);
 }

@@ -35,7 +35,7 @@ protected:
     /// Whether the field takes the key before shortcuts do.
     bool claims(Qt::Key key, Qt::KeyboardModifiers modifiers = {}) const;
     void compose(const QString& preedit);
-    void turnWheel(int steps);
+    void turnWheel(int steps, Qt::KeyboardModifiers modifiers = {});
 
     TextView& view() const { return field->textView(); }
     std::string text() const { return std::string(field->text().view()); }

@@ -85,5 +85,25 @@ TEST_F(TreeRowContentsTests, AValueThatCameCutSaysSo) {
     EXPECT_FALSE(contents(scalarRow(TreeRow::Label::root(), NodeKind::string, whole)).isValueCut);
 }
 
+TEST_F(TreeRowContentsTests, AValueWithAnEllipsisOfItsOwnIsNotCut) {
+    EXPECT_FALSE(contents(scalarRow(TreeRow::Label::root(), NodeKind::string, "y así…")).isValueCut);
+    EXPECT_FALSE(contents(scalarRow(TreeRow::Label::key("más…"), NodeKind::string, "")).isLabelCut);
+}
+
+TEST_F(TreeRowContentsTests, TextsThatComeCutToAPreviewSaySo) {
+    for (const std::string unit : {"x", "é", "😀", "\u0301", "👨‍👩‍👧‍👦"}) {
+        std::string text = "a";
+        while (text.size() < 2 * TreeRow::longestPreview)
+            text += unit;
+        const TreeRow whole = scalarRow(TreeRow::Label::key(text), NodeKind::string, TreeRow::displayText(text));
+        const TreeRow preview = scalarRow(TreeRow::Label::key(std::string(TreeRow::previewKey(text))), NodeKind::string,
+                                          TreeRow::previewText(text));
+        EXPECT_TRUE(contents(preview).isLabelCut) << unit;
+        EXPECT_TRUE(contents(preview).isValueCut) << unit;
+        EXPECT_EQ(contents(preview).label, contents(whole).label) << unit;
+        EXPECT_EQ(contents(preview).value, contents(whole).value) << unit;
+    }
+}
+
 } // namespace
 } // namespace quelm

@@ -115,9 +115,7 @@ TEST_F(TreeViewAccessibleTests, TheSelectedRowIsTheTablesAndCanBeChanged) {
 
 TEST_F(TreeViewAccessibleTests, ASelectionThatIsOutOfSightIsNotSelectedRow) {
     open("[[1]]");
-    editor->toggleExpansion(editor->outline().rowID(1), false);
-    clickRow(2);
-    editor->toggleExpansion(editor->outline().rowID(1), false);
+    editor->select(editor->tree()->children(editor->outline().rowID(1))[0]);
     EXPECT_THAT(table().selectedRows(), IsEmpty());
     EXPECT_THAT(table().selectedCells(), IsEmpty());
     EXPECT_EQ(whole().focusChild(), &whole());

@@ -277,6 +277,33 @@ TEST_F(TreeViewEditingTests, OpeningAnotherFieldCommitsTheOpenOne) {
     EXPECT_EQ(fieldText(), QStringLiteral("2"));
 }
 
+TEST_F(TreeViewEditingTests, ShiftTabGoesFromTheValueOfAMemberToItsKey) {
+    open(R"({"a":1})");
+    doubleClickRow(1);
+    enter(QStringLiteral("2"));
+    pressInField(Qt::Key_Backtab, Qt::ShiftModifier);
+    EXPECT_EQ(json(), R"({"a":2})");
+    ASSERT_TRUE(hasFieldFocus());
+    EXPECT_EQ(editor->editing()->field, Field::key);
+    EXPECT_EQ(fieldText(), QStringLiteral("a"));
+}
+
+TEST_F(TreeViewEditingTests, TypingScrollsBackToTheField) {
+    open(arrayOfZeros(1000));
+    doubleClickRow(1);
+    view->verticalAxis().setPosition(5000);
+    ASSERT_FALSE(isWhollyVisible(1));
+    enter(QStringLiteral("1"));
+    EXPECT_TRUE(isWhollyVisible(1));
+}
+
+TEST_F(TreeViewEditingTests, AFieldIsNoHigherThanTheViewport) {
+    open("[\"" + std::string(5000, 'v') + "\"]");
+    doubleClickRow(1);
+    window->resize(400, 90);
+    EXPECT_TRUE(view->viewport()->rect().contains(fieldArea()));
+}
+
 TEST_F(TreeViewEditingTests, AClickOnAnotherRowFindsItWhereItWasClicked) {
     open(arrayOfZeros(1000));
     doubleClickRow(1);

@@ -4,6 +4,7 @@
 #include "Tests/Quelm/Support/Printing.h"
 #include "Tests/Quelm/Support/TreeWindow.h"
 
+#include <QAccessible>
 #include <QElapsedTimer>
 #include <QScrollBar>
 #include <QTest>
@@ -155,11 +156,22 @@ TEST_F(TreeViewTests, AKeyThatDoesNothingIsPassedOn) {
     EXPECT_FALSE(isAccepted(Qt::Key_Down, Qt::ControlModifier));
 }
 
+TEST_F(TreeViewTests, ACollapseThatHidesTheSelectionTakesItToWhatCanBeSeen) {
+    open("[[[1,2]],3]");
+    clickChevron(1, Qt::ShiftModifier);
+    clickRow(4);
+    clickChevron(1);
+    EXPECT_EQ(selectedRow(), 1);
+    clickChevron(1, Qt::ShiftModifier);
+    clickRow(4);
+    editor->setAllExpanded(false);
+    EXPECT_EQ(selectedRow(), 1);
+}
+
 TEST_F(TreeViewTests, WithTheSelectionHiddenAnArrowComesBackToItsVisibleContainer) {
     open("[[1,2],3]");
-    clickChevron(1);
-    clickRow(3);
-    clickChevron(1);
+    const NodeID hidden = editor->tree()->children(editor->outline().rowID(1))[0];
+    editor->select(hidden);
     EXPECT_EQ(selectedRow(), -1);
     press(Qt::Key_Down);
     EXPECT_EQ(selectedRow(), 1);
@@ -307,12 +319,20 @@ TEST_F(TreeViewTests, EveryMemberWithADuplicateKeyIsMarked) {
 
 TEST_F(TreeViewTests, BetweenAChangeOfTheContentAndItsReloadNothingOfTheFormerTreeIsUsed) {
     open("[1,2,3]");
-    QObject::connect(document.get(), &JSONDocument::contentChanged, [this] {
+    const QPoint badge = view->partArea(2, TreeRowPart::badge).center().toPoint();
+    ASSERT_FALSE(view->toolTipAt(badge).isEmpty());
+    int heard = 0;
+    QObject::connect(document.get(), &JSONDocument::contentChanged, [&] {
+        ++heard;
+        EXPECT_FALSE(editor->hasCurrentRows());
+        EXPECT_TRUE(view->toolTipAt(badge).isEmpty());
+        EXPECT_EQ(QAccessible::queryAccessibleInterface(view)->childCount(), 0);
+        view->setPalette(ownPalette(Appearance::dark));
         view->viewport()->repaint();
-        view->toolTipAt(rowCentreForHeight(2));
         press(Qt::Key_Left);
     });
     replace("7");
+    EXPECT_EQ(heard, 1);
     EXPECT_EQ(rowCount(), 1);
     EXPECT_EQ(selectedRow(), 0);
 }
