@@ -59,7 +59,8 @@ std::uint64_t keyHash(std::string_view key) {
     if (bytes.isASCII)
         return bytes.hash;
     std::string storage;
-    return hashOfBytes(canonical::form(key, storage)).hash;
+    const std::string_view form = canonical::form(key, storage);
+    return form.data() == key.data() ? bytes.hash : hashOfBytes(form).hash;
 }
 
 } // namespace quelm

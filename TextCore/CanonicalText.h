@@ -12,7 +12,7 @@ namespace quelm::canonical {
 
 /// What the texts begin with in common is compared as bytes, and nothing at all of one text in one place of memory.
 /// From the first difference on as much is read as tells the texts apart: as a rule that character alone, and no more
-/// than the run of marks that it is in, however long the texts are. Nothing is normalised; O(n) for equivalent texts.
+/// than the run of marks that it is in, however long the texts are. O(n) for equivalent texts.
 bool equal(std::string_view left, std::string_view right);
 
 /// Likewise, but the forms are made, a kilobyte or so at a time, from the last place before the first difference where

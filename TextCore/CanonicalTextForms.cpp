@@ -139,13 +139,16 @@ bool hasBoundaryAt(std::string_view text, std::size_t position) {
 }
 
 std::string_view FormPieces::next() {
-    // The last of some ASCII characters may be joined by what follows.
-    std::size_t ascii = utf8::asciiPrefixLength(rest_);
-    if (ascii < rest_.size())
-        ascii = std::max(ascii, std::size_t{1}) - 1;
-    if (ascii > 0) {
-        const std::string_view piece = rest_.substr(0, ascii);
-        rest_.remove_prefix(ascii);
+    // Characters below the first mark stand in the form as they are. The last of some may be joined by what follows.
+    std::size_t low = utf8::lowPrefixLength(rest_);
+    if (low < rest_.size() && low > 0) {
+        do
+            --low;
+        while (U8_IS_TRAIL(rest_[low]));
+    }
+    if (low > 0) {
+        const std::string_view piece = rest_.substr(0, low);
+        rest_.remove_prefix(low);
         return piece;
     }
     const std::string_view piece = leadingPiece(rest_);

@@ -12,7 +12,7 @@ OwnStyle::OwnStyle() : QProxyStyle(QStringLiteral("fusion")) {}
 
 int OwnStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                         QStyleHintReturn* returnData) const {
-    if (hint == SH_DialogButtonBox_ButtonsHaveIcons)
+    if (hint == SH_DialogButtonBox_ButtonsHaveIcons || hint == SH_EtchDisabledText)
         return 0;
     return QProxyStyle::styleHint(hint, option, widget, returnData);
 }
@@ -22,9 +22,11 @@ void OwnStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* optio
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     if (element != PE_PanelMenu)
         return;
+    painter->save();
     painter->setPen(semanticColor(ColorRole::separator));
     painter->setBrush(Qt::NoBrush);
     painter->drawRect(option->rect.adjusted(0, 0, -1, -1));
+    painter->restore();
 }
 
 void OwnStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 
+#include <new>
 #include <string_view>
 #include <utility>
 
@@ -83,13 +84,22 @@ void InlineField::finish() {
         return;
     textView_->finishComposing();
     // Whoever followed that edit may have ended the field.
-    if (std::exchange(isFinished_, true))
+    if (isFinished_)
         return;
+    SharedText committed;
+    try {
+        committed = text();
+    } catch (const std::bad_alloc&) {
+        // Better an open field than a text that is lost.
+        QApplication::beep();
+        return;
+    }
+    isFinished_ = true;
     // The callback may delete the field, and itself with it.
     const auto commit = std::move(onCommit);
     const auto cancel = std::move(onCancel);
     if (isValid_ && commit)
-        commit(text());
+        commit(committed);
     else if (!isValid_ && cancel)
         cancel();
 }

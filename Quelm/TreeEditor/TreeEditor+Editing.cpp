@@ -49,8 +49,9 @@ void TreeEditor::beginEditing(Editing editing) {
         return;
     // The selection may be out of sight in a collapsed container.
     if (!outline_.index(editing.id)) {
-        outline_.reveal(editing.id, *tree());
-        Q_EMIT outlineChanged();
+        changeRows([&](const JSONTree& tree) { outline_.reveal(editing.id, tree); });
+        if (!outline_.index(editing.id))
+            return;
     }
     setEditing(editing);
 }
@@ -164,7 +165,7 @@ void TreeEditor::record(std::span<const TreeEdit> edits, std::vector<TreeEdit> i
     std::vector<TreeEdit> touched(edits.begin(), edits.end());
     touched.insert(touched.end(), inverse.begin(), inverse.end());
     outline_.update(touched, *tree);
-    outlineRevision_ = document_->revision();
+    noteRowsAreCurrent();
 
     const std::optional<NodeID> selectionBefore = selection_;
     if (focus && tree->parent(*focus)) {
@@ -228,9 +229,9 @@ bool TreeEditor::attempt(const std::function<void()>& work) {
 }
 
 void TreeEditor::recover() {
-    if (!tree() || hasCurrentRows())
-        return;
-    reload();
+    // What is being edited stays: its text would be lost.
+    if (tree() && !hasCurrentRows())
+        makeRowsAnew(editing_);
 }
 
 void TreeEditor::report(const QString& message) const {

@@ -88,10 +88,18 @@ void TreeEditor::reload() {
     if (!tree)
         return;
     const WaitCursor waiting(std::max(outline_.rowCount(), tree->children(tree->root()).size()) > longWalk);
+    if (!makeRowsAnew(std::nullopt))
+        report(tr("No hay memoria suficiente para mostrar todas las filas.\n"));
+}
+
+/// Returns whether all rows are there that should be.
+bool TreeEditor::makeRowsAnew(std::optional<Editing> editing) {
+    const JSONTree* tree = this->tree();
     const std::optional<NodeID> selectionBefore = selection_;
-    const std::optional<Editing> editingBefore = std::exchange(editing_, std::nullopt);
+    const std::optional<Editing> editingBefore = editing_;
     const bool isComplete = rebuildRows();
-    outlineRevision_ = document_->revision();
+    noteRowsAreCurrent();
+    editing_ = editing && isLinked(editing->id) ? editing : std::nullopt;
     const std::optional<NodeID> selection = linkedSelection();
     if (!selection || !outline_.index(*selection))
         selection_ = tree->root();
@@ -102,11 +110,14 @@ void TreeEditor::reload() {
         Q_EMIT editingChanged();
     if (selection_ != selectionBefore)
         Q_EMIT selectionChanged();
-    if (!isComplete)
-        report(tr("No hay memoria suficiente para mostrar todas las filas.\n"));
+    return isComplete;
 }
 
-/// Returns whether all rows are there that should be; without memory for them the containers are collapsed.
+void TreeEditor::noteRowsAreCurrent() {
+    outlineRevision_ = outline_.rowCount() > 0 ? std::optional(document_->revision()) : std::nullopt;
+}
+
+/// Without memory for all rows, the containers are collapsed; without memory even for those, there are none.
 bool TreeEditor::rebuildRows() {
     const JSONTree& tree = *this->tree();
     try {
@@ -189,6 +200,7 @@ void TreeEditor::changeRows(const std::function<void(const JSONTree&)>& change) 
 // Copying.
 
 void TreeEditor::copyPath() {
+    handInField();
     const JSONTree* tree = this->tree();
     if (!tree)
         return;
@@ -197,6 +209,7 @@ void TreeEditor::copyPath() {
 }
 
 bool TreeEditor::copyJSON(const JSONStyle& style) {
+    handInField();
     const std::optional<NodeID> selection = linkedSelection();
     if (!selection)
         return false;

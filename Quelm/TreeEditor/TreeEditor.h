@@ -68,7 +68,7 @@ public:
 
     /// The revision of the document whose rows the outline has; absent while it has not those of the tree as it is.
     std::optional<std::int64_t> outlineRevision() const { return outlineRevision_; }
-    /// Whether the outline has the rows of the tree as it is now. Not so before the first `reload`, and for whoever
+    /// Whether the outline has rows, those of the tree as it is now. Not so before the first `reload`, and for whoever
     /// hears of a change of the content before the editor has followed it.
     bool hasCurrentRows() const;
 
@@ -167,7 +167,9 @@ private:
     bool attempt(const std::function<void()>& work);
     /// After a failure that came when the tree or the rows had begun to change.
     void recover();
+    bool makeRowsAnew(std::optional<Editing> editing);
     bool rebuildRows();
+    void noteRowsAreCurrent();
     void report(const QString& message) const;
 
     const std::shared_ptr<JSONDocument> document_;

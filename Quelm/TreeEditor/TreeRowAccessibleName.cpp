@@ -33,7 +33,7 @@ QString label(NodeID id, NodeID parent, const JSONTree& tree) {
 QString value(NodeID id, NodeKind kind, const JSONTree& tree) {
     if (isContainer(kind))
         return childCountText(kind, tree.children(id).size());
-    const QString text = visibleText(TreeRow::displayText(tree.scalar(id)), mostCharacters + 1).text;
+    const QString text = visibleText(TreeRow::previewText(tree.scalar(id)), mostCharacters + 1).text;
     return kind == NodeKind::string ? u'"' + text + u'"' : text;
 }
 

@@ -14,6 +14,25 @@ namespace {
 /// a key's preview, so that a key that comes cut is cut again here, which tells.
 constexpr std::int64_t mostCharacters = 500;
 
+/// The time that it takes to place the marks on one letter grows with the square of their number.
+constexpr qsizetype mostMarksInARow = 128;
+
+bool isMark(QChar character) {
+    return character.isMark() || character.category() == QChar::Other_Format;
+}
+
+/// The beginning of a text that is fit to be measured and painted, cut within a letter that bears absurdly many marks.
+VisibleText paintableText(std::string_view utf8) {
+    VisibleText visible = visibleText(utf8, mostCharacters);
+    qsizetype marks = 0;
+    for (qsizetype at = 0; at < visible.text.size(); ++at) {
+        marks = isMark(visible.text[at]) ? marks + 1 : 0;
+        if (marks > mostMarksInARow)
+            return {visible.text.left(at) + u'…', true};
+    }
+    return visible;
+}
+
 struct TreeRowText {
     Q_DECLARE_TR_FUNCTIONS(quelm::TreeRowView)
 };
@@ -24,7 +43,7 @@ TreeRowContents::TreeRowContents(const TreeRow& row, const TreeRowStyle& style)
     : id(row.id), depth(row.depth), kind(row.kind), isExpanded(row.isExpanded), isDuplicateKey(row.isDuplicateKey) {
     if (const std::string* key = row.label.asKey()) {
         labelKind = key->empty() ? LabelKind::emptyKey : LabelKind::key;
-        const VisibleText text = visibleText(*key, mostCharacters);
+        const VisibleText text = paintableText(*key);
         label = key->empty() ? TreeRowText::tr("clave vacía") : text.text;
         isLabelCut = text.isCut;
     } else if (const std::int64_t* index = row.label.asIndex()) {
@@ -41,7 +60,7 @@ TreeRowContents::TreeRowContents(const TreeRow& row, const TreeRowStyle& style)
         valueWidth = style.count.metrics.horizontalAdvance(value);
         return;
     }
-    const VisibleText text = visibleText(row.value, mostCharacters);
+    const VisibleText text = paintableText(row.value);
     value = text.text;
     isValueCut = text.isCut || row.isValueShortened();
     valueWidth = style.value.metrics.horizontalAdvance(kind == NodeKind::string ? u'"' + value + u'"' : value);
@@ -50,7 +69,7 @@ TreeRowContents::TreeRowContents(const TreeRow& row, const TreeRowStyle& style)
 const TreeRowStyle::Face& TreeRowContents::labelFace(const TreeRowStyle& style) const {
     if (labelKind == LabelKind::key)
         return style.key;
-    return labelKind == LabelKind::index ? style.index : style.placeholder;
+    return labelKind == LabelKind::index ? style.index : style.emptyKey;
 }
 
 QString childCountText(NodeKind container, std::int64_t count) {

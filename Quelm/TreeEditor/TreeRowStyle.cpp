@@ -20,7 +20,7 @@ QFont italic(QFont font) {
 
 TreeRowStyle::TreeRowStyle(const QPalette& palette)
     : key(systemFont(TextStyle::body, QFont::Medium)), index(monospacedDigitFont(TextStyle::body)),
-      placeholder(italic(systemFont(TextStyle::body))), count(systemFont(TextStyle::body)),
+      emptyKey(italic(systemFont(TextStyle::body))), count(systemFont(TextStyle::body)),
       value(monospacedFont(TextStyle::body)), badge(monospacedFont(TextStyle::smallCaption, QFont::Bold)),
       text(palette.color(QPalette::Text)), indentation(scaledPixels(16)), backgroundInset(scaledPixels(6)),
       backgroundRadius(scaledPixels(5)), contentInset(scaledPixels(14)), chevronWidth(scaledPixels(12)),

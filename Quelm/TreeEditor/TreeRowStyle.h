@@ -28,7 +28,7 @@ struct TreeRowStyle {
     Face key;
     Face index;
     /// What stands for a name: of the top-level value, of a member whose key is empty.
-    Face placeholder;
+    Face emptyKey;
     Face count;
     Face value;
     Face badge;

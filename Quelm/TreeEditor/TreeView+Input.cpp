@@ -49,47 +49,46 @@ bool TreeView::typeAhead(const QKeyEvent& event) {
 
 bool TreeView::handleKey(const QKeyEvent& event) {
     const Qt::KeyboardModifiers modifiers = meaningfulModifiers(event);
-    if (modifiers == Qt::NoModifier)
-        return handlePlainKey(event);
-    // One row is selected at a time: keys that extend a selection elsewhere, or go to an end, move it.
-    const bool isEnd = event.key() == Qt::Key_Home || event.key() == Qt::Key_End;
-    if (modifiers == Qt::ShiftModifier || (modifiers == Qt::ControlModifier && isEnd)) {
-        if (moveSelection(event.key()))
-            return true;
-    }
-    if (modifiers == Qt::ShiftModifier && event.key() == Qt::Key_F10) {
-        showSelectionMenu();
-        return true;
-    }
-    if (modifiers != Qt::AltModifier)
-        return false;
-    if (event.key() == Qt::Key_Right)
-        return expandOrScrollRight(true);
-    return event.key() == Qt::Key_Left && collapseOrScrollLeft();
-}
-
-bool TreeView::handlePlainKey(const QKeyEvent& event) {
     switch (event.key()) {
     case Qt::Key_Right:
-        return expandOrScrollRight(false);
+        return expandOrScrollRight(modifiers & Qt::AltModifier);
     case Qt::Key_Left:
         return collapseOrScrollLeft();
     case Qt::Key_Return:
     case Qt::Key_Enter:
+        return activate();
+    case Qt::Key_F10:
+        return modifiers == Qt::ShiftModifier && showSelectionMenu();
+    default:
+        break;
+    }
+    // One row is selected at a time: keys that extend a selection elsewhere, or go to an end, move it.
+    const bool isEnd = event.key() == Qt::Key_Home || event.key() == Qt::Key_End;
+    if (modifiers == Qt::NoModifier)
+        return handlePlainKey(event);
+    return (modifiers == Qt::ShiftModifier || (modifiers == Qt::ControlModifier && isEnd)) &&
+           moveSelection(event.key());
+}
+
+bool TreeView::handlePlainKey(const QKeyEvent& event) {
+    switch (event.key()) {
     case Qt::Key_F2:
-        if (editor_.editing())
-            return false;
-        editor_.activate();
-        return true;
+        return activate();
     case Qt::Key_Delete:
         editor_.remove();
         return true;
     case Qt::Key_Menu:
-        showSelectionMenu();
-        return true;
+        return showSelectionMenu();
     default:
         return moveSelection(event.key());
     }
+}
+
+bool TreeView::activate() {
+    if (editor_.editing())
+        return false;
+    editor_.activate();
+    return true;
 }
 
 bool TreeView::moveSelection(int key) {
@@ -134,7 +133,7 @@ bool TreeView::moveSelection(int key) {
 std::optional<std::int64_t> TreeView::rowNearSelection() const {
     const JSONTree* tree = editor_.tree();
     auto node = editor_.selection();
-    while (tree && node && node->raw < tree->storedNodeCount()) {
+    while (tree && node && node->raw >= 0 && node->raw < tree->storedNodeCount()) {
         if (const auto row = rowOf(node))
             return row;
         node = tree->parent(*node);
@@ -150,8 +149,10 @@ void TreeView::selectRow(std::int64_t row) {
 
 bool TreeView::expandOrScrollRight(bool recursive) {
     const std::optional<NodeID> selection = editor_.selection();
+    const bool wasExpanded = selection && editor_.outline().expanded().contains(*selection);
     if (editor_.expandSelection(recursive)) {
-        startTurn(*selection);
+        if (!wasExpanded)
+            startTurn(*selection);
         return true;
     }
     const std::int64_t before = horizontal_.position();

@@ -4,6 +4,7 @@
 #include "Quelm/TreeEditor/TreeView.h"
 
 #include <QContextMenuEvent>
+#include <QCursor>
 #include <QMenu>
 
 namespace quelm {
@@ -20,15 +21,16 @@ void TreeView::contextMenuEvent(QContextMenuEvent* event) {
     event->accept();
 }
 
-void TreeView::showSelectionMenu() {
+bool TreeView::showSelectionMenu() {
     const auto row = selectedRow();
     // The key may be reported in two ways, one after the other.
     if (!row || menu_)
-        return;
+        return true;
     finishEditing();
     revealSelection();
     const int left = partArea(*row, TreeRowPart::badge).toRect().left();
     showNodeMenu(*row, QPoint(left, rowArea(*row)->bottom() + 1));
+    return true;
 }
 
 void TreeView::showNodeMenu(std::int64_t row, const QPoint& place) {
@@ -56,6 +58,9 @@ void TreeView::popUp(QMenu* menu, NodeID id, const QPoint& place) {
             return;
         menu_ = nullptr;
         menuNode_ = std::nullopt;
+        // What the pointer did over the menu, nobody has told the view.
+        const QPoint pointer = viewport()->mapFromGlobal(QCursor::pos());
+        setPointer(viewport()->rect().contains(pointer) ? std::optional(pointer) : std::nullopt);
         viewport()->update();
     });
     viewport()->update();

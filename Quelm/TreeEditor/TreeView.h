@@ -59,8 +59,8 @@ public:
     /// The menu that is open for a row; null when none is.
     QMenu* openMenu() const { return menu_; }
 
-    /// Opens the menu of the selected row, below it, as keys do. Nothing without one.
-    void showSelectionMenu();
+    /// Opens the menu of the selected row, below it, as keys do, which it uses up also without one.
+    bool showSelectionMenu();
 
     /// Scrolls, as little as possible, until the whole row can be seen.
     void scrollToRow(std::int64_t row);
@@ -124,6 +124,7 @@ private:
     // Keys.
     bool handleKey(const QKeyEvent& event);
     bool handlePlainKey(const QKeyEvent& event);
+    bool activate();
     bool typeAhead(const QKeyEvent& event);
     bool moveSelection(int key);
     bool expandOrScrollRight(bool recursive);

@@ -233,6 +233,17 @@ TEST(CanonicalText, MarksOfOneClassKeepTheirOrderAndOthersDoNot) {
     EXPECT_FALSE(canonical::equal("\u0301", ""));
 }
 
+TEST(CanonicalText, TextsInDifferentFormsThroughoutAreEqualUnlessTheyEndDifferently) {
+    for (const std::size_t size : {255, 256, 257, 5'000}) {
+        const std::string composed = repeated("\u00E9z", size);
+        const std::string decomposed = repeated("e\u0301z", size);
+        expectOrderOfICU(composed, decomposed);
+        expectOrderOfICU(composed + "\u0301", decomposed);
+        expectOrderOfICU(composed + "\u0301\u0323x", decomposed + "\u0323\u0301x");
+        expectOrderOfICU(composed + "\u0301\u0323x", decomposed + "\u0323\u0301y");
+    }
+}
+
 TEST(CanonicalText, OneTextIsEqualToItselfAndToItsCopy) {
     const std::string text = repeated("ma\u00F1ana ", 2'000);
     const std::string copy = text;

@@ -1,5 +1,5 @@
 #include "Quelm/TreeEditor/TreeEditor.h"
-#include "Tests/Quelm/Support/TestDocuments.h"
+#include "Tests/Quelm/Support/EditedTreeTest.h"
 
 #include <QSignalSpy>
 
@@ -8,33 +8,13 @@
 namespace quelm {
 namespace {
 
-class TreeEditorTests : public testing::Test {
+class TreeEditorTests : public EditedTreeTest {
 protected:
-    /// An editor whose tree view has appeared.
-    void open(std::string_view text) {
-        document = documentWithText(text);
-        editor = std::make_unique<TreeEditor>(document);
-        editor->reload();
-    }
     void replace(std::string_view text) { document->apply(JSONContent::fromText(TextRope(SharedText(text)))); }
 
-    const JSONTree& tree() const { return *document->content().tree; }
     NodeID root() const { return tree().root(); }
     NodeID child(NodeID parent, std::int64_t index) const { return tree().children(parent)[index]; }
     bool isExpanded(NodeID id) const { return editor->outline().expanded().contains(id); }
-
-    /// The rows as one line: each node's depth, with "+" where it is expanded.
-    std::string rows() const {
-        std::string rows;
-        for (std::int64_t row = 0; row < editor->outline().rowCount(); ++row) {
-            rows += std::to_string(editor->outline().rowDepth(row));
-            rows += editor->outline().row(row, tree()).isExpanded ? "+ " : " ";
-        }
-        return rows;
-    }
-
-    std::shared_ptr<JSONDocument> document;
-    std::unique_ptr<TreeEditor> editor;
 };
 
 TEST_F(TreeEditorTests, ItStartsWithNeitherRowsNorSelection) {

@@ -105,5 +105,20 @@ TEST_F(TreeRowContentsTests, TextsThatComeCutToAPreviewSaySo) {
     }
 }
 
+TEST_F(TreeRowContentsTests, ALetterWithAbsurdlyManyMarksIsCutAmongThem) {
+    const auto marked = [](qsizetype marks) { return u'a' + QString(marks, QChar(0x0301)) + u'b'; };
+    const auto valueOf = [&](const QString& text) {
+        return contents(scalarRow(TreeRow::Label::root(), NodeKind::string, text.toStdString()));
+    };
+    EXPECT_EQ(valueOf(marked(90)).value, marked(90));
+    EXPECT_FALSE(valueOf(marked(90)).isValueCut);
+    EXPECT_EQ(valueOf(marked(1'000)).value, marked(128).chopped(1) + u'…');
+    EXPECT_TRUE(valueOf(marked(1'000)).isValueCut);
+    const TreeRowContents key =
+        contents(scalarRow(TreeRow::Label::key(marked(1'000).toStdString()), NodeKind::null, "null"));
+    EXPECT_EQ(key.label, marked(128).chopped(1) + u'…');
+    EXPECT_TRUE(key.isLabelCut);
+}
+
 } // namespace
 } // namespace quelm
