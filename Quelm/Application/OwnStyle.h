@@ -4,7 +4,8 @@
 
 namespace quelm {
 
-/// Fusion with quieter buttons, and menus whose edges can be seen in the dark too, for platforms without a theme of their own.
+/// Fusion with quieter buttons, and menus whose edges can be seen in the dark too, for platforms without a theme of
+/// their own.
 class OwnStyle : public QProxyStyle {
     Q_OBJECT
 

@@ -96,9 +96,9 @@ public:
     void replaceContent(JSONContent newContent, UndoManager* undoManager);
 
     /// Applies edits to the content's tree and returns the list that undoes them. The tree, which must be there, is the
-    /// truth from then on: the text goes. The revision stays, since whoever edits knows what; the state token moves, and
-    /// the step is to be registered right after. Throws what `JSONTree::apply` throws, without any effect. What it costs
-    /// follows the edits, also while snapshots share the tree.
+    /// truth from then on: the text goes. The revision stays, since whoever edits knows what; the state token moves,
+    /// and the step is to be registered right after. Throws what `JSONTree::apply` throws, without any effect. What it
+    /// costs follows the edits, also while snapshots share the tree.
     std::vector<TreeEdit> applyTreeEdits(std::span<const TreeEdit> edits);
 
     struct AppliedTreeChange {

@@ -77,9 +77,9 @@ public:
 
     // Scrolling.
 
-    /// As little as possible so that the rows and, of the last one, the stretch of x can be seen with a small margin, or
-    /// amid their surroundings if they were not near.
-    /// Rows that do not fit: the last. A stretch that does not fit: its end.
+    /// As little as possible so that the rows and, of the last one, the stretch of x can be seen with a small margin,
+    /// or amid their surroundings if they were not near. Rows that do not fit: the last. A stretch that does not fit:
+    /// its end.
     void reveal(qint64 firstRow, qint64 lastRow, double start, double end);
     void scrollRows(qint64 rows);
 

@@ -1,5 +1,4 @@
 #include "Quelm/Application/FindItems.h"
-
 #include "Quelm/EditorWindow/EditorView.h"
 #include "Quelm/TextEditor/FindBar.h"
 #include "Quelm/TextEditor/JSONTextView.h"

@@ -1,5 +1,4 @@
 #include "Quelm/Application/TreeItems.h"
-
 #include "Quelm/EditorWindow/EditorView.h"
 #include "Tests/Quelm/Support/Printing.h"
 #include "Tests/Quelm/Support/TestDocuments.h"

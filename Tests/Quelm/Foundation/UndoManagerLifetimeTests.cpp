@@ -1,8 +1,8 @@
 #include "Quelm/Foundation/UndoManager.h"
 #include "Tests/Quelm/Foundation/UndoableNumber.h"
 
-#include <QPointer>
 #include <QCoreApplication>
+#include <QPointer>
 #include <QSignalSpy>
 
 #include <gtest/gtest.h>

@@ -1,8 +1,7 @@
-#include "Quelm/TextEditor/JSONTextView.h"
-
 #include "Quelm/Documents/JSONDocument.h"
 #include "Quelm/Foundation/UndoManager.h"
 #include "Quelm/TextEditor/FindBar.h"
+#include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEditor/LineNumberGutter.h"
 #include "Quelm/TextEngine/TextView.h"
 #include "Tests/Quelm/Support/Printing.h"

@@ -72,8 +72,8 @@ void InlineFieldWindow::compose(const QString& preedit) {
 
 void InlineFieldWindow::turnWheel(int steps, Qt::KeyboardModifiers modifiers) {
     const QPointF place(10, 10);
-    QWheelEvent event(place, view().viewport()->mapToGlobal(place), {}, {0, -120 * steps}, {}, modifiers, Qt::NoScrollPhase,
-                      false);
+    QWheelEvent event(place, view().viewport()->mapToGlobal(place), {}, {0, -120 * steps}, {}, modifiers,
+                      Qt::NoScrollPhase, false);
     QApplication::sendEvent(view().viewport(), &event);
 }
 

@@ -24,8 +24,8 @@
 #include <string>
 #include <vector>
 
-// A document window in tree mode under random actions of a user: keys, the mouse, menus, fields, the clipboard, undo and
-// redo. What each operation must do is worked out apart from it, and every step must lead back and forth exactly.
+// A document window in tree mode under random actions of a user: keys, the mouse, menus, fields, the clipboard, undo
+// and redo. What each operation must do is worked out apart from it, and every step must lead back and forth exactly.
 
 namespace quelm {
 namespace {

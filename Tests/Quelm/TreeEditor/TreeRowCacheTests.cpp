@@ -1,6 +1,5 @@
-#include "Quelm/TreeEditor/TreeRowCache.h"
-
 #include "Quelm/Foundation/Appearance.h"
+#include "Quelm/TreeEditor/TreeRowCache.h"
 #include "Tests/Quelm/Support/EditedTreeTest.h"
 
 namespace quelm {
