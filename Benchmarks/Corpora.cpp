@@ -77,8 +77,7 @@ Corpus::Corpus(const fs::path& file) : file_(file) {
 }
 
 Corpus::Corpus(DocumentKind kind, std::uint32_t megabytes, Layout layout, const fs::path& folder)
-    : name_(bench::name(kind)),
-      request_(DocumentRequest{kind, megabytes * std::uint64_t{1'000'000}, layout}) {
+    : name_(bench::name(kind)), request_(DocumentRequest{kind, megabytes * std::uint64_t{1'000'000}, layout}) {
     if (layout == Layout::indented)
         name_ += "-indented";
     name_ += "-" + std::to_string(megabytes) + "MB";

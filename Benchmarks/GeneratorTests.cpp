@@ -56,8 +56,7 @@ TEST_P(EveryKind, ReachesTheSizeWithinThreePercent) {
 }
 
 TEST_P(EveryKind, ChangesWithTheSeed) {
-    EXPECT_NE(generated({GetParam(), 10'000, Layout::compact, 1}),
-              generated({GetParam(), 10'000, Layout::compact, 2}));
+    EXPECT_NE(generated({GetParam(), 10'000, Layout::compact, 1}), generated({GetParam(), 10'000, Layout::compact, 2}));
 }
 
 TEST_P(EveryKind, HasOneLineWhenCompactAndManyWhenIndented) {
@@ -73,8 +72,7 @@ TEST_P(EveryKind, IsFoundByItsName) {
 
 TEST(Generator, GivesTheSameBytesOnEveryMachine) {
     EXPECT_EQ(fingerprint(generated({DocumentKind::records, 200'000})), 7610061712678892311u);
-    EXPECT_EQ(fingerprint(generated({DocumentKind::mixed, 500'000, Layout::indented, 7})),
-              16166722837614057893u);
+    EXPECT_EQ(fingerprint(generated({DocumentKind::mixed, 500'000, Layout::indented, 7})), 16166722837614057893u);
     EXPECT_EQ(fingerprint(generated({DocumentKind::deep, 200'000})), 3180267146462524131u);
 }
 

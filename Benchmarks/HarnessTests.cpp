@@ -37,8 +37,7 @@ TEST(Contest, LetsContestantsTakeTurnsAndReversesTheOrderEachRound) {
                               return std::optional(1.0);
                           }};
     };
-    hold({contestant('a'), contestant('b'), contestant('c')},
-         {.fewestRounds = 3, .mostRounds = 3, .seconds = 0});
+    hold({contestant('a'), contestant('b'), contestant('c')}, {.fewestRounds = 3, .mostRounds = 3, .seconds = 0});
     EXPECT_EQ(order, "abccbaabc");
 }
 
@@ -58,8 +57,7 @@ TEST(Contest, LeavesTheSlowOnesOutOfLaterRounds) {
 }
 
 TEST(Options, TakeGroupsAndFilesInAnyOrder) {
-    const auto options =
-        parsed({"--corpus", "a.json", "b.json", "outline", "--all-peers", "json", "--size", "1000"});
+    const auto options = parsed({"--corpus", "a.json", "b.json", "outline", "--all-peers", "json", "--size", "1000"});
     ASSERT_TRUE(options);
     EXPECT_THAT(options->groups, ElementsAre("outline", "json"));
     EXPECT_THAT(options->corpora, ElementsAre("a.json", "b.json"));
@@ -96,8 +94,7 @@ TEST(Peers, ThatKeepNumbersWriteThemAsTheyStandInTheText) {
     for (const auto& peer : peers::all()) {
         if (!peer->writesNumbersAsGiven())
             continue;
-        ASSERT_TRUE(
-            peer->parseForWriting(std::string_view(text).substr(0, text.size() - JSONLibrary::padding)));
+        ASSERT_TRUE(peer->parseForWriting(std::string_view(text).substr(0, text.size() - JSONLibrary::padding)));
         ASSERT_TRUE(peer->write(WriteLayout::sorted));
         EXPECT_EQ(peer->output(), "{\n  \"a\": \"1.50\",\n  \"b\": [\n    1.50,\n    -0,\n    1e3\n  ]\n}");
         peer->discardOutput();

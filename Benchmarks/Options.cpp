@@ -71,8 +71,7 @@ private:
     /// All arguments up to the next option or group.
     void takeCorpora() {
         const std::size_t before = options_.corpora.size();
-        while (next_ < arguments_.size() && !arguments_[next_].starts_with("-") &&
-               !isGroup(arguments_[next_]))
+        while (next_ < arguments_.size() && !arguments_[next_].starts_with("-") && !isGroup(arguments_[next_]))
             options_.corpora.emplace_back(arguments_[next_++]);
         if (options_.corpora.size() == before)
             error_ = "--corpus needs the name of a file";

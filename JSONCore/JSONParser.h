@@ -15,8 +15,8 @@ namespace quelm::JSONParser {
 /// Bytes between two looks at the stop token. A shorter text is parsed without looking.
 inline constexpr std::int64_t cancellationInterval = 1'048'576;
 
-/// Longest text that a tree can address, in bytes. Longer ones fail with `JSONParseError::tooLarge()`, and so do those with
-/// 2^31 values or more, or with strings that take more than 2 GiB once their escapes are decoded.
+/// Longest text that a tree can address, in bytes. Longer ones fail with `JSONParseError::tooLarge()`, and so do those
+/// with 2^31 values or more, or with strings that take more than 2 GiB once their escapes are decoded.
 inline constexpr std::int64_t maximumTextSize = 0xFFFF'FFFF - 64;
 
 /// The tree of a well-formed UTF-8 text, or its first error. The tree shares the memory of the text. Fails with

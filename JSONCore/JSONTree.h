@@ -29,8 +29,8 @@ struct TreeStorage;
 /// and that another tree still shares, nothing else. One tree may be read by several threads at once; a change needs it
 /// for itself. Views (`std::string_view`, `ChildList`) are valid as stated with each operation.
 ///
-/// An id outside the store is a programming error in every operation, and so is any use of a tree that was moved from, other
-/// than to assign to it or to destroy it.
+/// An id outside the store is a programming error in every operation, and so is any use of a tree that was moved from,
+/// other than to assign to it or to destroy it.
 class JSONTree {
 public:
     /// The holder of the top-level value.
@@ -111,8 +111,9 @@ public:
     /// of children. Ids, detached nodes and the keys of array elements take no part. O(nodes), no recursion.
     friend bool operator==(const JSONTree& left, const JSONTree& right);
 
-    // The primitive changes. They throw without any effect: std::bad_alloc, and std::length_error when the store is full (2^31
-    // nodes, or no room left for a text: see `TextArena`). The holder itself is never changed, other than to take its one child.
+    // The primitive changes. They throw without any effect: std::bad_alloc, and std::length_error when the store is
+    // full (2^31 nodes, or no room left for a text: see `TextArena`). The holder itself is never changed, other than to
+    // take its one child.
 
     /// Stores a new detached node. The scalar of a container is ignored.
     NodeID addNode(NodeKind kind, std::string_view key, std::string_view scalar);
@@ -127,7 +128,8 @@ public:
     /// Applies one edit and returns the edit that undoes it. A malformed edit is a programming error.
     TreeEdit apply(const TreeEdit& edit);
 
-    /// Applies a list in order and returns the list that undoes it whole. When one edit throws, those before it are undone.
+    /// Applies a list in order and returns the list that undoes it whole. When one edit throws, those before it are
+    /// undone.
     std::vector<TreeEdit> apply(std::span<const TreeEdit> edits);
 
     // Intentions. Each prepares a change of this very tree, or tells that there is nothing to do. Those that need new

@@ -14,8 +14,8 @@ namespace quelm {
 
 namespace {
 
-/// The nodes that the edits link somewhere; with the inverse edits among them, also those that they unlink. A detached node
-/// that was renamed is one that was unlinked.
+/// The nodes that the edits link somewhere; with the inverse edits among them, also those that they unlink. A detached
+/// node that was renamed is one that was unlinked.
 std::vector<NodeID> linkedNodes(std::span<const TreeEdit> edits, const JSONTree& tree) {
     std::vector<NodeID> nodes;
     std::unordered_set<NodeID> seen;

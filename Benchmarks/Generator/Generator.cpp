@@ -9,8 +9,8 @@ namespace quelm::bench {
 
 namespace {
 
-constexpr std::array<std::string_view, allDocumentKinds.size()> names{
-    "records", "strings", "escapes", "nonlatin", "deep", "numbers", "mixed"};
+constexpr std::array<std::string_view, allDocumentKinds.size()> names{"records", "strings", "escapes", "nonlatin",
+                                                                      "deep",    "numbers", "mixed"};
 
 using Item = void (*)(JSONEmitter&, std::uint64_t number, Random&);
 

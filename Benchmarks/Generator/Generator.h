@@ -12,9 +12,9 @@ namespace quelm::bench {
 /// What a generated document holds.
 enum class DocumentKind : std::uint8_t { records, strings, escapes, nonlatin, deep, numbers, mixed };
 
-inline constexpr std::array allDocumentKinds{
-    DocumentKind::records, DocumentKind::strings, DocumentKind::escapes, DocumentKind::nonlatin,
-    DocumentKind::deep,    DocumentKind::numbers, DocumentKind::mixed};
+inline constexpr std::array allDocumentKinds{DocumentKind::records,  DocumentKind::strings, DocumentKind::escapes,
+                                             DocumentKind::nonlatin, DocumentKind::deep,    DocumentKind::numbers,
+                                             DocumentKind::mixed};
 
 /// The name of a kind on the command line and in results.
 std::string_view name(DocumentKind kind);

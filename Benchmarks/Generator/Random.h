@@ -17,9 +17,7 @@ public:
     std::uint64_t next();
 
     /// From 0 to below `bound`, which must not be 0.
-    std::uint32_t below(std::uint32_t bound) {
-        return static_cast<std::uint32_t>(((next() >> 32) * bound) >> 32);
-    }
+    std::uint32_t below(std::uint32_t bound) { return static_cast<std::uint32_t>(((next() >> 32) * bound) >> 32); }
 
     /// From `low` to `high`, both included; `low` must not be above `high`.
     std::uint32_t between(std::uint32_t low, std::uint32_t high) { return low + below(high - low + 1); }

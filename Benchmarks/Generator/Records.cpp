@@ -9,8 +9,7 @@ namespace quelm::bench::items {
 
 namespace {
 
-constexpr std::array statuses =
-    std::to_array<std::string_view>({"open", "paid", "shipped", "cancelled", "on hold"});
+constexpr std::array statuses = std::to_array<std::string_view>({"open", "paid", "shipped", "cancelled", "on hold"});
 
 void appendHexadecimal(std::string& text, int count, Random& random) {
     constexpr std::string_view digits = "0123456789abcdef";

@@ -28,9 +28,8 @@ void print(std::string_view kind, std::string_view what, const std::string& resu
 
 void ratio(std::string_view what, std::string_view peer, Speed ours, Speed theirs) {
     char text[160];
-    std::snprintf(text, sizeof text, "%.*s %.2f (ours %.0f MB/s, peer %.0f MB/s)",
-                  static_cast<int>(peer.size()), peer.data(),
-                  ours.megabytesPerSecond() / theirs.megabytesPerSecond(), ours.megabytesPerSecond(),
+    std::snprintf(text, sizeof text, "%.*s %.2f (ours %.0f MB/s, peer %.0f MB/s)", static_cast<int>(peer.size()),
+                  peer.data(), ours.megabytesPerSecond() / theirs.megabytesPerSecond(), ours.megabytesPerSecond(),
                   theirs.megabytesPerSecond());
     print("RATIO", what, text);
 }

@@ -24,8 +24,7 @@ QuelmLibrary::QuelmLibrary(SharedText text) : text_(std::move(text)) {
 }
 
 bool QuelmLibrary::parse(std::string_view paddedText) {
-    require(paddedText.data() == text_.data() && paddedText.size() == text_.size(),
-            "the text is the library's own");
+    require(paddedText.data() == text_.data() && paddedText.size() == text_.size(), "the text is the library's own");
     auto parsed = JSONParser::parse(TextRope(text_));
     if (!parsed)
         return false;

@@ -36,8 +36,8 @@ void compare(Subject& subject, std::string_view measurement, const std::vector<C
 void measureValidation(Subject& subject) {
     const std::string_view text = subject.text.view();
     const Contestant ours{"quelm", [=] { return secondsIfPassed([=] { return utf8::isValid(text); }); }};
-    const Contestant peer{
-        "simdjson", [=] { return secondsIfPassed([=] { return peers::simdjsonValidatesUTF8(text); }); }};
+    const Contestant peer{"simdjson",
+                          [=] { return secondsIfPassed([=] { return peers::simdjsonValidatesUTF8(text); }); }};
     compare(subject, "validate-utf8", {ours, peer}, 0.5);
 }
 

@@ -27,8 +27,7 @@ void measureStore(Subject& subject) {
         const std::int64_t nodes = subject.ours.tree().nodeCount();
         subject.ours.discardDocument();
         if (!before || !after)
-            return report::skipped(subject.label("store"), "quelm",
-                                   "the system does not tell resident memory");
+            return report::skipped(subject.label("store"), "quelm", "the system does not tell resident memory");
         if (nodes < fewestNodes)
             return;
         bytesPerNode.push_back(static_cast<double>(*after - *before) / static_cast<double>(nodes));

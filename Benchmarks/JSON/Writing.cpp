@@ -70,8 +70,7 @@ private:
         const WrittenOnce theirs(peer, subject_.text.view(), layout_);
         const std::optional<std::size_t> difference = firstDifference(ours.output(), theirs.output());
         if (difference)
-            report::skipped(label_, peer.name(),
-                            "its output differs from ours at byte " + std::to_string(*difference));
+            report::skipped(label_, peer.name(), "its output differs from ours at byte " + std::to_string(*difference));
         return !difference;
     }
 

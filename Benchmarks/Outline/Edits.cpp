@@ -53,9 +53,7 @@ public:
 
     std::optional<TreeChange> insert(JSONTree& tree) { return tree.insertChange(child_, false); }
     std::optional<TreeChange> duplicate(JSONTree& tree) { return tree.duplicateChange(child_); }
-    std::optional<TreeChange> move(JSONTree& tree) {
-        return tree.moveChange(child_, place_.position == 0 ? 1 : -1);
-    }
+    std::optional<TreeChange> move(JSONTree& tree) { return tree.moveChange(child_, place_.position == 0 ? 1 : -1); }
     std::optional<TreeChange> remove(JSONTree& tree) { return tree.removeChange(child_); }
 
     bool isMember(const JSONTree& tree) const { return tree.isObjectMember(child_); }
@@ -100,8 +98,8 @@ private:
         double spent = 0;
         for (int round = 0; round < rounds && spent < mostSeconds; ++round)
             spent += secondsOf([&] {
-                session_.measure([&](JSONTree& tree) { return (operations_.*operation.prepare)(tree); },
-                                 doing, undoing_);
+                session_.measure([&](JSONTree& tree) { return (operations_.*operation.prepare)(tree); }, doing,
+                                 undoing_);
             });
         report::latency(outlineLabel(operation.name, place_.name), doing);
     }

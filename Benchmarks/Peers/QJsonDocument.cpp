@@ -25,14 +25,11 @@ public:
     bool canWrite(WriteLayout layout) const override { return layout != WriteLayout::sorted; }
 
     bool write(WriteLayout layout) override {
-        output_ = document_.toJson(layout == WriteLayout::compact ? QJsonDocument::Compact
-                                                                  : QJsonDocument::Indented);
+        output_ = document_.toJson(layout == WriteLayout::compact ? QJsonDocument::Compact : QJsonDocument::Indented);
         return !output_.isEmpty();
     }
 
-    std::string_view output() const override {
-        return {output_.constData(), static_cast<std::size_t>(output_.size())};
-    }
+    std::string_view output() const override { return {output_.constData(), static_cast<std::size_t>(output_.size())}; }
     void discardOutput() override { output_ = QByteArray(); }
 
 private:

@@ -30,12 +30,8 @@ public:
         constexpr bool copy = true;
         return document_.String(marked_.data(), length + 1, copy);
     }
-    bool String(const char* text, library::SizeType length, bool copy) {
-        return document_.String(text, length, copy);
-    }
-    bool Key(const char* text, library::SizeType length, bool copy) {
-        return document_.Key(text, length, copy);
-    }
+    bool String(const char* text, library::SizeType length, bool copy) { return document_.String(text, length, copy); }
+    bool Key(const char* text, library::SizeType length, bool copy) { return document_.Key(text, length, copy); }
     bool Null() { return document_.Null(); }
     bool Bool(bool value) { return document_.Bool(value); }
     bool StartObject() { return document_.StartObject(); }
@@ -78,9 +74,7 @@ public:
             return writer_.RawValue(text + 1, length - 1, library::kNumberType);
         return writer_.String(text, length, copy);
     }
-    bool Key(const char* text, library::SizeType length, bool copy) {
-        return writer_.Key(text, length, copy);
-    }
+    bool Key(const char* text, library::SizeType length, bool copy) { return writer_.Key(text, length, copy); }
     bool Null() { return writer_.Null(); }
     bool Bool(bool value) { return writer_.Bool(value); }
     bool StartObject() { return writer_.StartObject(); }

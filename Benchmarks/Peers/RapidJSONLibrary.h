@@ -50,8 +50,7 @@ public:
         library::PrettyWriter<library::StringBuffer> writer(*output_);
         writer.SetIndent(' ', 2);
         RawNumberHandler handler(writer);
-        return layout == WriteLayout::sorted ? SortedWriter(handler).write(*document_)
-                                             : document_->Accept(handler);
+        return layout == WriteLayout::sorted ? SortedWriter(handler).write(*document_) : document_->Accept(handler);
     }
 
     std::string_view output() const override { return {output_->GetString(), output_->GetSize()}; }

@@ -41,15 +41,13 @@ private:
         const std::size_t first = members_.size();
         for (const Member& member : object.GetObject())
             members_.push_back(&member);
-        std::sort(
-            members_.begin() + static_cast<std::ptrdiff_t>(first), members_.end(),
-            [](const Member* left, const Member* right) { return text(left->name) < text(right->name); });
+        std::sort(members_.begin() + static_cast<std::ptrdiff_t>(first), members_.end(),
+                  [](const Member* left, const Member* right) { return text(left->name) < text(right->name); });
         bool isWritten = handler_.StartObject();
         for (std::size_t index = first; index < first + object.MemberCount(); ++index) {
             const Member& member = *members_[index];
             const std::string_view name = text(member.name);
-            isWritten = isWritten &&
-                        handler_.Key(name.data(), static_cast<library::SizeType>(name.size()), false) &&
+            isWritten = isWritten && handler_.Key(name.data(), static_cast<library::SizeType>(name.size()), false) &&
                         write(member.value);
         }
         members_.resize(first);

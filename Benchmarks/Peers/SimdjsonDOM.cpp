@@ -16,8 +16,7 @@ public:
     bool parse(std::string_view paddedText) override {
         constexpr bool copyIfUnpadded = false;
         parser_.emplace();
-        return parser_->parse(paddedText.data(), paddedText.size(), copyIfUnpadded).error() ==
-               simdjson::SUCCESS;
+        return parser_->parse(paddedText.data(), paddedText.size(), copyIfUnpadded).error() == simdjson::SUCCESS;
     }
 
     void discardDocument() override { parser_.reset(); }

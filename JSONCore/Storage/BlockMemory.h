@@ -40,8 +40,8 @@ private:
     std::size_t used_ = 0;
 };
 
-/// Whether nobody else refers to what `shared` points to. What others wrote or read before they let go of it has happened
-/// by then: `use_count` alone would not say that.
+/// Whether nobody else refers to what `shared` points to. What others wrote or read before they let go of it has
+/// happened by then: `use_count` alone would not say that.
 template <class T>
 bool isSoleOwner(const std::shared_ptr<T>& shared) {
     if (shared.use_count() != 1)

@@ -31,8 +31,8 @@ public:
     /// Who keeps the text at an offset alive.
     std::shared_ptr<const void> ownerOf(std::uint32_t offset) const { return chunks_[placeOf(offset).chunk]; }
 
-    /// Stores a copy and returns its offset. Throws std::bad_alloc, and std::length_error when no chunk that is left can hold
-    /// it: there is one of 2 GiB, one of 1 GiB and so on.
+    /// Stores a copy and returns its offset. Throws std::bad_alloc, and std::length_error when no chunk that is left
+    /// can hold it: there is one of 2 GiB, one of 1 GiB and so on.
     std::uint32_t append(std::string_view text);
 
     /// The offset of a text that stands in this arena already.

@@ -21,9 +21,11 @@ class JSONTree;
 /// 1. Record 0 is the holder: an array without key or parent.
 /// 2. A record's texts lie within `source` or were appended to `arena`.
 /// 3. A text within `source` needs no escape when it is written as JSON: it stands there as it is meant.
-/// 4. A short list stands in `lists`, all in one block: one word, the number of children and 65536 times the number that
+/// 4. A short list stands in `lists`, all in one block: one word, the number of children and 65536 times the number
+/// that
 ///    there is room for, then their ids. Word 0 of `lists` is the empty list of containers that never had a child.
-/// 5. A list of more than `longestShortList` children is one of `largeLists`, and so is any that grew beyond what is worth
+/// 5. A list of more than `longestShortList` children is one of `largeLists`, and so is any that grew beyond what is
+/// worth
 ///    moving.
 /// 6. A record has a parent if and only if its id is in the parent's list, where it stands once.
 /// 7. The second word of a container's record is the number of nodes in its subtree.

@@ -40,8 +40,7 @@ TEST(Check, NamesTheStyle) {
 }
 
 TEST(Check, TellsWhereAFileIsWrong) {
-    EXPECT_EQ(checkText("{\n  \"a\": 1,\n  \"bbbbb\": 22 3\n}"),
-              invalid("Línea 3, columna 15: Se esperaba ',' o '}'"));
+    EXPECT_EQ(checkText("{\n  \"a\": 1,\n  \"bbbbb\": 22 3\n}"), invalid("Línea 3, columna 15: Se esperaba ',' o '}'"));
     EXPECT_EQ(checkText("[\"é\", x]"), invalid("Línea 1, columna 7: Valor inesperado"));
 }
 
@@ -57,8 +56,7 @@ TEST(Check, BytesThatAreNotUTF8AreAnError) {
 
 TEST(Check, AByteOrderMarkIsPartOfTheFile) {
     EXPECT_EQ(checkText("\xEF\xBB\xBF{}"), valid("1 nodo, compacto"));
-    EXPECT_EQ(checkText("\xEF\xBB\xBF{x}"),
-              invalid("Línea 1, columna 3: Se esperaba una clave entre comillas"));
+    EXPECT_EQ(checkText("\xEF\xBB\xBF{x}"), invalid("Línea 1, columna 3: Se esperaba una clave entre comillas"));
 }
 
 TEST(Check, DeepNestingIsNoError) {

@@ -135,8 +135,7 @@ CommandLineProcess::Result runCommandLine(std::vector<std::string> arguments) {
 }
 
 std::ostream& operator<<(std::ostream& out, const CommandLineProcess::Result& result) {
-    return out << "status " << result.status << "\noutput: " << result.output
-               << "\nerrors: " << result.errors;
+    return out << "status " << result.status << "\noutput: " << result.output << "\nerrors: " << result.errors;
 }
 
 } // namespace quelm

@@ -167,8 +167,7 @@ TEST(FileWriting, AFolderThatTheUserMayNotWriteGetsNoFile) {
     const std::string path = folder.write("a", "old");
     ASSERT_EQ(::chmod(folder.path().c_str(), 0500), 0);
     EXPECT_EXIT(tellReasonOfFailure(folder, path), testing::ExitedWithCode(0), "reason: permiso denegado");
-    EXPECT_EXIT(tellReasonOfFailure(folder, folder.path("b")), testing::ExitedWithCode(0),
-                "reason: permiso denegado");
+    EXPECT_EXIT(tellReasonOfFailure(folder, folder.path("b")), testing::ExitedWithCode(0), "reason: permiso denegado");
     ASSERT_EQ(::chmod(folder.path().c_str(), 0700), 0);
     EXPECT_EQ(folder.read("a"), "old");
     EXPECT_THAT(folder.names(), ElementsAre("a"));

@@ -97,12 +97,9 @@ TEST(Options, AnIndentIsNamedExactly) {
 
 TEST(Options, ACommandRefusesTheOptionsOfOthers) {
     EXPECT_EQ(usageMessage({"check", "-o", "b", "a"}), "La orden 'check' no tiene la opción '-o'");
-    EXPECT_EQ(usageMessage({"check", "--sort-keys", "a"}),
-              "La orden 'check' no tiene la opción '--sort-keys'");
-    EXPECT_EQ(usageMessage({"compact", "--indent", "tab", "a"}),
-              "La orden 'compact' no tiene la opción '--indent'");
-    EXPECT_EQ(usageMessage({"compact", "--indent=tab", "a"}),
-              "La orden 'compact' no tiene la opción '--indent=tab'");
+    EXPECT_EQ(usageMessage({"check", "--sort-keys", "a"}), "La orden 'check' no tiene la opción '--sort-keys'");
+    EXPECT_EQ(usageMessage({"compact", "--indent", "tab", "a"}), "La orden 'compact' no tiene la opción '--indent'");
+    EXPECT_EQ(usageMessage({"compact", "--indent=tab", "a"}), "La orden 'compact' no tiene la opción '--indent=tab'");
     EXPECT_EQ(usageMessage({"format", "--version", "a"}), "La orden 'format' no tiene la opción '--version'");
 }
 

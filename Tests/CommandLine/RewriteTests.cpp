@@ -35,8 +35,7 @@ TEST(Format, WritesOneMemberALine) {
 }
 
 TEST(Format, IndentsAsAsked) {
-    EXPECT_EQ(rewrite({"format", "--indent", "fourSpaces"}, "[[1]]"),
-              success("[\n    [\n        1\n    ]\n]\n"));
+    EXPECT_EQ(rewrite({"format", "--indent", "fourSpaces"}, "[[1]]"), success("[\n    [\n        1\n    ]\n]\n"));
     EXPECT_EQ(rewrite({"format", "--indent", "tab"}, "[[1]]"), success("[\n\t[\n\t\t1\n\t]\n]\n"));
 }
 
@@ -132,8 +131,7 @@ TEST(Rewriting, AnOutputThatDoesNotFitLeavesTheFileAsItWas) {
     const std::string text = "[" + std::string(5000, ' ') + "\"" + std::string(5000, 'x') + "\"]";
     const std::string path = folder.write("a.json", text);
     const CommandLineProcess process{.arguments = {"compact", "-o", path, path}, .largestFile = 2000};
-    EXPECT_EQ(process.run(),
-              (Result{2, "", path + ": No se puede escribir: el archivo sería demasiado grande\n"}));
+    EXPECT_EQ(process.run(), (Result{2, "", path + ": No se puede escribir: el archivo sería demasiado grande\n"}));
     EXPECT_EQ(folder.read("a.json"), text);
     EXPECT_THAT(folder.names(), ElementsAre("a.json"));
 }

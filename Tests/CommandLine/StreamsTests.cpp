@@ -33,8 +33,8 @@ TEST(Streams, WrongArgumentsShowTheUsageOnStandardError) {
 
 TEST(Streams, AnOutputWithoutSpaceIsAFailure) {
     const Result expected{2, "", "salida estándar: No se puede escribir: no queda espacio\n"};
-    for (std::vector<std::string> arguments : std::vector<std::vector<std::string>>{
-             {"check", "-"}, {"format", "-"}, {"compact", "-"}, {"--help"}}) {
+    for (std::vector<std::string> arguments :
+         std::vector<std::vector<std::string>>{{"check", "-"}, {"format", "-"}, {"compact", "-"}, {"--help"}}) {
         const CommandLineProcess process{
             .arguments = std::move(arguments), .input = "[1]", .outputStream = Stream::full};
         EXPECT_EQ(process.run(), expected);
@@ -44,17 +44,15 @@ TEST(Streams, AnOutputWithoutSpaceIsAFailure) {
 TEST(Streams, AClosedOutputIsAFailure) {
     const Result expected{2, "", "salida estándar: No se puede escribir: no está abierto\n"};
     for (const char* command : {"check", "format", "compact"}) {
-        const CommandLineProcess process{
-            .arguments = {command, "-"}, .input = "[1]", .outputStream = Stream::closed};
+        const CommandLineProcess process{.arguments = {command, "-"}, .input = "[1]", .outputStream = Stream::closed};
         EXPECT_EQ(process.run(), expected);
     }
 }
 
 TEST(Streams, AClosedOutputDoesNotMatterWhenNothingIsWrittenToIt) {
     const TemporaryFolder folder;
-    const CommandLineProcess process{.arguments = {"compact", "-o", folder.path("a.json"), "-"},
-                                     .input = "[ 1 ]",
-                                     .outputStream = Stream::closed};
+    const CommandLineProcess process{
+        .arguments = {"compact", "-o", folder.path("a.json"), "-"}, .input = "[ 1 ]", .outputStream = Stream::closed};
     EXPECT_EQ(process.run(), (Result{0, "", ""}));
     EXPECT_EQ(folder.read("a.json"), "[1]");
 }
@@ -62,8 +60,7 @@ TEST(Streams, AClosedOutputDoesNotMatterWhenNothingIsWrittenToIt) {
 TEST(Streams, AnOutputThatNobodyReadsEndsTheProgramQuietly) {
     const std::string text = "[\"" + std::string(200'000, 'x') + "\"]";
     for (const char* command : {"check", "format", "compact"}) {
-        const CommandLineProcess process{
-            .arguments = {command, "-"}, .input = text, .outputStream = Stream::broken};
+        const CommandLineProcess process{.arguments = {command, "-"}, .input = text, .outputStream = Stream::broken};
         EXPECT_EQ(process.run(), (Result{2, "", ""}));
     }
 }
@@ -76,9 +73,8 @@ TEST(Streams, AClosedInputCannotBeRead) {
 TEST(Streams, WithoutInputAndOutputStreamsAFileIsStillRewritten) {
     const TemporaryFolder folder;
     const std::string path = folder.write("a.json", "[ 1 ]");
-    const CommandLineProcess process{.arguments = {"compact", "-o", path, path},
-                                     .inputStream = Stream::closed,
-                                     .outputStream = Stream::closed};
+    const CommandLineProcess process{
+        .arguments = {"compact", "-o", path, path}, .inputStream = Stream::closed, .outputStream = Stream::closed};
     EXPECT_EQ(process.run(), (Result{0, "", ""}));
     EXPECT_EQ(folder.read("a.json"), "[1]");
 }
