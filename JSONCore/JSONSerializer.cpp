@@ -29,6 +29,10 @@ void JSONSerializer::serialize(const JSONTree& tree, std::optional<NodeID> from,
     writerFor(tree, style).write(startOf(tree, from), take);
 }
 
+std::size_t JSONSerializer::expectedSize(const JSONTree& tree, std::optional<NodeID> from, const JSONStyle& style) {
+    return writerFor(tree, style).expectedSize(startOf(tree, from));
+}
+
 TextRope JSONSerializer::serializeToString(const JSONTree& tree, std::optional<NodeID> from, const JSONStyle& style) {
     return TextRope(serialize(tree, from, style));
 }

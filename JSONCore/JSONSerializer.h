@@ -5,6 +5,7 @@
 #include "TextCore/SharedText.h"
 #include "TextCore/TextRope.h"
 
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <string_view>
@@ -23,7 +24,10 @@ SharedText serialize(const JSONTree& tree, std::optional<NodeID> from, const JSO
 void serialize(const JSONTree& tree, std::optional<NodeID> from, const JSONStyle& style,
                const std::function<void(std::string_view)>& take);
 
-/// The same as text.
+/// About how many bytes that is, rather more than fewer, for whoever makes room before. O(1).
+std::size_t expectedSize(const JSONTree& tree, std::optional<NodeID> from, const JSONStyle& style);
+
+/// The bytes as text.
 TextRope serializeToString(const JSONTree& tree, std::optional<NodeID> from, const JSONStyle& style);
 
 } // namespace quelm::JSONSerializer

@@ -53,13 +53,17 @@ JSONWriter::JSONWriter(const TreeStorage& storage, std::string_view indentUnit, 
     }
 }
 
-SharedText JSONWriter::write(NodeID start) {
+std::size_t JSONWriter::expectedSize(NodeID start) const {
     const std::size_t nodeCount = storage_.record(start).subtreeSize();
-    // Room that is not used costs nothing, and growing copies: a large tree has about the length of its source beside
-    // its structure.
+    // A large tree has about the length of its source beside its structure.
     constexpr std::size_t manyNodes = 1000;
     const std::size_t texts = nodeCount > manyNodes ? storage_.source.size() : 0;
-    writeInto(TextBuilder(nodeCount * (isPretty() ? 24 : 16) + texts), start);
+    return nodeCount * (isPretty() ? 24 : 16) + texts;
+}
+
+SharedText JSONWriter::write(NodeID start) {
+    // Room that is not used costs nothing, and growing copies.
+    writeInto(TextBuilder(expectedSize(start)), start);
     return output_.finish();
 }
 

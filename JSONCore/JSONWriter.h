@@ -17,6 +17,9 @@ public:
     /// An empty `indentUnit` makes the output compact.
     JSONWriter(const TreeStorage& storage, std::string_view indentUnit, bool sortKeys);
 
+    /// About how many bytes the output takes, rather more than fewer. O(1).
+    std::size_t expectedSize(NodeID start) const;
+
     /// The whole output.
     SharedText write(NodeID start);
 

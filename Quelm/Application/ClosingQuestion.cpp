@@ -1,11 +1,8 @@
 #include "Quelm/Application/ClosingQuestion.h"
 
-#include "Quelm/Application/Alert.h"
+#include "Quelm/Application/Question.h"
 
 #include <QCoreApplication>
-#include <QGuiApplication>
-#include <QMessageBox>
-#include <QPushButton>
 
 namespace quelm {
 
@@ -18,27 +15,10 @@ struct ClosingQuestion {
 } // namespace
 
 QMessageBox* askBeforeClosing(QWidget& window, const QString& name, ClosingAnswers answers) {
-    auto* box = new QMessageBox(QMessageBox::Question, QGuiApplication::applicationDisplayName(),
-                                ClosingQuestion::tr("¿Quieres guardar los cambios de \"%1\"?").arg(name),
-                                QMessageBox::NoButton, &window);
-    box->setTextFormat(Qt::PlainText);
-    useWarningSymbol(*box);
-    const QPushButton* save = box->addButton(ClosingQuestion::tr("Guardar"), QMessageBox::AcceptRole);
-    const QPushButton* discard = box->addButton(ClosingQuestion::tr("No guardar"), QMessageBox::DestructiveRole);
-    QPushButton* cancel = box->addButton(ClosingQuestion::tr("Cancelar"), QMessageBox::RejectRole);
-    box->setEscapeButton(cancel);
-    box->setAttribute(Qt::WA_DeleteOnClose);
-    QObject::connect(box, &QMessageBox::buttonClicked, &window,
-                     [save, discard, answers = std::move(answers)](const QAbstractButton* clicked) {
-                         if (clicked == save)
-                             answers.save();
-                         else if (clicked == discard)
-                             answers.discard();
-                         else
-                             answers.cancel();
-                     });
-    box->open();
-    return box;
+    return ask(window, ClosingQuestion::tr("¿Quieres guardar los cambios de \"%1\"?").arg(name),
+               {{ClosingQuestion::tr("Guardar"), QMessageBox::AcceptRole, std::move(answers.save)},
+                {ClosingQuestion::tr("No guardar"), QMessageBox::DestructiveRole, std::move(answers.discard)},
+                {ClosingQuestion::tr("Cancelar"), QMessageBox::RejectRole, std::move(answers.cancel)}});
 }
 
 } // namespace quelm

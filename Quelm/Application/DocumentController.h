@@ -19,8 +19,10 @@ class QMessageBox;
 
 namespace quelm {
 
-/// Opens documents in windows and saves them. Files are read and written off the main thread; what fails is told in an
-/// alert. It lives longer than all of its windows.
+class SettingsView;
+
+/// Opens documents in windows, saves and reverts them, and closes the windows. Files are read and written off the main
+/// thread; what fails is told in an alert. It lives longer than all of its windows.
 class DocumentController : public QObject {
     Q_OBJECT
 
@@ -28,6 +30,10 @@ public:
     /// `prepareWindow` gives every new window its menus before it is shown.
     explicit DocumentController(std::function<void(EditorView&)> prepareWindow, QObject* parent = nullptr);
     ~DocumentController() override;
+
+    const std::vector<EditorView*>& windows() const { return windows_; }
+
+    // Opening.
 
     /// A window with an empty object.
     void newDocument();
@@ -39,20 +45,37 @@ public:
     /// Asks which files to open, first in the folder of the window's document.
     void showOpenDialog(EditorView& window);
 
-    /// Writes the window's document to its file, or asks for one.
+    // Saving.
+
+    /// Writes the window's document to its file, or asks for one. Nothing while the file is read anew.
     void save(EditorView& window);
 
     /// Asks for a file, which becomes the document's when it has been written.
     void saveAs(EditorView& window);
 
-    const std::vector<EditorView*>& windows() const { return windows_; }
+    /// Gives the changes of the window's document up, after asking, for what its file holds now. The document is kept
+    /// from being edited until that has been read, and stays as it is when it cannot be read. Nothing without a file or
+    /// changes, or while the document is being saved.
+    void revert(EditorView& window);
 
-    /// Closes all windows, once it has been asked what becomes of the changes of each; none if one question is
-    /// cancelled.
+    // Closing.
+
+    /// Closes all windows, once it has been asked what becomes of the changes of each and their exports are written;
+    /// none if one question is cancelled or one export fails.
     void quit();
 
-    /// Asks what becomes of the window's changes before it closes.
+    /// Asks what becomes of the window's changes before it closes, and lets an export that is being written come to its
+    /// end: the window closes by itself then, or stays if that fails.
     bool eventFilter(QObject* watched, QEvent* event) override;
+
+    // The user's preferences.
+
+    /// One window of its own for all documents, which closes with the last of theirs.
+    void showSettings();
+    /// Null while it is closed.
+    SettingsView* settings() const;
+
+    // The end.
 
     /// Whether there is neither a window nor an alert, and nothing being opened or saved.
     bool isIdle() const { return windows_.empty() && alertCount_ == 0 && saveCount_ == 0; }
@@ -61,31 +84,48 @@ public:
     bool hasOnlyFailed() const { return hasFailed_ && !hasOpened_; }
 
 Q_SIGNALS:
+    /// A window, of a document or another one, that is about to be shown.
+    void madeWindow(QWidget& window);
     void becameIdle();
 
 private:
     EditorView* addWindow(std::shared_ptr<JSONDocument> document);
     void removeWindow(EditorView* window);
-    void askBeforeClosing(EditorView& window);
-    void saveAndClose(EditorView& window);
-    void discardAndClose(EditorView& window);
-    void cancelClosing(EditorView& window);
-    void startSaving(EditorView& window, StateToken::Value token);
-    void finishSaving(EditorView& window);
-    void continueQuitting();
-    void finishOpening(EditorView* window, std::expected<JSONContent, FileError> content);
-    void write(EditorView& window, const QString& path);
     void alert(QWidget* parent, const QString& message, const QString& details);
     void announceIdle();
 
+    void finishOpening(EditorView* window, const QString& path, std::expected<JSONContent, FileError> content);
+
+    void write(EditorView& window, const QString& path);
+    void startSaving(EditorView& window, StateToken::Value token);
+    void finishSaving(EditorView& window);
+    bool canRevert(EditorView& window) const;
+    void startReverting(EditorView& window);
+    void finishReverting(EditorView& window, std::expected<JSONContent, FileError> content);
+    void cancelReverting(EditorView& window);
+
+    bool isToBeAskedAbout(EditorView& window) const;
+    void askBeforeClosing(EditorView& window);
+    bool dismissSettledQuestion(EditorView& window);
+    void saveAndClose(EditorView& window);
+    void discardAndClose(EditorView& window);
+    void cancelClosing(EditorView& window);
+    void goOnClosing(EditorView& window);
+    void finishExporting(EditorView& window, bool succeeded);
+    void continueQuitting();
+
     std::function<void(EditorView&)> prepareWindow_;
     std::vector<EditorView*> windows_;
+    QPointer<SettingsView> settings_;
     std::unordered_map<EditorView*, BackgroundTask> openings_;
+    std::unordered_map<EditorView*, BackgroundTask> revertings_;
     /// Windows whose changes are being asked about.
     std::unordered_map<EditorView*, QPointer<QMessageBox>> questions_;
-    /// Windows that close as soon as they are saved, and those that close with their changes.
+    /// Windows that close as soon as they are saved, or their export is written.
     std::unordered_set<EditorView*> closingWhenSaved_;
-    std::unordered_set<EditorView*> discarding_;
+    std::unordered_set<EditorView*> closingWhenExported_;
+    /// Windows that close with their changes: those up to that state.
+    std::unordered_map<EditorView*, StateToken::Value> discarding_;
     struct Saving {
         int count = 0;
         /// The state that the last of them saves.

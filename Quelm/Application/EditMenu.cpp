@@ -2,6 +2,7 @@
 
 #include "Quelm/Application/EditTarget.h"
 #include "Quelm/Foundation/UndoManager.h"
+#include "Quelm/TextEngine/TextView.h"
 #include "Quelm/TreeEditor/TreeEditor.h"
 
 #include <QAction>
@@ -24,7 +25,7 @@ class EditMenu : public QObject {
 
 public:
     EditMenu(QMenu* menu, const QMainWindow& window, UndoManager& windowSteps, TreeEditor* tree)
-        : QObject(menu), window_(window), steps_(&windowSteps), tree_(tree) {
+        : QObject(menu), menu_(*menu), window_(window), steps_(&windowSteps), tree_(tree) {
         add(menu, EditCommand::undo, {}, QKeySequence::keyBindings(QKeySequence::Undo));
         add(menu, EditCommand::redo, {}, redoKeys());
         menu->addSeparator();
@@ -36,16 +37,16 @@ public:
         menu->addSeparator();
         add(menu, EditCommand::selectAll, tr("&Seleccionar todo"), QKeySequence::keyBindings(QKeySequence::SelectAll));
 
-        connect(menu, &QMenu::aboutToShow, this, &EditMenu::updateWhileOpen);
-        connect(menu, &QMenu::aboutToHide, this, &EditMenu::update);
+        connect(menu, &QMenu::aboutToShow, this, &EditMenu::updateOpen);
+        connect(menu, &QMenu::aboutToHide, this, &EditMenu::updateClosed);
         connect(&windowSteps, &UndoManager::changed, this, &EditMenu::update);
         connect(qApp, &QApplication::focusChanged, this, &EditMenu::noteFocus);
         if (tree) {
             connect(tree, &TreeEditor::outlineChanged, this, &EditMenu::update);
             connect(tree, &TreeEditor::selectionChanged, this, &EditMenu::update);
+            connect(tree, &TreeEditor::isReadOnlyChanged, this, &EditMenu::update);
         }
-        focused_ = window.focusWidget();
-        update();
+        follow(window.focusWidget());
     }
 
 private:
@@ -78,7 +79,15 @@ private:
         // An open menu bar takes the focus; what had it before is what the menu is for.
         if (!now || now->window() != &window_ || qobject_cast<QMenuBar*>(now))
             return;
-        focused_ = now;
+        follow(now);
+    }
+
+    void follow(QWidget* focused) {
+        if (auto* view = qobject_cast<TextView*>(focused_))
+            disconnect(view, &TextView::readOnlyDidChange, this, &EditMenu::update);
+        focused_ = focused;
+        if (auto* view = qobject_cast<TextView*>(focused))
+            connect(view, &TextView::readOnlyDidChange, this, &EditMenu::update);
         update();
     }
 
@@ -88,13 +97,20 @@ private:
     }
 
     void update() {
+        if (menu_.isVisible())
+            updateOpen();
+        else
+            updateClosed();
+    }
+
+    void updateClosed() {
         const auto focused = target();
         for (const Item& item : items_)
             item.action->setEnabled(focused->mightPerform(item.command));
         updateTitles(*focused);
     }
 
-    void updateWhileOpen() {
+    void updateOpen() {
         const auto focused = target();
         for (const Item& item : items_)
             item.action->setEnabled(focused->canPerform(item.command));
@@ -111,6 +127,7 @@ private:
 
     static QString mnemonic(QString title) { return u'&' + title.replace(u'&', QStringLiteral("&&")); }
 
+    const QMenu& menu_;
     const QMainWindow& window_;
     QPointer<UndoManager> steps_;
     QPointer<TreeEditor> tree_;

@@ -82,7 +82,9 @@ public:
             return view_.selectAll();
         }
     }
-    bool mightPerform(EditCommand) const override { return true; }
+    bool mightPerform(EditCommand command) const override {
+        return !view_.isReadOnly() || command == EditCommand::copy || command == EditCommand::selectAll;
+    }
 
 private:
     TextView& view_;
@@ -149,10 +151,11 @@ public:
         switch (command) {
         case EditCommand::cut:
         case EditCommand::delete_:
-            return hasSelection() && editor_.selection() != editor_.tree()->root();
+            return !editor_.isReadOnly() && hasSelection() && editor_.selection() != editor_.tree()->root();
         case EditCommand::copy:
-        case EditCommand::paste:
             return hasSelection();
+        case EditCommand::paste:
+            return !editor_.isReadOnly() && hasSelection();
         case EditCommand::selectAll:
             return false;
         default:

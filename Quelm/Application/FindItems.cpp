@@ -34,7 +34,7 @@ void addFindItems(QMenu& menu, EditorView& window) {
     add(FindItems::tr("&Buscar…"), QKeySequence::Find, &FindBar::openFind);
     add(FindItems::tr("Buscar s&iguiente"), Qt::Key_F3, &FindBar::findNext);
     add(FindItems::tr("Buscar &anterior"), Qt::SHIFT | Qt::Key_F3, &FindBar::findPrevious);
-    add(FindItems::tr("&Reemplazar…"), Qt::CTRL | Qt::Key_H, &FindBar::openReplace);
+    add(FindItems::tr("Reemp&lazar…"), Qt::CTRL | Qt::Key_H, &FindBar::openReplace);
 }
 
 } // namespace quelm

@@ -7,6 +7,8 @@
 #include "Quelm/Application/WindowMenus.h"
 
 #include <QApplication>
+#include <QThread>
+#include <QThreadPool>
 
 #include <algorithm>
 #include <cstdio>
@@ -59,6 +61,12 @@ void describeApplication() {
     QGuiApplication::setDesktopFileName(QStringLiteral("quelm"));
 }
 
+/// Enough threads for one that takes long, such as a file that comes slowly, not to keep the others waiting.
+void provideThreads() {
+    constexpr int least = 4;
+    QThreadPool::globalInstance()->setMaxThreadCount(std::max(least, QThread::idealThreadCount()));
+}
+
 int openWindows(const QStringList& files) {
     QuelmApp quelm;
     if (files.isEmpty())
@@ -85,6 +93,7 @@ int QuelmApp::run(int argc, char** argv) {
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     describeApplication();
+    provideThreads();
     const auto arguments = LaunchArguments::parse(QApplication::arguments().mid(1));
     if (!arguments)
         return complainAndEnd(arguments.error(), wrongUse);
@@ -97,14 +106,10 @@ int QuelmApp::run(int argc, char** argv) {
                          arguments->captureScale);
 }
 
-QuelmApp::QuelmApp() : documents_([this](EditorView& window) { prepareWindow(window); }) {
+QuelmApp::QuelmApp() : documents_([this](EditorView& window) { addWindowMenus(window, documents_); }) {
+    QObject::connect(&documents_, &DocumentController::madeWindow, &appDelegate_, &AppDelegate::observe);
     QObject::connect(
         &documents_, &DocumentController::becameIdle, &appDelegate_, [this] { endWhenIdle(); }, Qt::QueuedConnection);
-}
-
-void QuelmApp::prepareWindow(EditorView& window) {
-    addWindowMenus(window, documents_);
-    appDelegate_.observe(window);
 }
 
 void QuelmApp::endWhenIdle() {

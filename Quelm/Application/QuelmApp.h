@@ -18,7 +18,6 @@ public:
     DocumentController& documents() { return documents_; }
 
 private:
-    void prepareWindow(EditorView& window);
     void endWhenIdle();
 
     AppDelegate appDelegate_;

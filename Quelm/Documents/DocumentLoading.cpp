@@ -1,5 +1,6 @@
 #include "Quelm/Documents/DocumentLoading.h"
 
+#include "Quelm/Documents/ContentConversion.h"
 #include "Quelm/Documents/FileReading.h"
 #include "Quelm/Documents/JSONDocument.h"
 #include "Quelm/Documents/ParseErrorText.h"
@@ -18,9 +19,8 @@ std::expected<JSONContent, FileError> loadDocument(const QString& path, std::sto
         std::expected<JSONContent, JSONParseError> content = JSONDocument::read(*std::move(bytes), std::move(stop));
         if (!content)
             return std::unexpected(FileError{parseErrorText(content.error())});
-        // Large objects mark duplicate keys by an index, which is made here rather than at the first painting.
-        if (content->tree && content->tree->kind(content->tree->root()) == NodeKind::object)
-            content->tree->prepareKeyIndex(content->tree->root());
+        if (content->tree)
+            ContentConversion::prepareForDisplay(*content->tree);
         return *std::move(content);
     } catch (const std::bad_alloc&) {
         return std::unexpected(FileError{

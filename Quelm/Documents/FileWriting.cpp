@@ -37,21 +37,37 @@ bool writeAll(QSaveFile& file, std::string_view bytes) {
             return false;
         bytes.remove_prefix(static_cast<std::size_t>(written));
     }
-    return file.commit();
+    return true;
 }
 
 } // namespace
 
 std::expected<void, FileError> writeFile(const QString& path, const SharedText& bytes) {
+    const auto written = writeFileInPieces(path, [&](const TakeBytes& take) { return take(bytes.view()); });
+    if (!written)
+        return std::unexpected(written.error());
+    return {};
+}
+
+std::expected<bool, FileError> writeFileInPieces(const QString& path,
+                                                 const std::function<bool(const TakeBytes& take)>& produce) {
     if (const QFileInfo old(path); old.exists() && !old.isFile())
         return std::unexpected(notAFileError(old));
     QSaveFile file(path);
     if (!file.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return std::unexpected(openError(file));
-    if (!writeAll(file, bytes.view()))
+
+    bool hasFailed = false;
+    const bool isWhole = produce([&](std::string_view piece) {
+        hasFailed = hasFailed || !writeAll(file, piece);
+        return !hasFailed;
+    });
+    if (!hasFailed && !isWhole)
+        return false;
+    if (hasFailed || !file.commit())
         return std::unexpected(
             FileError{FileWriting::tr("La escritura del archivo falló: %1.").arg(file.errorString())});
-    return {};
+    return true;
 }
 
 } // namespace quelm

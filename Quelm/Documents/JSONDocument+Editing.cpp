@@ -1,33 +1,15 @@
+#include "Quelm/Documents/ContentConversion.h"
 #include "Quelm/Documents/JSONDocument.h"
 #include "Quelm/Foundation/UndoManager.h"
 #include "Quelm/TextEngine/TextStorage.h"
 #include "TextCore/Check.h"
 
 #include <QPointer>
-#include <QThreadPool>
 
-#include <new>
 #include <optional>
 #include <utility>
 
 namespace quelm {
-
-namespace {
-
-/// Lets go of a tree or a text off the main thread: if nobody else holds it, freeing it takes a time that grows with
-/// it.
-template <class Value>
-void discard(std::optional<Value> value) {
-    if (!value)
-        return;
-    try {
-        QThreadPool::globalInstance()->start([value = std::move(value)]() mutable { value.reset(); });
-    } catch (const std::bad_alloc&) {
-        // It is freed here, then.
-    }
-}
-
-} // namespace
 
 void JSONDocument::attachTextBuffer(std::shared_ptr<TextStorage> buffer) {
     require(buffer != nullptr, "a text buffer that is attached is there");
@@ -55,26 +37,55 @@ void JSONDocument::commitTextBuffer() {
     JSONContent content;
     content.text = textBuffer_->text();
     content.style = content_.style;
-    std::optional<JSONTree> oldTree = content_.tree;
     setContent(std::move(content));
-    discard(std::move(oldTree));
 }
 
 void JSONDocument::replaceContent(JSONContent newContent, UndoManager* undoManager) {
     const QPointer<UndoManager> manager(undoManager);
     commitTextBuffer();
-    JSONContent oldContent = content_;
-    setContent(std::move(newContent));
+    // Moved rather than copied: its tree keeps the index of its keys.
+    const DisposedInBackground<JSONContent> oldContent = exchangeContent(std::move(newContent));
     if (mode_ == EditorMode::text && textBuffer_ && content_.text)
         textBuffer_->replaceCharacters({0, textBuffer_->length()}, *content_.text);
     stateToken_.advance();
     advanceRevision();
     if (!manager)
         return;
-    manager->registerUndo<JSONDocument>(this, [oldContent = std::move(oldContent), manager](JSONDocument& document) {
-        document.replaceContent(oldContent, manager);
-    });
+    manager->registerUndo<JSONDocument>(
+        this, [oldContent, manager](JSONDocument& document) { document.replaceContent(oldContent.take(), manager); });
     manager->setActionName(tr("Formato"));
+}
+
+BackgroundTask JSONDocument::setMode(EditorMode newMode, ModeChanged finished) {
+    if (newMode == mode_) {
+        finished({});
+        return {};
+    }
+    commitTextBuffer();
+    const auto convert = newMode == EditorMode::text ? ContentConversion::toText : ContentConversion::toTree;
+    const StateToken::Value token = stateToken_.current();
+    const std::int64_t revision = revision_;
+    return startInBackground(
+        this, [convert, content = content_](const std::stop_token& stop) { return convert(content, stop); },
+        [this, newMode, token, revision, finished = std::move(finished)](ContentConversion::Result converted) {
+            if (!converted)
+                return finished(std::unexpected(std::move(converted.error())));
+            // What was edited meanwhile is not in what was converted.
+            if (stateToken_.current() != token || revision_ != revision) {
+                disposeInBackground(*std::move(converted));
+                return finished(std::unexpected(ConversionError::cancelled()));
+            }
+            finishModeChange(newMode, *std::move(converted));
+            finished({});
+        });
+}
+
+void JSONDocument::finishModeChange(EditorMode newMode, JSONContent converted) {
+    setContent(std::move(converted));
+    if (newMode == EditorMode::tree)
+        dropTextBuffer();
+    changeMode(newMode);
+    advanceRevision();
 }
 
 std::vector<TreeEdit> JSONDocument::applyTreeEdits(std::span<const TreeEdit> edits) {
@@ -93,7 +104,7 @@ JSONDocument::applyTreeChange(const std::function<std::optional<TreeChange>(JSON
     std::vector<TreeEdit> inverse = content_.tree->apply(change->edits);
     stateToken_.advance();
     content_.parseError.reset();
-    discard(std::exchange(content_.text, std::nullopt));
+    disposeInBackground(std::exchange(content_.text, std::nullopt));
     Q_EMIT contentChanged();
     return AppliedTreeChange{.change = *std::move(change), .inverse = std::move(inverse)};
 }

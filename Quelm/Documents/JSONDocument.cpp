@@ -4,6 +4,9 @@
 #include "Quelm/Documents/Revision.h"
 #include "Quelm/Documents/SameContent.h"
 #include "Quelm/Foundation/Preferences.h"
+#include "TextCore/Check.h"
+
+#include <utility>
 
 namespace quelm {
 
@@ -20,6 +23,10 @@ JSONDocument::JSONDocument(std::shared_ptr<DocumentConfiguration> configuration)
     : configuration_(std::move(configuration)) {
     require(configuration_ != nullptr, "a document has a configuration");
     connect(&stateToken_, &StateToken::currentChanged, this, &JSONDocument::announceModified);
+}
+
+JSONDocument::~JSONDocument() {
+    disposeInBackground(std::move(content_));
 }
 
 const QStringList& JSONDocument::readableContentTypes() {
@@ -45,10 +52,16 @@ std::expected<JSONContent, JSONParseError> JSONDocument::read(SharedText bytes, 
 }
 
 void JSONDocument::setContent(JSONContent content) {
+    const auto oldContent = exchangeContent(std::move(content));
+}
+
+DisposedInBackground<JSONContent> JSONDocument::exchangeContent(JSONContent content) {
+    // The one that is there may know more, as the index of its keys.
     if (isSameContent(content_, content))
-        return;
-    content_ = std::move(content);
+        return DisposedInBackground(std::move(content));
+    DisposedInBackground oldContent(std::exchange(content_, std::move(content)));
     Q_EMIT contentChanged();
+    return oldContent;
 }
 
 void JSONDocument::apply(JSONContent snapshot) {

@@ -1,8 +1,11 @@
 #pragma once
 
 #include "JSONCore/JSONContent.h"
+#include "Quelm/Documents/ConversionError.h"
 #include "Quelm/Documents/DocumentConfiguration.h"
 #include "Quelm/Documents/EditorMode.h"
+#include "Quelm/Foundation/BackgroundTask.h"
+#include "Quelm/Foundation/Disposal.h"
 #include "Quelm/Foundation/StateToken.h"
 #include "TextCore/SharedText.h"
 
@@ -34,6 +37,7 @@ public:
     /// A new document: an empty object, shown as a tree.
     explicit JSONDocument(
         std::shared_ptr<DocumentConfiguration> configuration = std::make_shared<DocumentConfiguration>());
+    ~JSONDocument() override;
 
     /// The same object for the document's whole life.
     DocumentConfiguration& configuration() const { return *configuration_; }
@@ -95,6 +99,18 @@ public:
     /// for a text whose places were asked for or prepared (`TextRope::prepare`) before.
     void replaceContent(JSONContent newContent, UndoManager* undoManager);
 
+    /// How a change of the mode ended.
+    using ModeChanged = std::function<void(const std::expected<void, ConversionError>&)>;
+    /// Converts the content for the other editor and switches to it, as the text is (whether valid or not) or with the
+    /// tree parsed from it. Edits of the text buffer are committed first; the conversion runs on another thread, and
+    /// then content, mode and revision change, in this order, and `finished` is called. When the conversion fails
+    /// nothing has changed. It counts as cancelled when the document was edited or replaced meanwhile, which whoever
+    /// shows the document prevents. The mode that there is already is a success at once.
+    ///
+    /// Letting go of the task cancels the change without a word. The state token stays; the steps to undo name places
+    /// in the form of before: whoever keeps them drops them.
+    BackgroundTask setMode(EditorMode newMode, ModeChanged finished);
+
     /// Applies edits to the content's tree and returns the list that undoes them. The tree, which must be there, is the
     /// truth from then on: the text goes. The revision stays, since whoever edits knows what; the state token moves,
     /// and the step is to be registered right after. Throws what `JSONTree::apply` throws, without any effect. What it
@@ -130,6 +146,9 @@ Q_SIGNALS:
     void didApply();
 
 private:
+    /// The content of before; when both are the same, the one that is not needed.
+    [[nodiscard]] DisposedInBackground<JSONContent> exchangeContent(JSONContent content);
+    void finishModeChange(EditorMode newMode, JSONContent converted);
     void changeMode(EditorMode mode);
     void advanceRevision();
     void announceModified();

@@ -1,98 +1,242 @@
 #include "Quelm/EditorWindow/EditorView.h"
 
+#include "Quelm/EditorWindow/Divider.h"
+#include "Quelm/EditorWindow/EditorToolBar.h"
 #include "Quelm/EditorWindow/OpeningPage.h"
-#include "Quelm/EditorWindow/TextPage.h"
+#include "Quelm/EditorWindow/StatusBar.h"
 #include "Quelm/Foundation/Fonts.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
 #include "Quelm/TreeEditor/TreeView.h"
 
 #include <QScreen>
+#include <QVBoxLayout>
+
+#include <utility>
 
 namespace quelm {
 
-EditorView::EditorView(std::shared_ptr<JSONDocument> document, QWidget* parent)
-    : QMainWindow(parent), document_(std::move(document)), treeEditor_(document_) {
+EditorView::EditorView(std::shared_ptr<JSONDocument> document, QWidget* parent, Clock& clock)
+    : QMainWindow(parent), model_(std::move(document), clock) {
+    setMinimumSize(scaledPixels(480), scaledPixels(320));
     resize(defaultSize().boundedTo(screen()->availableSize()));
+    model_.setUndoManager(&undoManager_);
+    toolBar_ = new EditorToolBar(model_);
+    addToolBar(toolBar_);
+    makeCentralWidget();
+    connectDocument();
+    connectModel();
     updateTitle();
-    connect(&document_->configuration(), &DocumentConfiguration::fileLocationChanged, this, &EditorView::updateTitle);
-    connect(document_.get(), &JSONDocument::modeChanged, this, &EditorView::rebuildEditorArea);
-    connect(document_.get(), &JSONDocument::revisionChanged, this, &EditorView::showRevision);
-    // Steps name places of the content that they were made in.
-    connect(document_.get(), &JSONDocument::didApply, &undoManager_, &UndoManager::removeAllActions);
-    undoManager_.setStateToken(&document_->stateToken());
-    treeEditor_.setUndoManager(&undoManager_);
-    treeEditor_.onError = [this](const QString& message) { Q_EMIT failed(message); };
-    connect(document_.get(), &JSONDocument::isModifiedChanged, this,
-            [this] { setWindowModified(document_->isModified()); });
+    updateToolBar();
+}
+
+EditorView::~EditorView() {
+    // Nobody may hear any more what a field would hand in as it goes.
+    treeEditor().setEditing(std::nullopt);
+    retireEditorArea();
+    // What shows the model, also an editor that is about to go, must not outlive it.
+    delete takeCentralWidget();
 }
 
 QSize EditorView::defaultSize() {
     return {scaledPixels(860), scaledPixels(760)};
 }
 
-EditorView::~EditorView() {
-    // Nobody may hear any more what a field would hand in as it goes.
-    treeEditor_.setEditing(std::nullopt);
-    // The view of the tree must not outlive its editor, which goes before the window's children.
-    delete takeCentralWidget();
+void EditorView::makeCentralWidget() {
+    divider_ = new Divider;
+    statusBar_ = new StatusBar(model_);
+    auto* container = new QWidget;
+    layout_ = new QVBoxLayout(container);
+    layout_->setContentsMargins(0, 0, 0, 0);
+    layout_->setSpacing(0);
+    layout_->addWidget(divider_);
+    layout_->addWidget(statusBar_);
+    // There is nothing to be said of a document that has still to come.
+    divider_->hide();
+    statusBar_->hide();
+    setCentralWidget(container);
+}
+
+void EditorView::connectDocument() {
+    connect(&document().configuration(), &DocumentConfiguration::fileLocationChanged, this, &EditorView::updateTitle);
+    connect(&document(), &JSONDocument::modeChanged, this, &EditorView::rebuildEditorArea);
+    connect(&document(), &JSONDocument::revisionChanged, this, &EditorView::showRevision);
+    // Steps name places of the content that they were made in.
+    connect(&document(), &JSONDocument::didApply, &undoManager_, &UndoManager::removeAllActions);
+    undoManager_.setStateToken(&document().stateToken());
+    connect(&document(), &JSONDocument::isModifiedChanged, this,
+            [this] { setWindowModified(document().isModified()); });
+}
+
+void EditorView::connectModel() {
+    connect(&model_, &EditorModel::isBusyChanged, this, &EditorView::updateEditing);
+    connect(&model_, &EditorModel::willReadDocument, this, &EditorView::finishEditing);
+    connect(&model_, &EditorModel::goToChanged, this, &EditorView::deliverGoTo);
+    connect(&model_, &EditorModel::errorMessageChanged, this, &EditorView::showErrorMessage);
+    connect(&model_, &EditorModel::isGoToLinePresentedChanged, this, &EditorView::showGoToLine);
+    connect(&model_, &EditorModel::exportChanged, this, &EditorView::showExport);
+}
+
+QToolBar& EditorView::toolBar() const {
+    return *toolBar_;
+}
+
+ModePicker& EditorView::modePicker() const {
+    return toolBar_->modePicker();
+}
+
+JSONTextView* EditorView::textEditor() const {
+    return qobject_cast<JSONTextView*>(editorArea_.data());
+}
+
+TreeView* EditorView::treeView() const {
+    return qobject_cast<TreeView*>(editorArea_.data());
+}
+
+void EditorView::showEvent(QShowEvent* event) {
+    // As a rule the document is there before the window is shown.
+    if (isOpening_ && !editorArea_)
+        replaceEditorArea(new OpeningPage);
+    QMainWindow::showEvent(event);
+}
+
+void EditorView::updateTitle() {
+    setWindowTitle(document().configuration().displayName() + QStringLiteral("[*]"));
 }
 
 void EditorView::showDocument() {
-    if (!isOpening_)
+    if (!std::exchange(isOpening_, false))
         return;
-    isOpening_ = false;
+    divider_->show();
+    statusBar_->setVisible(true);
+    updateToolBar();
     rebuildEditorArea();
+    // From then on the model follows the revision by itself.
+    model_.validateShownText();
 }
 
+// What can be done.
+
 void EditorView::finishEditing() {
-    if (auto* tree = qobject_cast<TreeView*>(centralWidget()))
+    if (TreeView* tree = treeView())
         tree->finishEditing();
     if (const JSONTextView* editor = textEditor())
         editor->textView().finishComposing();
 }
 
-void EditorView::showEvent(QShowEvent* event) {
-    // As a rule the document is there before the window is shown.
-    if (isOpening_ && !centralWidget())
-        setCentralWidget(new OpeningPage);
-    QMainWindow::showEvent(event);
+void EditorView::setEditingLocked(bool isLocked) {
+    if (isEditingLocked_ == isLocked)
+        return;
+    if (isLocked)
+        finishEditing();
+    isEditingLocked_ = isLocked;
+    updateEditing();
 }
 
-void EditorView::updateTitle() {
-    setWindowTitle(document_->configuration().displayName() + QStringLiteral("[*]"));
+void EditorView::updateEditing() {
+    // The model does some of this for an operation of its own, and would undo it at its end under a lock.
+    treeEditor().setReadOnly(isHeld());
+    undoManager_.setSuspended(isHeld());
+    if (const JSONTextView* editor = textEditor())
+        editor->textView().setReadOnly(isHeld());
+    updateToolBar();
 }
 
-JSONTextView* EditorView::textEditor() const {
-    const auto* page = qobject_cast<TextPage*>(centralWidget());
-    return page ? &page->editor() : nullptr;
+void EditorView::updateToolBar() {
+    const bool isUsable = !isOpening_ && !isHeld();
+    if (!isUsable && !focusedItem_)
+        focusedItem_ = toolBar_->focusedItem();
+    // An item that cannot be used any more would pass the focus on to whatever comes next.
+    if (!isUsable && focusedItem_ && focusWidget())
+        focusWidget()->clearFocus();
+    toolBar_->setUsable(isUsable);
+    if (isUsable && focusedItem_ && !focusWidget())
+        focusedItem_->setFocus();
+    if (isUsable)
+        focusedItem_ = nullptr;
 }
+
+// The editor area.
 
 void EditorView::showRevision() {
+    if (isOpening_ || document().mode() != EditorMode::text)
+        return;
     // The tree reloads by itself, and so does a text whose storage is the document's text buffer.
     const JSONTextView* editor = textEditor();
-    const bool isShown = editor && document_->textBuffer() == editor->textView().sharedTextStorage();
-    if (document_->mode() == EditorMode::text && !isShown)
+    if (!editor || document().textBuffer() != editor->textView().sharedTextStorage())
         rebuildEditorArea();
 }
 
 void EditorView::rebuildEditorArea() {
     if (isOpening_)
         return;
-    if (document_->mode() == EditorMode::tree)
-        replaceEditorArea(new TreeView(treeEditor_));
+    if (document().mode() == EditorMode::tree)
+        replaceEditorArea(new TreeView(treeEditor()));
     else
-        replaceEditorArea(new TextPage(document_, &undoManager_));
+        replaceEditorArea(makeTextEditor());
+}
+
+QWidget* EditorView::makeTextEditor() {
+    // Called for an editor that was replaced too, whose composition ends as it loses the focus.
+    auto shown = std::make_shared<QPointer<JSONTextView>>();
+    const auto textChanged = [this, shown] {
+        if (*shown && *shown == textEditor() && document().textBuffer() == (*shown)->textView().sharedTextStorage())
+            model_.noteTextChange();
+    };
+    auto* editor = new JSONTextView(model_.sharedDocument(), &undoManager_, textChanged);
+    *shown = editor;
+    editor->textView().setReadOnly(isHeld());
+    // A place can be shown once the window has given the editor its size.
+    QMetaObject::invokeMethod(editor, [this] { showParseError(); }, Qt::QueuedConnection);
+    QMetaObject::invokeMethod(editor, [this] { deliverGoTo(); }, Qt::QueuedConnection);
+    return editor;
 }
 
 void EditorView::replaceEditorArea(QWidget* area) {
-    // Taking it away takes the focus from it, which it may answer with an edit.
-    if (auto* page = qobject_cast<TextPage*>(centralWidget()))
-        page->retire();
-    delete takeCentralWidget();
-    setCentralWidget(area);
-    area->setFocus();
+    QWidget* focused = focusWidget();
+    const bool takesFocus =
+        !focusedItem_ && (!focused || (editorArea_ && (editorArea_ == focused || editorArea_->isAncestorOf(focused))));
+    retireEditorArea();
+    layout_->insertWidget(0, area, 1);
+    editorArea_ = area;
+    if (takesFocus)
+        area->setFocus();
     Q_EMIT editorAreaChanged();
+}
+
+void EditorView::retireEditorArea() {
+    QWidget* area = editorArea_;
+    if (!area)
+        return;
+    // What the text still becomes, such as by the end of a composition when the focus leaves, reaches neither the
+    // document nor the undo manager.
+    if (const JSONTextView* editor = textEditor())
+        editor->textView().setUndoManager(nullptr);
+    if (TreeView* tree = treeView()) {
+        treeEditor().setEditing(std::nullopt);
+        treeEditor().disconnect(tree);
+    }
+    editorArea_ = nullptr;
+    layout_->removeWidget(area);
+    area->hide();
+    // It may be in the middle of an event of its own.
+    area->deleteLater();
+}
+
+void EditorView::showParseError() {
+    const std::optional<JSONParseError>& error = document().content().parseError;
+    if (error && !document().isTextBufferEdited())
+        model_.setGoTo(TextLocation(error->line, error->column));
+}
+
+void EditorView::deliverGoTo() {
+    JSONTextView* editor = textEditor();
+    if (!editor || !model_.goTo() || model_.goTo() == deliveredGoTo_)
+        return;
+    deliveredGoTo_ = model_.goTo();
+    // The text takes the focus.
+    focusedItem_ = nullptr;
+    editor->setGoTo(deliveredGoTo_);
 }
 
 } // namespace quelm

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Quelm/Foundation/Disposal.h"
+
 #include <QFutureWatcher>
 #include <QPromise>
 #include <QThreadPool>
@@ -34,6 +36,12 @@ public:
         }
     }
 
+    /// Asks the work to end early. Its result, which should say so, is still delivered.
+    void requestStop() {
+        if (state_)
+            state_->source.request_stop();
+    }
+
     /// Gives up the handle without cancelling: the work goes on and its result is delivered.
     void detach() { state_ = nullptr; }
 
@@ -55,28 +63,32 @@ private:
 
 /// Runs `work(std::stop_token)` on a thread of the pool, then `finished(result)` on the thread that called, from its
 /// event loop, unless the task was cancelled or `context` is gone by then. `work` must neither throw nor touch objects
-/// of the calling thread. Work that has begun is waited for before the pool is gone.
+/// of the calling thread. Work that has begun is waited for before the pool is gone. The result, when it is dropped,
+/// and all that `work` holds are freed off the main thread.
 template <typename Work, typename Finished>
 BackgroundTask startInBackground(QThreadPool& pool, QObject* context, Work work, Finished finished) {
     using Result = std::invoke_result_t<Work&, std::stop_token>;
     auto state = std::make_shared<BackgroundTask::State>();
-    auto promise = std::make_shared<QPromise<Result>>();
+    auto promise = std::make_shared<QPromise<void>>();
+    // Apart from the promise, which does not give away what it holds.
+    auto delivery = std::make_shared<DisposedInBackground<Result>>();
 
     // A watcher dies with the context, which a plain call from the other thread could not notice without a race.
-    auto* watcher = new QFutureWatcher<Result>(context);
+    auto* watcher = new QFutureWatcher<void>(context);
     QObject::connect(watcher, &QFutureWatcherBase::finished, watcher,
-                     [watcher, state, finished = std::move(finished)]() mutable {
+                     [watcher, state, delivery, finished = std::move(finished)]() mutable {
                          // What follows may delete the context, and must not delete the sender with it.
                          watcher->setParent(nullptr);
                          watcher->deleteLater();
+                         const DisposedInBackground<Result> result = std::move(*delivery);
                          if (std::exchange(state->isAwaited, false))
-                             finished(watcher->future().takeResult());
+                             finished(result.take());
                      });
     watcher->setFuture(promise->future());
 
-    pool.start([promise, work = std::move(work), token = state->source.get_token()]() mutable {
+    pool.start([promise, delivery, work = std::move(work), token = state->source.get_token()]() mutable {
         promise->start();
-        promise->addResult(work(token));
+        *delivery = DisposedInBackground<Result>(work(token));
         promise->finish();
     });
     return BackgroundTask(std::move(state));

@@ -13,8 +13,11 @@ class UndoManager::Implementation {
 public:
     enum class Phase : std::uint8_t { idle, announcing, undoing, redoing };
 
+    /// The step that would be taken next; null for none.
+    const UndoStep* next(Direction direction) const { return isSuspended ? nullptr : line.next(direction); }
+
     QString name(Direction direction) const {
-        const UndoStep* step = line.next(direction);
+        const UndoStep* step = next(direction);
         return step ? step->text() : QString();
     }
 
@@ -23,6 +26,9 @@ public:
 
     UndoLine line;
     Phase phase = Phase::idle;
+    bool isSuspended = false;
+    /// The youngest step of when the manager was last suspended or no longer was: nothing joins it any more.
+    StepID closedStep = 0;
     /// Targets whose end is listened for.
     QSet<const QObject*> targets;
 };
@@ -66,11 +72,11 @@ void UndoManager::setActionName(const QString& name) {
 }
 
 bool UndoManager::canUndo() const {
-    return implementation_->line.next(Direction::undo) != nullptr;
+    return implementation_->next(Direction::undo) != nullptr;
 }
 
 bool UndoManager::canRedo() const {
-    return implementation_->line.next(Direction::redo) != nullptr;
+    return implementation_->next(Direction::redo) != nullptr;
 }
 
 QString UndoManager::undoActionName() const {
@@ -104,13 +110,13 @@ void UndoManager::Implementation::take(UndoManager& manager, Direction direction
     const std::shared_ptr<Implementation> state = manager.implementation_;
     const QPointer<UndoManager> self(&manager);
     using enum Phase;
-    if (state->phase != idle || !state->line.next(direction))
+    if (state->phase != idle || !state->next(direction))
         return;
 
     state->phase = announcing;
     Q_EMIT manager.willUndoOrRedo();
     state->phase = idle;
-    if (!self || !state->line.next(direction))
+    if (!self || !state->next(direction))
         return;
 
     state->phase = direction == Direction::undo ? undoing : redoing;
@@ -120,6 +126,21 @@ void UndoManager::Implementation::take(UndoManager& manager, Direction direction
         Q_EMIT manager.changed();
     if (error)
         std::rethrow_exception(error);
+}
+
+void UndoManager::setSuspended(bool isSuspended) {
+    if (implementation_->isSuspended == isSuspended)
+        return;
+    const UndoLine& line = implementation_->line;
+    if (const UndoStep* youngest = line.next(Direction::undo))
+        implementation_->closedStep = youngest->stepID();
+    implementation_->isSuspended = isSuspended;
+    if (!line.isRunning())
+        Q_EMIT changed();
+}
+
+bool UndoManager::isSuspended() const {
+    return implementation_->isSuspended;
 }
 
 bool UndoManager::isUndoing() const {
@@ -132,10 +153,10 @@ bool UndoManager::isRedoing() const {
 
 UndoManager::StepID UndoManager::openStep() const {
     const UndoLine& line = implementation_->line;
-    if (line.isRunning() || canRedo())
+    if (line.isRunning() || !canUndo() || canRedo())
         return 0;
-    const UndoStep* step = line.next(Direction::undo);
-    return step ? step->stepID() : 0;
+    const StepID step = line.next(Direction::undo)->stepID();
+    return step == implementation_->closedStep ? 0 : step;
 }
 
 void UndoManager::noteOpenStepGrew() {

@@ -56,10 +56,15 @@ public:
     /// Takes back the last step that is not undone. Nothing when there is none, or within a handler.
     void undo();
     void redo();
+    /// While it is suspended nothing can be undone or done again (as if there were no steps), and steps are kept as
+    /// they are: for as long as something else has the document in hand. Steps can still be registered. No change joins
+    /// a step that was registered before the suspension or during it.
+    void setSuspended(bool isSuspended);
+    bool isSuspended() const;
     bool isUndoing() const;
     bool isRedoing() const;
 
-    /// The step that `undo` would take back; 0 for none, or when a step can be redone.
+    /// The step that `undo` would take back; 0 for none, when a step can be redone, or when nothing may join it.
     StepID openStep() const;
     /// The open step, of which there must be one, grew by a further change, just made: its state after it is the
     /// present one. For whoever joins changes in one step.

@@ -77,6 +77,12 @@ void FindBar::connectParts() {
         updateState();
     });
 
+    connect(replacing_, &TextReplacing::didEndWithReadOnlyText, this, [this] {
+        statusLabel_->setText(tr("Reemplazo cancelado"));
+        updateState();
+    });
+    connect(view_, &TextView::readOnlyDidChange, this, &FindBar::updateState);
+
     // What was replaced is told until something else is done.
     const auto forget = [this] {
         if (!replacing_->isReplacingAll())

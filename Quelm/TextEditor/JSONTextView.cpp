@@ -1,6 +1,7 @@
 #include "Quelm/TextEditor/JSONTextView.h"
 
 #include "Quelm/Documents/JSONDocument.h"
+#include "Quelm/Foundation/Disposal.h"
 #include "Quelm/TextEditor/FindBar.h"
 #include "Quelm/TextEditor/LineNumberGutter.h"
 #include "Quelm/TextEngine/TextView.h"
@@ -32,11 +33,22 @@ JSONTextView::JSONTextView(std::shared_ptr<JSONDocument> document, UndoManager* 
     textView_->setSelectedRange({0, 0});
     document_->attachTextBuffer(textView_->sharedTextStorage());
 
-    // The caret is in the text as soon as the window is there.
-    QTimer::singleShot(0, textView_, [view = textView_] { view->setFocus(); });
+    // The caret is in the text as soon as the window is there, unless the focus has a place by then.
+    QTimer::singleShot(0, textView_, [view = textView_] {
+        if (!view->window()->focusWidget())
+            view->setFocus();
+    });
 }
 
-JSONTextView::~JSONTextView() = default;
+JSONTextView::~JSONTextView() {
+    // Nobody else may hold the text by now, and to free a long one takes a while.
+    TextRope text = textView_->textStorage().text();
+    delete coordinator_;
+    delete findBar_;
+    delete gutter_;
+    delete textView_;
+    disposeInBackground(std::move(text));
+}
 
 void JSONTextView::setGoTo(const std::optional<TextLocation>& goTo) {
     coordinator_->goTo(goTo);

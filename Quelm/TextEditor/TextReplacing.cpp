@@ -46,6 +46,7 @@ private:
 TextReplacing::TextReplacing(TextView& view, TextSearch& search, QObject* parent)
     : QObject(parent), view_(&view), search_(search) {
     pool_.setMaxThreadCount(1);
+    connect(&view, &TextView::readOnlyDidChange, this, &TextReplacing::noteReadOnly);
 }
 
 TextReplacing::~TextReplacing() = default;
@@ -79,7 +80,10 @@ void TextReplacing::start(const SearchPattern& pattern, const QByteArray& replac
         if (!view_)
             return;
         view_->finishComposing();
-        if (view_->textStorage().text().isSameValue(text))
+        // Whoever heard of that edit may have made the text read-only.
+        if (view_->isReadOnly())
+            Q_EMIT didEndWithReadOnlyText();
+        else if (view_->textStorage().text().isSameValue(text))
             finish(result);
         else
             start(pattern, replacement);
@@ -91,13 +95,20 @@ void TextReplacing::finish(const Result& result) {
         Q_EMIT didFindTooLong();
         return;
     }
-    const bool canReplace = result->count > 0 && !view_->isReadOnly();
-    if (canReplace) {
+    if (result->count > 0) {
         const PlaceKeeper keeper(*view_);
         const TextRange range = textRange(view_->textStorage().text(), result->range);
         view_->editing().replace(range, result->replacement, tr("Reemplazar"));
     }
-    Q_EMIT didReplaceAll(canReplace ? result->count : 0);
+    Q_EMIT didReplaceAll(result->count);
+}
+
+/// What has the text in hand may change it or not: nobody waits to see what would be replaced then.
+void TextReplacing::noteReadOnly() {
+    if (!view_ || !view_->isReadOnly() || !isReplacingAll())
+        return;
+    cancel();
+    Q_EMIT didEndWithReadOnlyText();
 }
 
 } // namespace quelm

@@ -18,7 +18,8 @@ class TextSearch;
 class TextView;
 
 /// Replaces what a search finds in the text of its view. All matches are replaced in one undo step, which is prepared
-/// on another thread from a snapshot: the text can be edited meanwhile, and the preparation begins anew when it was.
+/// on another thread from a snapshot: the text can be edited meanwhile, and the preparation begins anew when it was. A
+/// text that becomes read-only ends it.
 /// For the main thread.
 class TextReplacing : public QObject {
     Q_OBJECT
@@ -46,12 +47,15 @@ Q_SIGNALS:
     void didReplaceAll(qint64 count);
     /// Nothing was replaced, because the text would have become too long.
     void didFindTooLong();
+    /// Nothing was replaced, because the text became read-only.
+    void didEndWithReadOnlyText();
 
 private:
     using Result = std::expected<MatchReplacement, MatchReplacementFailure>;
 
     void start(const SearchPattern& pattern, const QByteArray& replacement);
     void finish(const Result& result);
+    void noteReadOnly();
 
     QPointer<TextView> view_;
     TextSearch& search_;

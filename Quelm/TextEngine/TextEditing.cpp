@@ -58,6 +58,13 @@ UndoManager* TextEditing::undoManager() const {
     return undoManager_;
 }
 
+void TextEditing::setReadOnly(bool readOnly) {
+    if (isReadOnly_ == readOnly)
+        return;
+    endTypingStep();
+    isReadOnly_ = readOnly;
+}
+
 void TextEditing::setClock(std::function<qint64()> clock) {
     clock_ = std::move(clock);
 }

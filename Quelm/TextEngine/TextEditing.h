@@ -45,9 +45,10 @@ public:
     void setUndoManager(UndoManager* manager);
     UndoManager* undoManager() const;
 
-    /// A text that only looks and copies: every edit below does nothing. Steps can be undone and redone nonetheless.
+    /// A text that only looks and copies: every edit below does nothing. Steps can be undone and redone nonetheless, as
+    /// long as their manager lets them. What is typed afterwards begins a step of its own.
     bool isReadOnly() const { return isReadOnly_; }
-    void setReadOnly(bool readOnly) { isReadOnly_ = readOnly; }
+    void setReadOnly(bool readOnly);
 
     /// Whether typing replaces the character after the caret (of the same line).
     bool isOverwriting() const { return isOverwriting_; }

@@ -94,17 +94,26 @@ QMenu* TextView::makeContextMenu() {
     const UndoManager* manager = isReadOnly() ? nullptr : editing_->undoManager();
     auto* menu = new QMenu(this);
     const auto add = [this, menu](const QString& title, void (TextView::*perform)(), bool isEnabled) {
-        menu->addAction(title, this, perform)->setEnabled(isEnabled);
+        QAction* action = menu->addAction(title, this, perform);
+        action->setEnabled(isEnabled);
+        return action;
     };
-    add(titled(manager ? manager->undoMenuItemTitle() : tr("Deshacer"), QKeySequence::Undo), &TextView::undo,
-        manager && manager->canUndo());
-    add(titled(manager ? manager->redoMenuItemTitle() : tr("Rehacer"), QKeySequence::Redo), &TextView::redo,
-        manager && manager->canRedo());
+    const auto addEdit = [this, add](const QString& title, void (TextView::*perform)(), bool isEnabled) {
+        QAction* action = add(title, perform, isEnabled);
+        connect(this, &TextView::readOnlyDidChange, action, [this, action] {
+            if (isReadOnly())
+                action->setEnabled(false);
+        });
+    };
+    addEdit(titled(manager ? manager->undoMenuItemTitle() : tr("Deshacer"), QKeySequence::Undo), &TextView::undo,
+            manager && manager->canUndo());
+    addEdit(titled(manager ? manager->redoMenuItemTitle() : tr("Rehacer"), QKeySequence::Redo), &TextView::redo,
+            manager && manager->canRedo());
     menu->addSeparator();
-    add(titled(tr("Cortar"), QKeySequence::Cut), &TextView::cut, canCut());
+    addEdit(titled(tr("Cortar"), QKeySequence::Cut), &TextView::cut, canCut());
     add(titled(tr("Copiar"), QKeySequence::Copy), &TextView::copy, canCopy());
-    add(titled(tr("Pegar"), QKeySequence::Paste), &TextView::paste, canPaste());
-    add(tr("Eliminar"), &TextView::deleteSelection, canCut());
+    addEdit(titled(tr("Pegar"), QKeySequence::Paste), &TextView::paste, canPaste());
+    addEdit(tr("Eliminar"), &TextView::deleteSelection, canCut());
     menu->addSeparator();
     add(titled(tr("Seleccionar todo"), QKeySequence::SelectAll), &TextView::selectAll, storage_->length() > 0);
     return menu;

@@ -10,6 +10,8 @@ namespace quelm {
 void TextView::startDrag() {
     pressOnSelection_.reset();
     const QPointer<TextView> self(this);
+    const TextRope text = storage_->text();
+    const TextSelection selection = editing_->selection();
     auto* data = new TextMimeData(storage_->text(selectedRange()));
     data->setOwner(*this);
     auto* drag = new QDrag(this);
@@ -19,8 +21,10 @@ void TextView::startDrag() {
     if (!self)
         return;
     setDropPlace(std::nullopt);
-    // Within this view, the drop has done it all.
-    if (done == Qt::MoveAction && drag->target() != viewport())
+    // Within this view, the drop has done it all. Elsewhere a drag takes its time: what is selected by then may be
+    // another text.
+    const bool isSame = storage_->text().isSameValue(text) && editing_->selection() == selection;
+    if (done == Qt::MoveAction && drag->target() != viewport() && isSame)
         editing_->cut();
 }
 

@@ -59,7 +59,8 @@ TextRange TextView::replacedByCommit(const QInputMethodEvent& event) const {
 
 void TextView::showComposition(const QInputMethodEvent& event) {
     const QString& text = event.preeditString();
-    if (text.isEmpty())
+    // Whoever heard of what was just committed may have made the text read-only.
+    if (text.isEmpty() || isReadOnly())
         return endComposition();
     const auto* cursor = attribute(event, QInputMethodEvent::Cursor);
     isCompositionCaretShown_ = !cursor || cursor->length > 0;

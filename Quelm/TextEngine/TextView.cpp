@@ -95,11 +95,15 @@ void TextView::setReadOnly(bool readOnly) {
     if (readOnly == isReadOnly())
         return;
     finishComposing();
+    if (dropPlace_)
+        dragScrolling_.stop();
     setDropPlace(std::nullopt);
     editing_->setReadOnly(readOnly);
     updateInputMethodState();
+    viewport()->update();
     QEvent change(QEvent::ReadOnlyChange);
     QCoreApplication::sendEvent(this, &change);
+    Q_EMIT readOnlyDidChange();
 }
 
 double TextView::zoom() const {
@@ -305,7 +309,7 @@ bool TextView::event(QEvent* event) {
 }
 
 bool TextView::focusNextPrevChild(bool next) {
-    if (next && !tabChangesFocus_ && !isReadOnly())
+    if (next && !tabChangesFocus_)
         return false;
     return QAbstractScrollArea::focusNextPrevChild(next);
 }

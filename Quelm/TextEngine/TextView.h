@@ -58,11 +58,12 @@ public:
     /// Weakly held; see `TextEditing`.
     void setUndoManager(UndoManager* manager);
     bool isReadOnly() const;
-    /// A text that is only read still has a caret, selects and copies.
+    /// A text that is only read still has a caret, selects and copies, and looks the same. What an input method is
+    /// composing is committed before, as the last edit; what is being dragged over the view is not let in.
     void setReadOnly(bool readOnly);
 
-    /// Whether Tab leaves the view, as in a form, rather than being typed (as at first). It always leaves a text that
-    /// is only read.
+    /// Whether Tab leaves the view, as in a form, rather than being typed (as at first). Being read-only makes no
+    /// difference: whoever types on while that lasts does not end up elsewhere.
     void setTabChangesFocus(bool changesFocus) { tabChangesFocus_ = changesFocus; }
     /// Whether keys and the wheel zoom (as at first).
     void setZoomable(bool zoomable) { isZoomable_ = zoomable; }
@@ -143,6 +144,7 @@ Q_SIGNALS:
     /// The user changed the text: an edit, an undo or a redo.
     void textDidChange();
     void selectionDidChange();
+    void readOnlyDidChange();
     /// What the viewport shows moved, or its rows changed their place or height.
     void visibleAreaDidChange();
     void zoomDidChange();

@@ -22,7 +22,7 @@ void installTextViewAccessibility();
 ///   than O(log n + the units handed out), and laying out what is near the place where it is about places on screen.
 /// - Places on screen are global, and kept within the range of int for what is far outside of the viewport.
 /// - Edits are undo steps of the view, each leaving the caret after what it inserted. A text that is only read refuses
-///   them, and offers no interface for them.
+///   them.
 ///
 /// It may be asked for its state while the view is being destroyed, and then is no longer valid.
 class TextViewAccessible : public QAccessibleWidget,

@@ -18,34 +18,45 @@ void showKey(QAction* action, const QKeySequence& key) {
     action->setShortcutVisibleInContextMenu(true);
 }
 
+/// Disables an item that is otherwise as it is for as long as the editor is read-only.
+void disableWhileReadOnly(QAction* action, TreeEditor& editor) {
+    const auto update = [action, &editor, applies = action->isEnabled()] {
+        action->setEnabled(applies && !editor.isReadOnly());
+    };
+    QObject::connect(&editor, &TreeEditor::isReadOnlyChanged, action, update);
+    update();
+}
+
 } // namespace
 
 NodeMenu::NodeMenu(TreeEditor& editor, NodeID id, QWidget* parent) : QMenu(parent), editor_(editor), id_(id) {
     const std::optional<NodeKind> kind = editor.isLinked(id) ? std::optional(editor.tree()->kind(id)) : std::nullopt;
 
-    showKey(add(tr("Editar"), [](TreeEditor& tree) { tree.activate(); }), Qt::Key_F2);
-    addKindItems(*addMenu(tr("Cambiar tipo")), kind, [this](NodeKind chosen) {
+    addEdit(tr("Editar"), Qt::Key_F2, [](TreeEditor& tree) { tree.activate(); });
+    QMenu* kinds = addMenu(tr("Cambiar tipo"));
+    disableWhileReadOnly(kinds->menuAction(), editor);
+    addKindItems(*kinds, editor, kind, [this](NodeKind chosen) {
         editor_.select(id_);
         editor_.changeType(id_, chosen);
     });
     addSeparator();
-    showKey(add(tr("Insertar debajo"), [](TreeEditor& tree) { tree.insert(false); }), Qt::CTRL | Qt::Key_Return);
+    addEdit(tr("Insertar debajo"), Qt::CTRL | Qt::Key_Return, [](TreeEditor& tree) { tree.insert(false); });
     QAction* child = add(tr("Insertar hijo"), [](TreeEditor& tree) { tree.insert(true); });
     child->setEnabled(kind && isContainer(*kind));
+    disableWhileReadOnly(child, editor);
     showKey(child, Qt::SHIFT | Qt::CTRL | Qt::Key_Return);
-    showKey(add(tr("Duplicar"), [](TreeEditor& tree) { tree.duplicate(); }), Qt::CTRL | Qt::Key_D);
-    showKey(add(tr("Mover arriba"), [](TreeEditor& tree) { tree.move(-1); }), Qt::ALT | Qt::CTRL | Qt::Key_Up);
-    showKey(add(tr("Mover abajo"), [](TreeEditor& tree) { tree.move(1); }), Qt::ALT | Qt::CTRL | Qt::Key_Down);
+    addEdit(tr("Duplicar"), Qt::CTRL | Qt::Key_D, [](TreeEditor& tree) { tree.duplicate(); });
+    addEdit(tr("Mover arriba"), Qt::ALT | Qt::CTRL | Qt::Key_Up, [](TreeEditor& tree) { tree.move(-1); });
+    addEdit(tr("Mover abajo"), Qt::ALT | Qt::CTRL | Qt::Key_Down, [](TreeEditor& tree) { tree.move(1); });
     addSeparator();
     showKey(add(tr("Copiar ruta"), [](TreeEditor& tree) { tree.copyPath(); }), Qt::SHIFT | Qt::CTRL | Qt::Key_C);
     showKey(add(tr("Copiar como JSON"), [](TreeEditor& tree) { tree.copyJSON(Preferences::preferredStyle()); }),
             QKeySequence::Copy);
     add(tr("Copiar como JSON compacto"), [](TreeEditor& tree) { tree.copyJSON(JSONStyle::compact()); });
-    showKey(add(tr("Pegar JSON"), [](TreeEditor& tree) { tree.pasteJSON(); }), Qt::SHIFT | Qt::CTRL | Qt::Key_V);
+    addEdit(tr("Pegar JSON"), Qt::SHIFT | Qt::CTRL | Qt::Key_V, [](TreeEditor& tree) { tree.pasteJSON(); });
     addSeparator();
-    QAction* removal = add(tr("Eliminar"), [](TreeEditor& tree) { tree.remove(); });
+    QAction* removal = addEdit(tr("Eliminar"), Qt::Key_Delete, [](TreeEditor& tree) { tree.remove(); });
     removal->setIcon(symbolIcon(QStringLiteral("trash"), ColorRole::red));
-    showKey(removal, Qt::Key_Delete);
 
     // In another content the same id may name another node.
     connect(&editor.document(), &JSONDocument::revisionChanged, this, &QWidget::close);
@@ -59,10 +70,19 @@ QAction* NodeMenu::add(const QString& title, Operation operation) {
     });
 }
 
-void addKindItems(QMenu& menu, std::optional<NodeKind> current, const std::function<void(NodeKind)>& choose) {
+QAction* NodeMenu::addEdit(const QString& title, const QKeySequence& key, Operation operation) {
+    QAction* action = add(title, std::move(operation));
+    disableWhileReadOnly(action, editor_);
+    showKey(action, key);
+    return action;
+}
+
+void addKindItems(QMenu& menu, TreeEditor& editor, std::optional<NodeKind> current,
+                  const std::function<void(NodeKind)>& choose) {
     for (const NodeKind kind : allNodeKinds) {
         QAction* action = menu.addAction(kindName(kind), &menu, [choose, kind] { choose(kind); });
         action->setEnabled(kind != current);
+        disableWhileReadOnly(action, editor);
     }
 }
 

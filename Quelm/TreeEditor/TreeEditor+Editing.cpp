@@ -22,7 +22,7 @@ constexpr std::int64_t longCopy = 4'000'000;
 // Editing in place.
 
 void TreeEditor::activate(std::optional<Field> field) {
-    const std::optional<NodeID> selection = linkedSelection();
+    const std::optional<NodeID> selection = editableSelection();
     if (!selection)
         return;
     const NodeKind kind = tree()->kind(*selection);
@@ -35,6 +35,10 @@ void TreeEditor::activate(std::optional<Field> field) {
     } else {
         beginEditing({*selection, Field::value});
     }
+}
+
+std::optional<NodeID> TreeEditor::editableSelection() const {
+    return isReadOnly_ ? std::nullopt : linkedSelection();
 }
 
 void TreeEditor::handInField() {
@@ -62,6 +66,7 @@ void TreeEditor::toggleBoolean(NodeID id) {
 }
 
 void TreeEditor::commit(const SharedText& text, Editing editing) {
+    // While the editor is read-only nothing is being edited.
     if (editing_ != editing)
         return;
     setEditing(std::nullopt);
@@ -90,7 +95,7 @@ void TreeEditor::applyEdit(const TreeEdit& edit, const QString& actionName) {
 // Changes of the tree.
 
 void TreeEditor::insert(bool asChild) {
-    const std::optional<NodeID> selection = linkedSelection();
+    const std::optional<NodeID> selection = editableSelection();
     if (!selection)
         return;
     const auto focus = perform(tr("Insertar"), [&](JSONTree& tree) { return tree.insertChange(*selection, asChild); });
@@ -99,7 +104,7 @@ void TreeEditor::insert(bool asChild) {
 }
 
 void TreeEditor::duplicate() {
-    const std::optional<NodeID> selection = linkedSelection();
+    const std::optional<NodeID> selection = editableSelection();
     if (!selection)
         return;
     const WaitCursor waiting(tree()->nodeCount() > longCopy && tree()->subtreeSize(*selection) > longCopy);
@@ -107,22 +112,22 @@ void TreeEditor::duplicate() {
 }
 
 void TreeEditor::move(std::int64_t offset) {
-    if (const std::optional<NodeID> selection = linkedSelection())
+    if (const std::optional<NodeID> selection = editableSelection())
         perform(tr("Mover"), [&](JSONTree& tree) { return tree.moveChange(*selection, offset); });
 }
 
 void TreeEditor::remove() {
-    if (const std::optional<NodeID> selection = linkedSelection())
+    if (const std::optional<NodeID> selection = editableSelection())
         perform(tr("Eliminar"), [&](JSONTree& tree) { return tree.removeChange(*selection); });
 }
 
 void TreeEditor::changeType(NodeID id, NodeKind kind) {
-    if (isLinked(id))
+    if (!isReadOnly_ && isLinked(id))
         perform(tr("Cambiar tipo"), [&](JSONTree& tree) { return tree.kindChange(id, kind); });
 }
 
 void TreeEditor::pasteJSON() {
-    const std::optional<NodeID> selection = linkedSelection();
+    const std::optional<NodeID> selection = editableSelection();
     if (!selection)
         return;
     attempt([&] {
@@ -147,7 +152,7 @@ std::optional<NodeID> TreeEditor::perform(const QString& actionName, const Prepa
     handInField();
     std::optional<JSONDocument::AppliedTreeChange> applied;
     const bool isDone = attempt([&] {
-        applied = tree() ? document_->applyTreeChange(prepare) : std::nullopt;
+        applied = tree() && !isReadOnly_ ? document_->applyTreeChange(prepare) : std::nullopt;
         if (applied)
             record(applied->change.edits, std::move(applied->inverse), actionName, applied->change.focus);
     });

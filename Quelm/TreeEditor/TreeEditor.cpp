@@ -53,8 +53,17 @@ void TreeEditor::setSelection(std::optional<NodeID> selection) {
     Q_EMIT selectionChanged();
 }
 
+void TreeEditor::setReadOnly(bool isReadOnly) {
+    if (isReadOnly_ == isReadOnly)
+        return;
+    isReadOnly_ = isReadOnly;
+    if (isReadOnly)
+        setEditing(std::nullopt);
+    Q_EMIT isReadOnlyChanged();
+}
+
 void TreeEditor::setEditing(std::optional<Editing> editing) {
-    if (editing_ == editing)
+    if (editing_ == editing || (editing && isReadOnly_))
         return;
     editing_ = editing;
     Q_EMIT editingChanged();

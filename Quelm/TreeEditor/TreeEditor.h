@@ -79,6 +79,12 @@ public:
     /// Whether the node is part of the document: stored, and linked below the holder. O(depth).
     bool isLinked(NodeID id) const;
 
+    /// While it is read-only (not so at first) nothing that would change the document, nor opening a field, does
+    /// anything; selecting, expanding and copying go on. A field that is open then is cancelled: whoever sets it has it
+    /// handed in before.
+    bool isReadOnly() const { return isReadOnly_; }
+    void setReadOnly(bool isReadOnly);
+
     // Rows.
 
     /// Makes the rows anew with the top-level value open and drops the field being edited; a selection that has no row
@@ -141,6 +147,7 @@ Q_SIGNALS:
     void outlineChanged();
     void selectionChanged();
     void editingChanged();
+    void isReadOnlyChanged();
     /// After an edit, an undo or a redo, when everything above is announced.
     void didEdit();
 
@@ -148,6 +155,8 @@ private:
     using Prepare = std::function<std::optional<TreeChange>(JSONTree&)>;
 
     std::optional<NodeID> linkedSelection() const;
+    /// The same; absent while nothing may be changed.
+    std::optional<NodeID> editableSelection() const;
     void setExpanded(NodeID id, bool expanded, bool recursive);
     void changeRows(const std::function<void(const JSONTree&)>& change);
     void handInField();
@@ -179,6 +188,7 @@ private:
     std::optional<std::int64_t> outlineRevision_;
     std::optional<NodeID> selection_;
     std::optional<Editing> editing_;
+    bool isReadOnly_ = false;
 };
 
 } // namespace quelm

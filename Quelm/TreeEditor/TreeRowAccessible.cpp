@@ -42,8 +42,12 @@ bool TreeRowAccessible::isExpanded() const {
     return isContainerRow() && editor().outline().expanded().contains(id_);
 }
 
-/// Whether there is a key or a value that can be edited or toggled.
 bool TreeRowAccessible::isEditable() const {
+    return hasKeyOrValue() && !editor().isReadOnly();
+}
+
+/// Whether there is a key or a value that could be edited or toggled.
+bool TreeRowAccessible::hasKeyOrValue() const {
     const JSONTree& tree = *editor().tree();
     const NodeKind kind = tree.kind(id_);
     return tree.isObjectMember(id_) || (!isContainer(kind) && kind != NodeKind::null);
@@ -125,6 +129,7 @@ QAccessible::State TreeRowAccessible::state() const {
     state.expanded = isExpanded();
     state.collapsed = state.expandable && !state.expanded;
     state.editable = isEditable();
+    state.readOnly = hasKeyOrValue() && !state.editable;
     state.invisible = !view.isVisible();
     state.offscreen = !view.rowArea(*row);
     return state;

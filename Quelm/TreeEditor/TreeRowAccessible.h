@@ -73,8 +73,9 @@ public:
     int rowExtent() const override { return 1; }
     QAccessibleInterface* table() const override;
 
-    // QAccessibleActionInterface: to expand or collapse a container, to edit what can be edited, to select, and to show
-    // the menu. They do what the user does with a row, and may end with this interface deleted.
+    // QAccessibleActionInterface: to expand or collapse a container, to edit what can be edited (unless the editor is
+    // read-only), to select, and to show the menu. They do what the user does with a row, and may end with this
+    // interface deleted.
     QStringList actionNames() const override;
     QString localizedActionName(const QString& name) const override;
     QString localizedActionDescription(const QString& name) const override;
@@ -87,6 +88,7 @@ private:
     bool isContainerRow() const;
     bool isExpanded() const;
     bool isEditable() const;
+    bool hasKeyOrValue() const;
     QString name() const;
     QAccessibleInterface* field() const;
 

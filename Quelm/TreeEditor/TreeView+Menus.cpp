@@ -41,7 +41,7 @@ void TreeView::showNodeMenu(std::int64_t row, const QPoint& place) {
 void TreeView::showKindMenu(std::int64_t row) {
     const NodeID id = editor_.outline().rowID(row);
     auto* menu = new QMenu(this);
-    addKindItems(*menu, editor_.tree()->kind(id), [this, id](NodeKind kind) { editor_.changeType(id, kind); });
+    addKindItems(*menu, editor_, editor_.tree()->kind(id), [this, id](NodeKind kind) { editor_.changeType(id, kind); });
     // In another content the same id may name another node.
     connect(&editor_.document(), &JSONDocument::revisionChanged, menu, &QWidget::close);
     connect(&editor_.document(), &JSONDocument::modeChanged, menu, &QWidget::close);

@@ -15,6 +15,7 @@ TreeViewAccessibleNotices::TreeViewAccessibleNotices(TreeView& view, Receiver re
     : QObject(&view), view_(view), receiver_(std::move(receiver)) {
     connect(&view.editor(), &TreeEditor::outlineChanged, this, &TreeViewAccessibleNotices::announceRows);
     connect(&view.editor(), &TreeEditor::selectionChanged, this, &TreeViewAccessibleNotices::announceSelection);
+    connect(&view.editor(), &TreeEditor::isReadOnlyChanged, this, &TreeViewAccessibleNotices::announceReadOnly);
     view.installEventFilter(this);
 }
 
@@ -57,8 +58,12 @@ void TreeViewAccessibleNotices::announceRows() {
         receiver_.take(event);
     }
     for (const auto& [id, changes] : changed) {
-        if (changes.expansion)
-            announceOfRow(id, QAccessible::StateChanged);
+        if (changes.expansion) {
+            QAccessible::State state;
+            state.expanded = true;
+            state.collapsed = true;
+            announceState(id, state);
+        }
         if (changes.name)
             announceOfRow(id, QAccessible::NameChanged);
     }
@@ -93,21 +98,40 @@ void TreeViewAccessibleNotices::announceFocus() {
     receiver_.take(event);
 }
 
+void TreeViewAccessibleNotices::announceReadOnly() {
+    TreeViewAccessible* tree = receiver_.isListening() ? this->tree() : nullptr;
+    if (!tree)
+        return;
+    // Whoever is told may ask for other rows, so that these are gone meanwhile.
+    std::vector<NodeID> changed;
+    for (const TreeRowAccessible* row : tree->knownRows()) {
+        const QAccessible::State state = row->state();
+        if (state.editable || state.readOnly)
+            changed.push_back(row->node());
+    }
+    QAccessible::State state;
+    state.editable = true;
+    state.readOnly = true;
+    for (const NodeID id : changed)
+        announceState(id, state);
+}
+
 void TreeViewAccessibleNotices::announceOfRow(NodeID id, QAccessible::Event kind) {
     TreeViewAccessible* tree = this->tree();
     const TreeRowAccessible* row = tree ? tree->rowOf(id) : nullptr;
     if (!row)
         return;
-    if (kind == QAccessible::StateChanged) {
-        QAccessible::State changed;
-        changed.expanded = true;
-        changed.collapsed = true;
-        QAccessibleStateChangeEvent event(&view_, changed);
-        event.setChild(row->rowIndex());
-        receiver_.take(event);
-        return;
-    }
     QAccessibleEvent event(&view_, kind);
+    event.setChild(row->rowIndex());
+    receiver_.take(event);
+}
+
+void TreeViewAccessibleNotices::announceState(NodeID id, QAccessible::State changed) {
+    TreeViewAccessible* tree = this->tree();
+    const TreeRowAccessible* row = tree ? tree->rowOf(id) : nullptr;
+    if (!row)
+        return;
+    QAccessibleStateChangeEvent event(&view_, changed);
     event.setChild(row->rowIndex());
     receiver_.take(event);
 }

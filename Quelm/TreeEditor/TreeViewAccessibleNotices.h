@@ -16,7 +16,8 @@ class TreeViewAccessible;
 
 /// Tells assistive technology, while there is any, what happens to the rows of a tree view: which is selected and so
 /// has the focus of the view, that rows came or went, and what changed of the rows that it has asked about lately (of
-/// the others it knows nothing). O(known rows × log rows) when the rows change, O(log rows) when the selection does.
+/// the others it knows nothing), such as whether they can be edited. O(known rows × log rows) when the rows change,
+/// O(log rows) when the selection does.
 class TreeViewAccessibleNotices : public QObject {
 public:
     using Receiver = TextViewNotices::Receiver;
@@ -31,7 +32,9 @@ private:
     void announceRows();
     void announceSelection();
     void announceFocus();
+    void announceReadOnly();
     void announceOfRow(NodeID id, QAccessible::Event kind);
+    void announceState(NodeID id, QAccessible::State changed);
 
     TreeView& view_;
     const Receiver receiver_;

@@ -6,10 +6,16 @@
 #include <QFile>
 #include <QFileInfo>
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <new>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
+#endif
+#ifdef Q_OS_LINUX
+#include <csignal>
+#include <sys/resource.h>
 #endif
 
 namespace quelm {
@@ -68,6 +74,89 @@ TEST_F(FileWritingTests, ALinkStaysALinkAndItsFileIsReplaced) {
     ASSERT_TRUE(writeFile(link, SharedText("después")));
     EXPECT_TRUE(QFileInfo(link).isSymLink());
     EXPECT_EQ(TemporaryFolder::contents(file), "después");
+}
+#endif
+
+// In pieces.
+
+TEST_F(FileWritingTests, PiecesBecomeTheFileInTheirOrder) {
+    const QString path = folder.write(QStringLiteral("a.json"), "antes");
+    const auto written = writeFileInPieces(path, [](const TakeBytes& take) {
+        EXPECT_TRUE(take("uno,"));
+        EXPECT_TRUE(take(""));
+        EXPECT_TRUE(take("dos"));
+        return true;
+    });
+    EXPECT_EQ(written, (std::expected<bool, FileError>(true)));
+    EXPECT_EQ(TemporaryFolder::contents(path), "uno,dos");
+}
+
+TEST_F(FileWritingTests, TheFileIsAsItWasUntilAllPiecesAreThere) {
+    const QString path = folder.write(QStringLiteral("a.json"), "antes");
+    ASSERT_TRUE(writeFileInPieces(path, [&](const TakeBytes& take) {
+        take("después");
+        EXPECT_EQ(TemporaryFolder::contents(path), "antes");
+        return true;
+    }));
+    EXPECT_EQ(TemporaryFolder::contents(path), "después");
+}
+
+TEST_F(FileWritingTests, PiecesThatEndEarlyLeaveNoTrace) {
+    const QString path = folder.write(QStringLiteral("a.json"), "antes");
+    const auto written = writeFileInPieces(path, [](const TakeBytes& take) {
+        take("a medias");
+        return false;
+    });
+    EXPECT_EQ(written, (std::expected<bool, FileError>(false)));
+    EXPECT_EQ(TemporaryFolder::contents(path), "antes");
+    EXPECT_EQ(QDir(folder.path({})).entryList(QDir::Files), QStringList{QStringLiteral("a.json")});
+}
+
+TEST_F(FileWritingTests, WhatIsThrownLeavesTheFileAsItWas) {
+    const QString path = folder.write(QStringLiteral("a.json"), "antes");
+    const auto produce = [](const TakeBytes& take) -> bool {
+        take("a medias");
+        throw std::bad_alloc();
+    };
+    EXPECT_THROW((void)writeFileInPieces(path, produce), std::bad_alloc);
+    EXPECT_EQ(TemporaryFolder::contents(path), "antes");
+    EXPECT_EQ(QDir(folder.path({})).entryList(QDir::Files), QStringList{QStringLiteral("a.json")});
+}
+
+TEST_F(FileWritingTests, NothingIsProducedForAFileThatCannotBeBegun) {
+    const auto written = writeFileInPieces(folder.path(QStringLiteral("falta/a.json")), [](const TakeBytes&) {
+        ADD_FAILURE() << "produced";
+        return true;
+    });
+    ASSERT_FALSE(written);
+    EXPECT_EQ(written.error().message,
+              QStringLiteral("La carpeta «%1» no existe.").arg(folder.path(QStringLiteral("falta"))));
+}
+
+#ifdef Q_OS_LINUX
+TEST_F(FileWritingTests, NoMorePiecesAreWantedWhenTheDiskIsFull) {
+    // Files of this process may not grow beyond that for the time being.
+    rlimit before;
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit little{.rlim_cur = 1000, .rlim_max = before.rlim_max};
+    const auto handler = std::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &little), 0);
+    int count = 0;
+    const QString path = folder.path(QStringLiteral("a.json"));
+    const auto written = writeFileInPieces(path, [&](const TakeBytes& take) {
+        const std::string piece(600, ' ');
+        while (take(piece))
+            ++count;
+        EXPECT_FALSE(take("más"));
+        return true;
+    });
+    setrlimit(RLIMIT_FSIZE, &before);
+    std::signal(SIGXFSZ, handler);
+
+    EXPECT_EQ(count, 1);
+    ASSERT_FALSE(written);
+    EXPECT_THAT(written.error().message.toStdString(), testing::StartsWith("La escritura del archivo falló: "));
+    EXPECT_TRUE(QDir(folder.path({})).isEmpty());
 }
 #endif
 

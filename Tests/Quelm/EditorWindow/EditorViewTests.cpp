@@ -1,48 +1,20 @@
-#include "Quelm/EditorWindow/EditorView.h"
-#include "Quelm/EditorWindow/MessageBar.h"
 #include "Quelm/EditorWindow/OpeningPage.h"
-#include "Quelm/EditorWindow/TextPage.h"
 #include "Quelm/Foundation/Fonts.h"
-#include "Quelm/TextEditor/JSONTextView.h"
-#include "Quelm/TextEngine/TextView.h"
-#include "Quelm/TreeEditor/InlineField.h"
-#include "Quelm/TreeEditor/TreeView.h"
-#include "Tests/Quelm/Support/Printing.h"
-#include "Tests/Quelm/Support/TemporaryPreferences.h"
-#include "Tests/Quelm/Support/TestDocuments.h"
+#include "Tests/Quelm/EditorWindow/EditorViewTest.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QInputMethodEvent>
 #include <QLabel>
+#include <QPointer>
 #include <QScreen>
 #include <QSignalSpy>
-#include <QTest>
-
-#include <gtest/gtest.h>
-#include <string>
 
 namespace quelm {
 namespace {
 
-class EditorViewTests : public testing::Test {
-protected:
-    EditorView& show(std::string_view text) {
-        window = std::make_unique<EditorView>(documentWithText(text));
-        window->showDocument();
-        window->show();
-        return *window;
-    }
-    void replace(std::string_view text) { window->document().apply(JSONContent::fromText(TextRope(SharedText(text)))); }
-    TreeView* tree() const { return qobject_cast<TreeView*>(window->centralWidget()); }
-    TextPage* text() const { return qobject_cast<TextPage*>(window->centralWidget()); }
-    TextView& textView() const { return window->textEditor()->textView(); }
-    QString shownText() const { return textView().textStorage().string({0, textView().textStorage().length()}); }
-
-    TemporaryPreferences preferences;
-    std::unique_ptr<EditorView> window;
-};
+class EditorViewTests : public EditorViewTest {};
 
 TEST_F(EditorViewTests, AValidDocumentIsShownAsATree) {
     show("{\"a\":1}");
@@ -54,9 +26,9 @@ TEST_F(EditorViewTests, AValidDocumentIsShownAsATree) {
 TEST_F(EditorViewTests, AnInvalidDocumentIsShownAsTextWithThePlaceOfItsError) {
     show("{\"a\":1,\n\n  \"b\": [1, 2 3]}");
     ASSERT_NE(text(), nullptr);
-    ASSERT_NE(text()->errorBar(), nullptr);
-    EXPECT_EQ(text()->errorBar()->text(), QStringLiteral("Línea 3, columna 14: Se esperaba ',' o ']'"));
-    EXPECT_TRUE(text()->errorBar()->isVisible());
+    EXPECT_EQ(window->model().validator().state().error()->column, 14);
+    QTRY_COMPARE(window->documentStatusBar().contents().stateText,
+                 QStringLiteral("Línea 3, columna 14: Se esperaba ',' o ']'"));
     EXPECT_EQ(textView().textStorage().lineCount(), 3);
 }
 
@@ -66,23 +38,18 @@ TEST_F(EditorViewTests, TheCaretOfAnInvalidDocumentIsAtItsError) {
     EXPECT_TRUE(textView().isShowingFindIndicator());
 }
 
-TEST_F(EditorViewTests, TheErrorOfTheTextIsShownUntilItChanges) {
-    show("[1");
-    QTest::keyClicks(&textView(), QStringLiteral("]"));
-    EXPECT_FALSE(text()->errorBar()->isVisible());
-}
-
 TEST_F(EditorViewTests, AnEmptyFileIsShownAsTextWithItsError) {
     show("");
     ASSERT_NE(text(), nullptr);
-    EXPECT_EQ(text()->errorBar()->text(), QStringLiteral("Línea 1, columna 1: Se esperaba un valor"));
+    QTRY_COMPARE(window->documentStatusBar().contents().stateText,
+                 QStringLiteral("Línea 1, columna 1: Se esperaba un valor"));
 }
 
 TEST_F(EditorViewTests, AValidDocumentIsShownAsTextWhenThatIsPreferred) {
     Preferences::setInitialMode(Preferences::InitialMode::text);
     show("{ \"a\" :1}");
     ASSERT_NE(text(), nullptr);
-    EXPECT_EQ(text()->errorBar(), nullptr);
+    EXPECT_TRUE(window->model().validator().state().isValid());
     EXPECT_EQ(shownText(), QStringLiteral("{ \"a\" :1}"));
 }
 
@@ -176,7 +143,8 @@ TEST_F(EditorViewTests, TheEditorFollowsTheDocument) {
     replace("[1,");
     ASSERT_NE(text(), nullptr);
     replace("[1,]");
-    EXPECT_EQ(text()->errorBar()->text(), QStringLiteral("Línea 1, columna 4: Valor inesperado"));
+    QTRY_COMPARE(window->documentStatusBar().contents().stateText,
+                 QStringLiteral("Línea 1, columna 4: Valor inesperado"));
     replace("[1,2]");
     ASSERT_NE(tree(), nullptr);
     EXPECT_EQ(tree()->editor().outline().rowCount(), 3);
@@ -194,16 +162,6 @@ TEST_F(EditorViewTests, AnEditOfTheTreeIsAStepOfTheWindowThatMarksItModified) {
 
     replace("[3]");
     EXPECT_FALSE(window->undoManager().canRedo());
-}
-
-TEST_F(EditorViewTests, WhatFailsInTheTreeIsToldWithItsDetails) {
-    show("[1]");
-    const QSignalSpy failed(window.get(), &EditorView::failed);
-    QGuiApplication::clipboard()->setText(QStringLiteral("no"));
-    window->treeEditor().pasteJSON();
-    ASSERT_EQ(failed.count(), 1);
-    EXPECT_EQ(failed.constFirst().constFirst().toString(),
-              QStringLiteral("El portapapeles no contiene JSON válido.\nLínea 1, columna 1: Valor inesperado"));
 }
 
 TEST_F(EditorViewTests, FinishingTakesTheFieldOfTheTreeAndTheCompositionOfTheText) {
@@ -228,17 +186,80 @@ TEST_F(EditorViewTests, FinishingTakesTheFieldOfTheTreeAndTheCompositionOfTheTex
     EXPECT_TRUE(window->isWindowModified());
 }
 
-TEST_F(EditorViewTests, ADocumentThatIsStillToComeIsAnnounced) {
+TEST_F(EditorViewTests, ADocumentThatIsStillToComeIsAnnouncedAndNothingCanBeDoneWithIt) {
     EditorView window(std::make_shared<JSONDocument>());
     window.show();
     EXPECT_TRUE(window.isOpening());
-    ASSERT_NE(qobject_cast<OpeningPage*>(window.centralWidget()), nullptr);
-    EXPECT_EQ(window.centralWidget()->findChild<QLabel*>()->text(), QStringLiteral("Abriendo…"));
+    ASSERT_NE(qobject_cast<OpeningPage*>(window.editorArea()), nullptr);
+    EXPECT_EQ(window.editorArea()->findChild<QLabel*>()->text(), QStringLiteral("Abriendo…"));
+    EXPECT_FALSE(window.modePicker().isEnabled());
+    for (const QAction* action : window.toolBar().actions())
+        EXPECT_FALSE(action->isEnabled());
+    EXPECT_FALSE(window.documentStatusBar().isVisible());
+
     window.document().apply(JSONContent::fromText(TextRope(SharedText("[1]"))));
-    EXPECT_NE(qobject_cast<OpeningPage*>(window.centralWidget()), nullptr);
+    EXPECT_NE(qobject_cast<OpeningPage*>(window.editorArea()), nullptr);
     window.showDocument();
     EXPECT_FALSE(window.isOpening());
-    EXPECT_NE(qobject_cast<TreeView*>(window.centralWidget()), nullptr);
+    EXPECT_NE(window.treeView(), nullptr);
+    EXPECT_TRUE(window.modePicker().isEnabled());
+    EXPECT_TRUE(window.documentStatusBar().isVisible());
+}
+
+TEST_F(EditorViewTests, AnEditorThatIsReplacedGoesOnceItsEventIsOver) {
+    show("[1]");
+    const QPointer<QWidget> before = window->editorArea();
+    replace("[1,");
+    EXPECT_NE(before, nullptr);
+    EXPECT_FALSE(before->isVisible());
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    EXPECT_EQ(before, nullptr);
+}
+
+TEST_F(EditorViewTests, AWindowGoesWithTheEditorsThatItHasReplaced) {
+    show("[1]");
+    window->treeEditor().select(window->treeEditor().outline().rowID(1));
+    window->treeEditor().activate();
+    replace("[1,");
+    replace("[2]");
+    const QPointer<QWidget> area = window->editorArea();
+    window.reset();
+    EXPECT_EQ(area, nullptr);
+}
+
+TEST_F(EditorViewTests, AFieldOfTheTreeDoesNotReachAnAppliedContent) {
+    show("[1]");
+    activate();
+    window->treeEditor().select(window->treeEditor().outline().rowID(1));
+    window->treeEditor().activate();
+    QTest::keyClicks(&tree()->inlineField()->textView(), QStringLiteral("23"));
+    replace("[1,");
+    QTest::qWait(0);
+    EXPECT_FALSE(window->isWindowModified());
+    EXPECT_EQ(savedText(), "[1,");
+    EXPECT_EQ(window->treeEditor().editing(), std::nullopt);
+}
+
+TEST_F(EditorViewTests, AnEditorThatIsReplacedPassesItsFocusOn) {
+    show("[1]");
+    activate();
+    EXPECT_TRUE(tree()->hasFocus());
+    replace("[1,");
+    EXPECT_TRUE(textView().hasFocus());
+    replace("[1]");
+    EXPECT_TRUE(tree()->hasFocus());
+}
+
+TEST_F(EditorViewTests, TheFocusStaysWhereTheUserHasPutItElsewhere) {
+    show("[1]");
+    activate();
+    button(QStringLiteral("Compactar"))->setFocus(Qt::TabFocusReason);
+    replace("[1,2]");
+    Preferences::setInitialMode(Preferences::InitialMode::text);
+    replace("[1,2,3]");
+    QTest::qWait(0);
+    ASSERT_NE(text(), nullptr);
+    EXPECT_TRUE(button(QStringLiteral("Compactar"))->hasFocus());
 }
 
 TEST_F(EditorViewTests, TheTitleIsTheNameOfTheFile) {
@@ -246,6 +267,46 @@ TEST_F(EditorViewTests, TheTitleIsTheNameOfTheFile) {
     EXPECT_EQ(window->windowTitle(), QStringLiteral("Sin título[*]"));
     window->document().configuration().setFileLocation(QStringLiteral("/datos/año.json"));
     EXPECT_EQ(window->windowTitle(), QStringLiteral("año.json[*]"));
+}
+
+TEST_F(EditorViewTests, TheEditorIsOverALineAndTheStatusBar) {
+    show("[1]");
+    const QRect area(tree()->mapTo(window.get(), QPoint()), tree()->size());
+    const QRect status(window->documentStatusBar().mapTo(window.get(), QPoint()), window->documentStatusBar().size());
+    EXPECT_EQ(status.top(), area.bottom() + 1 + 1);
+    EXPECT_EQ(area.width(), window->width());
+    EXPECT_EQ(status.bottom(), window->rect().bottom());
+    window->resize(window->width(), window->height() + 50);
+    QTest::qWait(0);
+    EXPECT_EQ(tree()->height(), area.height() + 50);
+}
+
+TEST_F(EditorViewTests, ALockKeepsTheDocumentAsItIsUntilItEnds) {
+    showAsText("[1]");
+    QTest::keyClicks(&textView(), QStringLiteral(" "));
+    window->setEditingLocked(true);
+    QTest::keyClicks(&textView(), QStringLiteral("x"));
+    EXPECT_EQ(shownText(), QStringLiteral(" [1]"));
+    EXPECT_FALSE(window->undoManager().canUndo());
+    EXPECT_TRUE(window->treeEditor().isReadOnly());
+    EXPECT_FALSE(item(QStringLiteral("Embellecer"))->isEnabled());
+    EXPECT_FALSE(window->modePicker().isEnabled());
+
+    window->setEditingLocked(false);
+    QTest::keyClicks(&textView(), QStringLiteral("x"));
+    EXPECT_EQ(shownText(), QStringLiteral(" x[1]"));
+    EXPECT_TRUE(window->undoManager().canUndo());
+    EXPECT_TRUE(item(QStringLiteral("Embellecer"))->isEnabled());
+}
+
+TEST_F(EditorViewTests, ALockOutlastsAnOperationThatEndsMeanwhile) {
+    showAsText("[1]");
+    window->model().format(JSONStyle::compact());
+    window->setEditingLocked(true);
+    ASSERT_TRUE(finishOperation());
+    EXPECT_TRUE(textView().isReadOnly());
+    EXPECT_TRUE(window->treeEditor().isReadOnly());
+    EXPECT_TRUE(window->undoManager().isSuspended());
 }
 
 TEST_F(EditorViewTests, ANewWindowHasItsSizeAsFarAsTheScreenHasRoom) {

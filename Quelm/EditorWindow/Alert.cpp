@@ -1,4 +1,4 @@
-#include "Quelm/Application/Alert.h"
+#include "Quelm/EditorWindow/Alert.h"
 
 #include "Quelm/Foundation/Fonts.h"
 #include "Quelm/Foundation/Symbols.h"

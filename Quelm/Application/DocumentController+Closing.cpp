@@ -1,0 +1,118 @@
+#include "Quelm/Application/BringForward.h"
+#include "Quelm/Application/ClosingQuestion.h"
+#include "Quelm/Application/DocumentController.h"
+
+#include <QCloseEvent>
+#include <QMessageBox>
+
+#include <algorithm>
+#include <utility>
+
+namespace quelm {
+
+bool DocumentController::eventFilter(QObject* watched, QEvent* event) {
+    const auto found = std::ranges::find(windows_, watched);
+    if (event->type() != QEvent::Close || found == windows_.end())
+        return QObject::eventFilter(watched, event);
+    EditorView& window = **found;
+    window.finishEditing();
+    if (isToBeAskedAbout(window)) {
+        event->ignore();
+        askBeforeClosing(window);
+        return true;
+    }
+    if (window.model().isExporting()) {
+        event->ignore();
+        closingWhenExported_.insert(&window);
+        return true;
+    }
+    return QObject::eventFilter(watched, event);
+}
+
+bool DocumentController::isToBeAskedAbout(EditorView& window) const {
+    const auto discarded = discarding_.find(&window);
+    const bool isDiscarded =
+        discarded != discarding_.end() && discarded->second == window.document().stateToken().current();
+    return window.document().isModified() && !isDiscarded;
+}
+
+void DocumentController::askBeforeClosing(EditorView& window) {
+    const auto saving = savings_.find(&window);
+    if (saving != savings_.end() && saving->second.token == window.document().stateToken().current()) {
+        closingWhenSaved_.insert(&window);
+        return;
+    }
+    QPointer<QMessageBox>& question = questions_[&window];
+    if (question)
+        return question->raise();
+    bringForward(window);
+    question = quelm::askBeforeClosing(window, window.document().configuration().displayName(),
+                                       {.save = [this, &window] { saveAndClose(window); },
+                                        .discard = [this, &window] { discardAndClose(window); },
+                                        .cancel = [this, &window] { cancelClosing(window); }});
+}
+
+/// Takes the question about a window away when there are no changes to ask about any more. Returns whether it did.
+bool DocumentController::dismissSettledQuestion(EditorView& window) {
+    const auto question = questions_.find(&window);
+    if (question == questions_.end() || !question->second || window.document().isModified())
+        return false;
+    question->second->deleteLater();
+    return true;
+}
+
+void DocumentController::saveAndClose(EditorView& window) {
+    cancelReverting(window);
+    closingWhenSaved_.insert(&window);
+    save(window);
+}
+
+void DocumentController::discardAndClose(EditorView& window) {
+    discarding_[&window] = window.document().stateToken().current();
+    goOnClosing(window);
+}
+
+void DocumentController::goOnClosing(EditorView& window) {
+    if (isQuitting_)
+        continueQuitting();
+    else
+        window.close();
+}
+
+void DocumentController::cancelClosing(EditorView& window) {
+    closingWhenSaved_.erase(&window);
+    closingWhenExported_.erase(&window);
+    discarding_.erase(&window);
+    if (std::exchange(isQuitting_, false))
+        discarding_.clear();
+}
+
+void DocumentController::finishExporting(EditorView& window, bool succeeded) {
+    if (!succeeded)
+        cancelClosing(window);
+    else if (closingWhenExported_.erase(&window) > 0 || isQuitting_)
+        goOnClosing(window);
+}
+
+void DocumentController::quit() {
+    isQuitting_ = true;
+    continueQuitting();
+}
+
+/// Asks about one window after the other, waits for what they export, and closes them when all are settled.
+void DocumentController::continueQuitting() {
+    for (EditorView* window : windows_)
+        window->finishEditing();
+    const auto next = std::ranges::find_if(windows_, [this](EditorView* view) { return isToBeAskedAbout(*view); });
+    if (next != windows_.end()) {
+        (*next)->close();
+        return;
+    }
+    if (std::ranges::any_of(windows_, [](EditorView* window) { return window->model().isExporting(); }))
+        return;
+    isQuitting_ = false;
+    for (EditorView* window : std::vector(windows_))
+        window->close();
+}
+
+} // namespace quelm

@@ -1,0 +1,36 @@
+#include "Quelm/Application/Question.h"
+
+#include "Quelm/EditorWindow/Alert.h"
+#include "TextCore/Check.h"
+
+#include <QGuiApplication>
+#include <QPushButton>
+
+#include <algorithm>
+
+namespace quelm {
+
+QMessageBox* ask(QWidget& window, const QString& question, std::vector<Answer> answers) {
+    require(!answers.empty(), "a question has an answer");
+    auto* box = new QMessageBox(QMessageBox::Question, QGuiApplication::applicationDisplayName(), question,
+                                QMessageBox::NoButton, &window);
+    box->setTextFormat(Qt::PlainText);
+    useWarningSymbol(*box);
+    std::vector<QPushButton*> buttons;
+    for (const Answer& answer : answers)
+        buttons.push_back(box->addButton(answer.title, answer.role));
+    box->setEscapeButton(buttons.back());
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    QObject::connect(box, &QMessageBox::buttonClicked, &window,
+                     [buttons, answers = std::move(answers)](const QAbstractButton* clicked) {
+                         const auto index = std::ranges::find(buttons, clicked) - buttons.begin();
+                         // The window may go by it, and with it the box and this function.
+                         const std::function<void()> act = answers.at(static_cast<std::size_t>(index)).act;
+                         if (act)
+                             act();
+                     });
+    box->open();
+    return box;
+}
+
+} // namespace quelm

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QWidget>
+
+class QCheckBox;
+class QComboBox;
+class QGroupBox;
+
+namespace quelm {
+
+/// The window of the user's preferences. Each control shows what is stored when the window is shown, and stores what is
+/// chosen at once.
+class SettingsView : public QWidget {
+    Q_OBJECT
+
+public:
+    explicit SettingsView(QWidget* parent = nullptr);
+
+protected:
+    void showEvent(QShowEvent* event) override;
+
+private:
+    QGroupBox* makeWritingSection();
+    QGroupBox* makeOpeningSection();
+    void alignLabels();
+    void closeOn(const QKeySequence& keys);
+    void showStoredValues();
+
+    QComboBox* indent_;
+    QCheckBox* sortsKeys_;
+    QComboBox* initialMode_;
+};
+
+} // namespace quelm

@@ -1,0 +1,210 @@
+#include "Quelm/EditorWindow/EditorModel.h"
+
+#include "Quelm/TextEngine/TextStorage.h"
+
+#include <QThreadPool>
+
+#include <utility>
+
+namespace quelm {
+
+EditorModel::EditorModel(std::shared_ptr<JSONDocument> document, Clock& clock)
+    : document_(std::move(document)), clock_(clock), tree_(document_), validator_(clock) {
+    tree_.onError = [self = QPointer<EditorModel>(this)](const QString& message) {
+        if (self)
+            self->setErrorMessage(message);
+    };
+    connect(document_.get(), &JSONDocument::revisionChanged, this, &EditorModel::validateShownText);
+    connect(document_.get(), &JSONDocument::didApply, this, &EditorModel::dropOperation);
+}
+
+EditorModel::~EditorModel() {
+    exporting_.task.detach();
+    for (Export& waiting : waitingExports_)
+        QThreadPool::globalInstance()->start([waiting = std::move(waiting)] {
+            // There is nobody left to be told how it ends.
+            (void)waiting.document->writeFile(waiting.path, {});
+        });
+    if (isBusy_)
+        setDocumentLocked(false);
+}
+
+void EditorModel::setUndoManager(UndoManager* undoManager) {
+    if (undoManager == undoManager_)
+        return;
+    if (isBusy_ && undoManager_)
+        undoManager_->setSuspended(false);
+    undoManager_ = undoManager;
+    tree_.setUndoManager(undoManager);
+    if (isBusy_ && undoManager_)
+        undoManager_->setSuspended(true);
+}
+
+// What the window shows.
+
+void EditorModel::setErrorMessage(std::optional<QString> errorMessage) {
+    if (errorMessage_ == errorMessage)
+        return;
+    errorMessage_ = std::move(errorMessage);
+    Q_EMIT errorMessageChanged();
+}
+
+void EditorModel::setGoTo(std::optional<TextLocation> goTo) {
+    if (goTo_ == goTo)
+        return;
+    goTo_ = goTo;
+    Q_EMIT goToChanged();
+}
+
+void EditorModel::setGoToLinePresented(bool isPresented) {
+    if (isGoToLinePresented_ == isPresented)
+        return;
+    isGoToLinePresented_ = isPresented;
+    Q_EMIT isGoToLinePresentedChanged();
+}
+
+void EditorModel::goToError() {
+    if (const JSONParseError* error = validator_.state().error())
+        setGoTo(TextLocation(error->line, error->column));
+}
+
+// Operations.
+
+void EditorModel::switchMode(EditorMode mode) {
+    if (isBusy_ || mode == document_->mode())
+        return;
+    Q_EMIT willReadDocument();
+    setBusy(true);
+    operation_.task = document_->setMode(
+        mode, [this](const std::expected<void, ConversionError>& result) { finishSwitching(result); });
+}
+
+void EditorModel::finishSwitching(const std::expected<void, ConversionError>& result) {
+    if (result) {
+        if (undoManager_)
+            undoManager_->removeAllActions();
+    } else {
+        report(tr("No se puede mostrar como árbol porque el JSON no es válido.\n"), result.error());
+    }
+    setBusy(false);
+}
+
+void EditorModel::format(const JSONStyle& style) {
+    if (isBusy_)
+        return;
+    Q_EMIT willReadDocument();
+    setBusy(true);
+    // A result that is not delivered goes with the task, on this thread.
+    using Result = DisposedInBackground<ContentConversion::Result>;
+    operation_.task = startInBackground(
+        this,
+        [content = document_->snapshot(), style](const std::stop_token& stop) mutable {
+            return Result(ContentConversion::reformat(std::move(content), style, stop));
+        },
+        [this, undoManager = undoManager_](const Result& result) { finishFormatting(*result, undoManager); });
+}
+
+void EditorModel::finishFormatting(const ContentConversion::Result& result, UndoManager* undoManager) {
+    if (!result)
+        report(tr("No se puede dar formato a un JSON inválido.\n"), result.error());
+    else if (!operation_.isCancelled)
+        document_->replaceContent(*result, undoManager);
+    setBusy(false);
+}
+
+void EditorModel::report(const QString& firstLine, const ConversionError& error) {
+    if (error.isCancellation() || operation_.isCancelled)
+        return;
+    const std::optional<JSONParseError>& parseError = error.parseError();
+    // A lack of memory says nothing against the text.
+    setErrorMessage(parseError ? firstLine + error.description() : error.description());
+    if (parseError)
+        setGoTo(TextLocation(parseError->line, parseError->column));
+}
+
+// What is under way.
+
+void EditorModel::setBusy(bool isBusy) {
+    if (isBusy_ == isBusy)
+        return;
+    isBusy_ = isBusy;
+    setDocumentLocked(isBusy);
+    if (isBusy)
+        begin(operation_);
+    else
+        end(operation_);
+    Q_EMIT isBusyChanged();
+}
+
+void EditorModel::setDocumentLocked(bool isLocked) {
+    tree_.setReadOnly(isLocked);
+    if (undoManager_)
+        undoManager_->setSuspended(isLocked);
+}
+
+void EditorModel::begin(Work& work) {
+    work.isCancelled = false;
+    work.patienceCall = clock_.callAfter(patience, [this, &work] {
+        work.isLong = true;
+        updateWorkShown();
+    });
+}
+
+void EditorModel::end(Work& work) {
+    work.patienceCall.reset();
+    work.isLong = false;
+    updateWorkShown();
+}
+
+void EditorModel::updateWorkShown() {
+    const bool isShown = operation_.isLong || exporting_.isLong;
+    if (std::exchange(isWorkShown_, isShown) != isShown)
+        Q_EMIT isWorkShownChanged();
+}
+
+void EditorModel::cancelWork() {
+    waitingExports_.clear();
+    requestStop(operation_);
+    requestStop(exporting_);
+}
+
+void EditorModel::requestStop(Work& work) {
+    if (!work.task.isRunning())
+        return;
+    work.isCancelled = true;
+    work.task.requestStop();
+}
+
+void EditorModel::dropOperation() {
+    operation_.task.cancel();
+    setBusy(false);
+}
+
+// The text editor.
+
+void EditorModel::noteTextChange() {
+    document_->noteTextBufferEdited();
+    validator_.schedule(TextValidator::typingPause, [this] { return shownText(); });
+}
+
+void EditorModel::validateShownText() {
+    if (document_->mode() == EditorMode::tree)
+        return validator_.adopt(TextValidator::State::idle());
+    const JSONContent& content = document_->content();
+    // What was typed and not committed is another text than the content tells of.
+    const bool isKnown = !document_->isTextBufferEdited();
+    if (isKnown && content.parseError)
+        return validator_.adopt(TextValidator::State::invalid(*content.parseError));
+    if (isKnown && content.tree)
+        return validator_.adopt(TextValidator::State::valid(content.tree->nodeCount()));
+    validator_.adopt(TextValidator::State::idle());
+    validator_.schedule(std::chrono::milliseconds(0), [this] { return shownText(); });
+}
+
+TextRope EditorModel::shownText() const {
+    if (const std::shared_ptr<TextStorage>& buffer = document_->textBuffer())
+        return buffer->text();
+    return document_->content().text.value_or(TextRope());
+}
+
+} // namespace quelm

@@ -1,0 +1,86 @@
+#include "Quelm/EditorWindow/EditorToolBar.h"
+
+#include "Quelm/EditorWindow/EditorModel.h"
+#include "Quelm/EditorWindow/ModePicker.h"
+#include "Quelm/Foundation/Fonts.h"
+#include "Quelm/Foundation/Preferences.h"
+#include "Quelm/Foundation/Symbols.h"
+
+#include <QAction>
+#include <QMenu>
+#include <QToolButton>
+
+namespace quelm {
+
+EditorToolBar::EditorToolBar(EditorModel& model, QWidget* parent)
+    : QToolBar(parent), model_(model), modePicker_(new ModePicker) {
+    setWindowTitle(tr("Barra de herramientas"));
+    setMovable(false);
+    setContextMenuPolicy(Qt::PreventContextMenu);
+    // Not offered by the menus of the window either: there is no way to bring it back without a menu that lists it.
+    toggleViewAction()->setVisible(false);
+    setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    const int side = scaledPixels(16);
+    setIconSize({side, side});
+
+    addWidget(modePicker_);
+    modePicker_->setMode(model.document().mode());
+    connect(&model.document(), &JSONDocument::modeChanged, modePicker_,
+            [this] { modePicker_->setMode(model_.document().mode()); });
+    connect(modePicker_, &ModePicker::modeChosen, this, [this](EditorMode mode) { model_.switchMode(mode); });
+
+    addSeparator();
+    connect(addItem(tr("Embellecer"), QStringLiteral("text.alignleft"), tr("Formato legible con sangría")),
+            &QAction::triggered, this, [this] { model_.format(Preferences::preferredStyle()); });
+    connect(addItem(tr("Compactar"), QStringLiteral("arrow.down.right.and.arrow.up.left"),
+                    tr("Todo en una línea, sin espacios")),
+            &QAction::triggered, this, [this] { model_.format(JSONStyle::compact()); });
+    addExportMenu();
+}
+
+void EditorToolBar::setUsable(bool isUsable) {
+    modePicker_->setEnabled(isUsable);
+    for (QAction* action : actions())
+        action->setEnabled(isUsable);
+}
+
+QWidget* EditorToolBar::focusedItem() const {
+    QWidget* item = window()->focusWidget();
+    while (item && item->parentWidget() != this)
+        item = item->parentWidget();
+    return item;
+}
+
+QAction* EditorToolBar::addItem(const QString& title, const QString& symbol, const QString& toolTip) {
+    QAction* action = addAction(symbolIcon(symbol, ColorRole::secondaryText), title);
+    action->setToolTip(toolTip);
+    QWidget* button = widgetForAction(action);
+    button->setFont(systemFont(TextStyle::body));
+    button->setFocusPolicy(Qt::TabFocus);
+    return action;
+}
+
+void EditorToolBar::addExportMenu() {
+    QAction* action =
+        addItem(tr("Exportar"), QStringLiteral("square.and.arrow.up"), tr("Guardar una copia con otro formato"));
+    auto* menu = new QMenu(this);
+    menu->setToolTipsVisible(true);
+    action->setMenu(menu);
+    qobject_cast<QToolButton*>(widgetForAction(action))->setPopupMode(QToolButton::InstantPopup);
+    // Its items are made when they are asked for first.
+    connect(menu, &QMenu::aboutToShow, this, [this, menu] {
+        if (menu->isEmpty())
+            fillExportMenu(*menu);
+    });
+}
+
+void EditorToolBar::fillExportMenu(QMenu& menu) {
+    QAction* pretty = menu.addAction(tr("JSON bonito…"));
+    pretty->setToolTip(tr("Formato legible con sangría"));
+    connect(pretty, &QAction::triggered, this, [this] { model_.prepareExport(Preferences::preferredStyle()); });
+    QAction* compact = menu.addAction(tr("JSON compacto…"));
+    compact->setToolTip(tr("Todo en una línea, sin espacios"));
+    connect(compact, &QAction::triggered, this, [this] { model_.prepareExport(JSONStyle::compact()); });
+}
+
+} // namespace quelm

@@ -1,0 +1,173 @@
+#include "Quelm/EditorWindow/ModePicker.h"
+
+#include "Quelm/Foundation/Fonts.h"
+#include "Quelm/Foundation/SemanticColors.h"
+#include "Quelm/Foundation/Symbols.h"
+
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QPainter>
+#include <QToolButton>
+
+namespace quelm {
+
+namespace {
+
+constexpr float trackOpacity = 0.07F;
+constexpr float hoverOpacity = 0.05F;
+constexpr float pressedOpacity = 0.10F;
+/// What is raised stands out by its brightness: over a dark track it needs a tint of its own.
+constexpr float raisedOpacityInTheDark = 0.20F;
+constexpr float edgeOpacity = 0.16F;
+
+QColor translucent(QColor color, float opacity) {
+    color.setAlphaF(opacity);
+    return color;
+}
+
+int trackMargin() {
+    return scaledPixels(2);
+}
+
+double trackRadius() {
+    return scaledPixels(7);
+}
+
+} // namespace
+
+/// One of the two: checked while its mode is shown.
+class ModePicker::Segment : public QToolButton {
+public:
+    Segment(EditorMode mode, const QString& title, const QString& symbol, const QString& toolTip, ModePicker& picker)
+        : QToolButton(&picker), mode_(mode), symbol_(symbol), picker_(picker) {
+        setText(title);
+        setAccessibleName(title);
+        setToolTip(toolTip);
+        setFont(systemFont(TextStyle::body));
+        setCheckable(true);
+        // As with radio buttons, the tabulator comes to the checked one.
+        setAutoExclusive(true);
+        setFocusPolicy(Qt::TabFocus);
+        setAttribute(Qt::WA_Hover);
+        connect(this, &QToolButton::clicked, this, [this] { picker_.choose(mode_); });
+    }
+
+    QSize sizeHint() const override {
+        const int textWidth = fontMetrics().horizontalAdvance(text());
+        return {2 * padding() + symbolSide() + gap() + textWidth, scaledPixels(24)};
+    }
+    QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    /// It is checked when the mode is there.
+    void nextCheckState() override {}
+
+    void keyPressEvent(QKeyEvent* event) override {
+        switch (event->key()) {
+        case Qt::Key_Left:
+            return picker_.choose(EditorMode::tree);
+        case Qt::Key_Right:
+            return picker_.choose(EditorMode::text);
+        case Qt::Key_Up:
+        case Qt::Key_Down:
+            return event->ignore();
+        default:
+            return QToolButton::keyPressEvent(event);
+        }
+    }
+
+    void paintEvent(QPaintEvent*) override {
+        const Appearance appearance = appearanceOf(palette());
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        paintGround(painter, appearance);
+        paintLabel(painter, appearance);
+    }
+
+private:
+    static int padding() { return scaledPixels(10); }
+    static int gap() { return scaledPixels(6); }
+    static int symbolSide() { return scaledPixels(16); }
+
+    void paintGround(QPainter& painter, Appearance appearance) const {
+        const QRectF area = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
+        const double radius = trackRadius() - trackMargin();
+        const QColor text = semanticColor(ColorRole::text, appearance);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Qt::NoBrush);
+        if (isChecked()) {
+            painter.setBrush(appearance == Appearance::dark
+                                 ? translucent(text, isEnabled() ? raisedOpacityInTheDark : trackOpacity)
+                                 : semanticColor(ColorRole::contentBackground, appearance));
+            painter.setPen(QPen(translucent(text, isEnabled() ? edgeOpacity : trackOpacity), 1));
+        } else if (isEnabled() && (isDown() || underMouse())) {
+            painter.setBrush(translucent(text, isDown() ? pressedOpacity : hoverOpacity));
+        }
+        painter.drawRoundedRect(area, radius, radius);
+        if (!hasFocus())
+            return;
+        const int width = scaledPixels(2);
+        const double inset = width / 2.0;
+        painter.setBrush(Qt::NoBrush);
+        painter.setPen(QPen(semanticColor(ColorRole::accent, appearance), width));
+        painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
+    }
+
+    void paintLabel(QPainter& painter, Appearance appearance) const {
+        const int side = symbolSide();
+        const QRectF symbolArea(padding(), (height() - side) / 2, side, side);
+        const auto color = [&](ColorRole role) {
+            return semanticColor(isEnabled() ? role : ColorRole::disabledText, appearance);
+        };
+        paintSymbol(painter, symbol_, symbolArea, color(isChecked() ? ColorRole::blue : ColorRole::secondaryText));
+        painter.setPen(color(isChecked() ? ColorRole::text : ColorRole::secondaryText));
+        painter.drawText(rect().adjusted(padding() + side + gap(), 0, 0, 0), Qt::AlignVCenter | Qt::AlignLeft, text());
+    }
+
+    const EditorMode mode_;
+    const QString symbol_;
+    ModePicker& picker_;
+};
+
+ModePicker::ModePicker(QWidget* parent)
+    : QWidget(parent), segments_{new Segment(EditorMode::tree, tr("Árbol"), QStringLiteral("list.bullet.indent"),
+                                             tr("Mostrar como árbol"), *this),
+                                 new Segment(EditorMode::text, tr("Texto"), QStringLiteral("curlybraces"),
+                                             tr("Mostrar como texto"), *this)} {
+    setAccessibleName(tr("Modo"));
+    setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Fixed);
+    auto* layout = new QHBoxLayout(this);
+    layout->setContentsMargins(trackMargin(), trackMargin(), trackMargin(), trackMargin());
+    layout->setSpacing(trackMargin());
+    for (Segment* segment : segments_)
+        layout->addWidget(segment);
+    segments_.front()->setChecked(true);
+    setFocusProxy(segments_.front());
+}
+
+void ModePicker::setMode(EditorMode mode) {
+    if (mode_ == mode)
+        return;
+    mode_ = mode;
+    Segment* segment = segments_[static_cast<std::size_t>(mode)];
+    segment->setChecked(true);
+    const bool hadFocus = focusProxy()->hasFocus();
+    setFocusProxy(segment);
+    if (hadFocus)
+        segment->setFocus();
+}
+
+void ModePicker::choose(EditorMode mode) {
+    if (mode != mode_)
+        Q_EMIT modeChosen(mode);
+}
+
+void ModePicker::paintEvent(QPaintEvent*) {
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(translucent(semanticColor(ColorRole::text, appearanceOf(palette())), trackOpacity));
+    painter.drawRoundedRect(QRectF(rect()), trackRadius(), trackRadius());
+}
+
+} // namespace quelm
