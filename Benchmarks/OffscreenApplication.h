@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QApplication>
+#include "Benchmarks/Window/WatchedApplication.h"
 
 namespace quelm::bench {
 
@@ -10,11 +10,13 @@ class OffscreenApplication {
 public:
     OffscreenApplication();
 
+    WatchedApplication& watched() { return application_; }
+
 private:
     int count_ = 1;
     char name_[12] = "quelm-bench";
     char* arguments_[2] = {name_, nullptr};
-    QApplication application_;
+    WatchedApplication application_;
 };
 
 } // namespace quelm::bench

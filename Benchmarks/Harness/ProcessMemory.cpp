@@ -4,6 +4,7 @@
 
 #include <fstream>
 #include <string>
+#include <string_view>
 
 #if defined(__GLIBC__)
 #include <malloc.h>
@@ -11,16 +12,33 @@
 
 namespace quelm::bench::processmemory {
 
-std::optional<std::int64_t> residentBytes() {
-    // The counters of /proc/self/statm are kept by processor and lag behind; this adds the pages up.
-    std::ifstream pages("/proc/self/smaps_rollup");
-    std::string word;
-    while (pages >> word) {
+namespace {
+
+/// The bytes that a file of the system tells in kilobytes behind a word.
+std::optional<std::int64_t> bytesBehind(const char* file, std::string_view word) {
+    std::ifstream stream(file);
+    std::string next;
+    while (stream >> next) {
         std::int64_t kilobytes = 0;
-        if (word == "Rss:" && pages >> kilobytes)
+        if (next == word && stream >> kilobytes)
             return kilobytes * 1024;
     }
     return std::nullopt;
+}
+
+} // namespace
+
+std::optional<std::int64_t> residentBytes() {
+    // The counters of /proc/self/statm are kept by processor and lag behind; this adds the pages up.
+    return bytesBehind("/proc/self/smaps_rollup", "Rss:");
+}
+
+std::optional<std::int64_t> peakBytes() {
+    return bytesBehind("/proc/self/status", "VmHWM:");
+}
+
+void restartPeak() {
+    std::ofstream("/proc/self/clear_refs") << 5;
 }
 
 void returnFreeMemory() {

@@ -34,6 +34,13 @@ void ratio(std::string_view what, std::string_view peer, Speed ours, Speed their
     print("RATIO", what, text);
 }
 
+void durationRatio(std::string_view what, std::string_view peer, const Samples& ours, const Samples& theirs) {
+    char text[160];
+    std::snprintf(text, sizeof text, "%.*s %.2f (ours %.1f ms, peer %.1f ms)", static_cast<int>(peer.size()),
+                  peer.data(), theirs.median() / ours.median(), ours.median() * 1e3, theirs.median() * 1e3);
+    print("RATIO", what, text);
+}
+
 void latency(std::string_view what, const Samples& samples) {
     constexpr double milliseconds = 1e3;
     print("LATENCY", what,

@@ -20,6 +20,10 @@ struct Speed {
 /// the peer.
 void ratio(std::string_view what, std::string_view peer, Speed ours, Speed theirs);
 
+/// `RATIO window/start-new/xvfb empty-window 0.80 (ours 35.0 ms, peer 28.0 ms)`, of the medians: above 1 is faster than
+/// the peer.
+void durationRatio(std::string_view what, std::string_view peer, const Samples& ours, const Samples& theirs);
+
 /// `LATENCY outline/insert/array-front p50=0.9 p99=2.1 max=3.0`, in milliseconds.
 void latency(std::string_view what, const Samples& samples);
 

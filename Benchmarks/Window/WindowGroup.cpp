@@ -8,10 +8,12 @@
 namespace quelm::bench {
 
 bool runWindowGroup(const Options& options) {
-    const OffscreenApplication application;
     const auto isWanted = [&options](std::string_view name) {
         return name.find(options.only) != std::string_view::npos;
     };
+    if (isWanted("start"))
+        measureStart();
+    OffscreenApplication application;
     if (isWanted("5M-rows")) {
         LargeWindow large;
         measureExpansion(large);
@@ -20,6 +22,7 @@ bool runWindowGroup(const Options& options) {
     }
     if (isWanted("string-10MB"))
         measureLongField();
+    measureOperations(application.watched(), options);
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "Quelm/Application/QuelmApp.h"
 
 #include "Quelm/Application/Capture.h"
+#include "Quelm/Application/FontPreparation.h"
 #include "Quelm/Application/LaunchArguments.h"
 #include "Quelm/Application/Localization.h"
 #include "Quelm/Application/Look.h"
@@ -12,6 +13,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -90,7 +92,9 @@ int QuelmApp::run(int argc, char** argv) {
         return complainAndEnd(
             QCoreApplication::translate("quelm::QuelmApp", "No hay pantalla en la que abrir ventanas."), nothingOpened);
 
+    std::optional<FontPreparation> fonts(std::in_place);
     QApplication application(argc, argv);
+    fonts.reset();
     QApplication::setQuitOnLastWindowClosed(false);
     describeApplication();
     provideThreads();

@@ -68,13 +68,13 @@ BackgroundTask JSONDocument::setMode(EditorMode newMode, ModeChanged finished) {
     return startInBackground(
         this, [convert, content = content_](const std::stop_token& stop) { return convert(content, stop); },
         [this, newMode, token, revision, finished = std::move(finished)](ContentConversion::Result converted) {
-            if (!converted)
-                return finished(std::unexpected(std::move(converted.error())));
             // What was edited meanwhile is not in what was converted.
             if (stateToken_.current() != token || revision_ != revision) {
-                disposeInBackground(*std::move(converted));
+                disposeInBackground(std::move(converted));
                 return finished(std::unexpected(ConversionError::cancelled()));
             }
+            if (!converted)
+                return finished(std::unexpected(std::move(converted.error())));
             finishModeChange(newMode, *std::move(converted));
             finished({});
         });

@@ -34,6 +34,7 @@ void EditorModel::writeExport(std::shared_ptr<const ExportDocument> exportDocume
 void EditorModel::startNextExport() {
     Export next = std::move(waitingExports_.front());
     waitingExports_.pop_front();
+    isExportCancelled_ = false;
     begin(exporting_);
     exporting_.task = startInBackground(
         this,
@@ -55,8 +56,16 @@ void EditorModel::finishExport(const QString& path, const std::expected<void, Ex
         startNextExport();
 }
 
+void EditorModel::cancelExports() {
+    waitingExports_.clear();
+    if (!isExporting())
+        return;
+    isExportCancelled_ = true;
+    exporting_.task.requestStop();
+}
+
 void EditorModel::reportExport(const QString& path, const ExportDocument::Failure& failure) {
-    if (exporting_.isCancelled)
+    if (isExportCancelled_)
         return;
     if (const auto* error = std::get_if<FileError>(&failure))
         setErrorMessage(tr("No se pudo guardar «%1».\n").arg(QFileInfo(path).fileName()) + error->message);

@@ -107,13 +107,13 @@ void EditorModel::format(const JSONStyle& style) {
 void EditorModel::finishFormatting(const ContentConversion::Result& result, UndoManager* undoManager) {
     if (!result)
         report(tr("No se puede dar formato a un JSON inválido.\n"), result.error());
-    else if (!operation_.isCancelled)
+    else
         document_->replaceContent(*result, undoManager);
     setBusy(false);
 }
 
 void EditorModel::report(const QString& firstLine, const ConversionError& error) {
-    if (error.isCancellation() || operation_.isCancelled)
+    if (error.isCancellation())
         return;
     const std::optional<JSONParseError>& parseError = error.parseError();
     // A lack of memory says nothing against the text.
@@ -143,7 +143,6 @@ void EditorModel::setDocumentLocked(bool isLocked) {
 }
 
 void EditorModel::begin(Work& work) {
-    work.isCancelled = false;
     work.patienceCall = clock_.callAfter(patience, [this, &work] {
         work.isLong = true;
         updateWorkShown();
@@ -163,16 +162,8 @@ void EditorModel::updateWorkShown() {
 }
 
 void EditorModel::cancelWork() {
-    waitingExports_.clear();
-    requestStop(operation_);
-    requestStop(exporting_);
-}
-
-void EditorModel::requestStop(Work& work) {
-    if (!work.task.isRunning())
-        return;
-    work.isCancelled = true;
-    work.task.requestStop();
+    dropOperation();
+    cancelExports();
 }
 
 void EditorModel::dropOperation() {

@@ -93,8 +93,8 @@ public:
     /// reported. One at a time: it waits for those that were asked for before.
     void writeExport(std::shared_ptr<const ExportDocument> exportDocument, const QString& path);
 
-    /// Asks whatever is under way, an export included, to end without effect; the busy state ends as soon as it has.
-    /// Exports that wait are dropped. Nothing of all that is reported.
+    /// Ends the operation at once, without effect, and asks the export that is being written to end without effect,
+    /// which may come too late; those that wait are dropped. Nothing of all that is reported.
     void cancelWork();
 
     /// Sends the caret to the error that the validator knows of the text.
@@ -129,8 +129,6 @@ private:
         BackgroundTask task;
         DelayedCall patienceCall;
         bool isLong = false;
-        /// The user has called it off: how it ends is not told.
-        bool isCancelled = false;
     };
     struct Export {
         std::shared_ptr<const ExportDocument> document;
@@ -140,7 +138,6 @@ private:
     void begin(Work& work);
     void end(Work& work);
     void updateWorkShown();
-    static void requestStop(Work& work);
 
     void setBusy(bool isBusy);
     void setDocumentLocked(bool isLocked);
@@ -150,6 +147,7 @@ private:
     void dropOperation();
 
     void startNextExport();
+    void cancelExports();
     void finishExport(const QString& path, const std::expected<void, ExportDocument::Failure>& result);
     void reportExport(const QString& path, const ExportDocument::Failure& failure);
 
@@ -169,6 +167,8 @@ private:
     /// The change of the mode or the formatting.
     Work operation_;
     Work exporting_;
+    /// The user has called it off: how it ends is not told.
+    bool isExportCancelled_ = false;
     /// Those that are not begun.
     std::deque<Export> waitingExports_;
 };

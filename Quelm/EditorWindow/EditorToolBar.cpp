@@ -2,13 +2,13 @@
 
 #include "Quelm/EditorWindow/EditorModel.h"
 #include "Quelm/EditorWindow/ModePicker.h"
+#include "Quelm/EditorWindow/ToolBarButton.h"
 #include "Quelm/Foundation/Fonts.h"
 #include "Quelm/Foundation/Preferences.h"
-#include "Quelm/Foundation/Symbols.h"
 
 #include <QAction>
+#include <QLayout>
 #include <QMenu>
-#include <QToolButton>
 
 namespace quelm {
 
@@ -19,23 +19,18 @@ EditorToolBar::EditorToolBar(EditorModel& model, QWidget* parent)
     setContextMenuPolicy(Qt::PreventContextMenu);
     // Not offered by the menus of the window either: there is no way to bring it back without a menu that lists it.
     toggleViewAction()->setVisible(false);
-    setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    const int side = scaledPixels(16);
-    setIconSize({side, side});
+    layout()->setSpacing(scaledPixels(2));
+    const int margin = scaledPixels(6);
+    layout()->setContentsMargins(margin, margin, margin, margin);
 
     addWidget(modePicker_);
     modePicker_->setMode(model.document().mode());
     connect(&model.document(), &JSONDocument::modeChanged, modePicker_,
             [this] { modePicker_->setMode(model_.document().mode()); });
     connect(modePicker_, &ModePicker::modeChosen, this, [this](EditorMode mode) { model_.switchMode(mode); });
-
     addSeparator();
-    connect(addItem(tr("Embellecer"), QStringLiteral("text.alignleft"), tr("Formato legible con sangría")),
-            &QAction::triggered, this, [this] { model_.format(Preferences::preferredStyle()); });
-    connect(addItem(tr("Compactar"), QStringLiteral("arrow.down.right.and.arrow.up.left"),
-                    tr("Todo en una línea, sin espacios")),
-            &QAction::triggered, this, [this] { model_.format(JSONStyle::compact()); });
-    addExportMenu();
+    addButtons();
+    addExportButton();
 }
 
 void EditorToolBar::setUsable(bool isUsable) {
@@ -51,27 +46,29 @@ QWidget* EditorToolBar::focusedItem() const {
     return item;
 }
 
-QAction* EditorToolBar::addItem(const QString& title, const QString& symbol, const QString& toolTip) {
-    QAction* action = addAction(symbolIcon(symbol, ColorRole::secondaryText), title);
-    action->setToolTip(toolTip);
-    QWidget* button = widgetForAction(action);
-    button->setFont(systemFont(TextStyle::body));
-    button->setFocusPolicy(Qt::TabFocus);
-    return action;
+void EditorToolBar::addButtons() {
+    auto* pretty =
+        new ToolBarButton(tr("Embellecer"), QStringLiteral("text.alignleft"), tr("Formato legible con sangría"));
+    auto* compact = new ToolBarButton(tr("Compactar"), QStringLiteral("arrow.down.right.and.arrow.up.left"),
+                                      tr("Todo en una línea, sin espacios"));
+    connect(pretty, &QToolButton::clicked, this, [this] { model_.format(Preferences::preferredStyle()); });
+    connect(compact, &QToolButton::clicked, this, [this] { model_.format(JSONStyle::compact()); });
+    addWidget(pretty);
+    addWidget(compact);
 }
 
-void EditorToolBar::addExportMenu() {
-    QAction* action =
-        addItem(tr("Exportar"), QStringLiteral("square.and.arrow.up"), tr("Guardar una copia con otro formato"));
-    auto* menu = new QMenu(this);
+void EditorToolBar::addExportButton() {
+    auto* button = new ToolBarButton(tr("Exportar"), QStringLiteral("square.and.arrow.up"),
+                                     tr("Guardar una copia con otro formato"));
+    auto* menu = new QMenu;
     menu->setToolTipsVisible(true);
-    action->setMenu(menu);
-    qobject_cast<QToolButton*>(widgetForAction(action))->setPopupMode(QToolButton::InstantPopup);
+    button->setDropDownMenu(menu);
     // Its items are made when they are asked for first.
     connect(menu, &QMenu::aboutToShow, this, [this, menu] {
         if (menu->isEmpty())
             fillExportMenu(*menu);
     });
+    addWidget(button);
 }
 
 void EditorToolBar::fillExportMenu(QMenu& menu) {

@@ -27,8 +27,8 @@ public:
     QWidget* focusedItem() const;
 
 private:
-    QAction* addItem(const QString& title, const QString& symbol, const QString& toolTip);
-    void addExportMenu();
+    void addButtons();
+    void addExportButton();
     void fillExportMenu(QMenu& menu);
 
     EditorModel& model_;

@@ -194,20 +194,24 @@ QWidget* EditorView::makeTextEditor() {
 
 void EditorView::replaceEditorArea(QWidget* area) {
     QWidget* focused = focusWidget();
-    const bool takesFocus =
-        !focusedItem_ && (!focused || (editorArea_ && (editorArea_ == focused || editorArea_->isAncestorOf(focused))));
-    retireEditorArea();
+    const bool isFocusHere =
+        !focused || (editorArea_ && (editorArea_ == focused || editorArea_->isAncestorOf(focused)));
+    QWidget* before = retireEditorArea();
     layout_->insertWidget(0, area, 1);
+    area->show();
     editorArea_ = area;
-    if (takesFocus)
+    if (isFocusHere && !focusedItem_)
         area->setFocus();
+    if (before) {
+        before->hide();
+        // It may be in the middle of an event of its own.
+        before->deleteLater();
+    }
     Q_EMIT editorAreaChanged();
 }
 
-void EditorView::retireEditorArea() {
-    QWidget* area = editorArea_;
-    if (!area)
-        return;
+/// Takes the place from what is shown, which stays a child of the window until it goes.
+QWidget* EditorView::retireEditorArea() {
     // What the text still becomes, such as by the end of a composition when the focus leaves, reaches neither the
     // document nor the undo manager.
     if (const JSONTextView* editor = textEditor())
@@ -216,11 +220,11 @@ void EditorView::retireEditorArea() {
         treeEditor().setEditing(std::nullopt);
         treeEditor().disconnect(tree);
     }
+    QWidget* area = editorArea_;
     editorArea_ = nullptr;
-    layout_->removeWidget(area);
-    area->hide();
-    // It may be in the middle of an event of its own.
-    area->deleteLater();
+    if (area)
+        layout_->removeWidget(area);
+    return area;
 }
 
 void EditorView::showParseError() {

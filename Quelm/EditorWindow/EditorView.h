@@ -92,7 +92,7 @@ private:
     void rebuildEditorArea();
     void replaceEditorArea(QWidget* area);
     QWidget* makeTextEditor();
-    void retireEditorArea();
+    QWidget* retireEditorArea();
     void showParseError();
     void deliverGoTo();
 

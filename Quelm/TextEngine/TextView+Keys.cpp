@@ -5,26 +5,42 @@
 
 namespace quelm {
 
+namespace {
+
+bool isEditing(const TextKeyMeaning& meaning) {
+    const auto* command = std::get_if<TextCommand>(&meaning);
+    return command ? isEdit(*command) : std::holds_alternative<QString>(meaning);
+}
+
+} // namespace
+
 void TextView::keyPressEvent(QKeyEvent* event) {
     const auto meaning = usedMeaning(*event);
-    event->setAccepted(meaning.has_value());
+    // What cannot be typed at the moment is not meant for whatever is around the text either.
+    event->setAccepted(meaning || isRefused(*event));
     if (meaning)
         perform(*meaning);
+}
+
+/// Whether the key would edit a text that is only read.
+bool TextView::isRefused(const QKeyEvent& event) const {
+    const auto meaning = isReadOnly() ? meaningOf(event) : std::nullopt;
+    return meaning && isEditing(*meaning);
 }
 
 /// What the key means here and now; absent for keys that others may use.
 std::optional<TextKeyMeaning> TextView::usedMeaning(const QKeyEvent& event) const {
     auto meaning = meaningOf(event);
-    if (!meaning)
+    if (!meaning || (isReadOnly() && isEditing(*meaning)))
         return std::nullopt;
     if (const auto* command = std::get_if<TextCommand>(&*meaning)) {
         const bool isZoom =
             *command == TextCommand::zoomIn || *command == TextCommand::zoomOut || *command == TextCommand::resetZoom;
-        if ((isReadOnly() && isEdit(*command)) || (isZoom && !isZoomable_))
+        if (isZoom && !isZoomable_)
             return std::nullopt;
     }
     if (const auto* text = std::get_if<QString>(&*meaning))
-        if (isReadOnly() || (tabChangesFocus_ && *text == u'\t'))
+        if (tabChangesFocus_ && *text == u'\t')
             return std::nullopt;
     return meaning;
 }

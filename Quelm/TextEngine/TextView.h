@@ -198,6 +198,7 @@ private:
 
     // Keys.
     std::optional<TextKeyMeaning> usedMeaning(const QKeyEvent& event) const;
+    bool isRefused(const QKeyEvent& event) const;
     void perform(const TextKeyMeaning& meaning);
     void move(TextMove move);
     void perform(TextCommand command);

@@ -22,7 +22,7 @@ class ClosingTests(EndToEndCase):
 
     def ask_to_close(self):
         self.close_window()
-        question = self.quelm.wait_for_dialog(lambda name: True)
+        question = self.quelm.wait_for_dialog()
         question.wait_for("label", '¿Quieres guardar los cambios de "persona.json"?')
         return question
 

@@ -4,7 +4,7 @@ from support import hands
 from support.case import EndToEndCase
 
 OPENED = b'{\n  "nombre": "Ana",\n  "edad": 41\n}\n'
-EDITED = '{\n  "nombre": "Eva",\n  "ciudad": "Lima",\n  "edad": 41\n}'
+EDITED = '{\n  "nombre": "Eva",\n  "ciudad": "Lima",\n  "edad": 41\n}\n'
 COMPACT = '{"nombre":"Eva","ciudad":"Lima","edad":41}'
 
 
@@ -58,7 +58,7 @@ class StoryTests(EndToEndCase):
         hands.press("ctrl+End")
         hands.type_text("  ]")
         self.wait_for_text(EDITED + "  ]")
-        self.wait_for_label("Línea 5, columna 4: Contenido inesperado después del valor raíz")
+        self.wait_for_label("Línea 6, columna 3: Contenido inesperado después del valor raíz")
 
         error = len(EDITED) + 2
         for go_to_error in (self.click_go_to_error, lambda: self.quelm.choose("JSON", "Ir al error")):

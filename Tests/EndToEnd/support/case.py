@@ -6,9 +6,8 @@ import tempfile
 import unittest
 
 from . import hands
-from .accessible import Element
 from .quelm import Quelm
-from .waiting import Unavailable, wait_until
+from .waiting import wait_until
 
 
 class EndToEndCase(unittest.TestCase):
@@ -81,7 +80,12 @@ class EndToEndCase(unittest.TestCase):
         """The only window is called that for the window manager, where a "*" after the file's marks changes."""
         wait_until(f'the window is called "{title}"', self.quelm.titles, lambda titles: titles == [title])
 
+    def wait_for_title_among(self, title):
+        """One of several windows is called that."""
+        wait_until(f'a window is called "{title}"', self.quelm.titles, lambda titles: title in titles)
+
     def close_window(self):
+        """The one that has the keyboard."""
         hands.press("alt+F4")
 
     # The tree.
@@ -98,14 +102,18 @@ class EndToEndCase(unittest.TestCase):
     def wait_for_selected_row(self, name):
         wait_until(f"the row {name} is selected", lambda: self._row_names("selected"), lambda seen: seen == [name])
 
+    def rows(self, name=None):
+        """Those with that name, or all, as the tree has them now."""
+        rows = [row for tree in self.window.find_all("tree", "Árbol") for row in tree.children()]
+        return [row for row in rows if name is None or row.name == name]
+
     def _row_names(self, state="showing"):
-        rows = self.window.find_all("tree", "Árbol")[0].children()
-        return [row.name for row in rows if row.is_(state)]
+        return [row.name for row in self.rows() if row.is_(state)]
 
     def wait_for_field(self, name):
         """The field that a key or a value is typed into, once it has the keyboard."""
         def look():
-            return [text for row in self.window.find_all("tree", "Árbol")[0].children() for text in _fields(row, name)]
+            return [text for row in self.rows() if row.child_count() for text in row.find_all("text", name)]
 
         return wait_until(f'there is a field "{name}"', look)[0].wait_until_it_is("focused")
 
@@ -149,10 +157,3 @@ class EndToEndCase(unittest.TestCase):
                 file.write(quelm.log_text())
                 file.write("\n".join(quelm.outline()) + "\n")
         print(f"what was seen: {name}.png, {name}.txt")
-
-
-def _fields(row: Element, name):
-    try:
-        return row.find_all("text", name) if row.child_count() else []
-    except Unavailable:
-        return []

@@ -1,11 +1,14 @@
 """The program under test: started on the desktop, and what can be said of it from outside."""
 
 import os
+from subprocess import CalledProcessError
 
 from . import hands
 from .accessible import application_of
 from .desktop import run
 from .waiting import Unavailable, wait_until
+
+_DIALOGS = ("dialog", "alert")
 
 
 class Quelm:
@@ -37,37 +40,81 @@ class Quelm:
         frame = self.application.wait_for("frame", name)
         return frame.wait_until_it_is("active")
 
-    def wait_for_dialog(self, name):
-        """Likewise a dialog or an alert; `name` is a text, or a condition on it."""
-        def look():
-            application = self.application
-            return [each for role in ("dialog", "alert") for each in application.find_all(role, name)]
+    def wait_for_dialog(self, name=None):
+        """Likewise a dialog or an alert, whatever it is called if no name is given."""
+        return self._wait_for_top_level(f'dialog "{name}"', lambda each: each.role in _DIALOGS, name)
 
-        dialog = wait_until(f'there is a dialog "{name}"', look)[0]
-        return dialog.wait_until_it_is("active")
+    def wait_for_any_window(self, name):
+        """Likewise, of whatever kind it is."""
+        return self._wait_for_top_level(f'window "{name}"', lambda each: True, name)
+
+    def _wait_for_top_level(self, what, is_of_kind, name):
+        def look():
+            windows = self.application.children()
+            return [each for each in windows if is_of_kind(each) and (name is None or each.name == name)]
+
+        return wait_until(f"there is a {what}", look)[0].wait_until_it_is("active")
 
     def titles(self):
         """As the window manager knows them."""
-        found = run("xdotool", "search", "--onlyvisible", "--all", "--pid", str(self.pid), "--name", "..*")
-        return [run("xdotool", "getwindowname", window).decode().strip() for window in found.decode().split()]
+        def title(window):
+            try:
+                return run("xdotool", "getwindowname", window).decode().strip()
+            except CalledProcessError:
+                raise Unavailable(f"window {window}") from None
+
+        return [title(window) for window in _windows(self.pid, "--name", ".")]
+
+    def choose_in_popup(self, open_it, place, count):
+        """For a menu that no accessible object leads to: clicks one of its `count` items of equal height, counted from
+        0, in the pop-up window that `open_it` opens."""
+        before = set(_windows(self.pid))
+        open_it()
+        window, = wait_until("a pop-up window is open", lambda: set(_windows(self.pid)) - before)
+        answer = run("xdotool", "getwindowgeometry", "--shell", window).decode()
+        at = {name: int(value) for name, value in (line.split("=") for line in answer.split())}
+        hands.click_at(at["X"] + at["WIDTH"] // 2, at["Y"] + at["HEIGHT"] * (2 * place + 1) // (2 * count))
 
     def choose(self, *path):
         """Opens the menus and clicks the item, such as "JSON", "Ir a línea…"."""
         menu, *items = path
         hands.click(self.application.wait_for("menu bar").wait_for("menu item", menu))
         for name in items:
-            popup = wait_until(f"the menu with {name} is open", lambda: self._open_menu_with(name))
-            hands.click(popup.wait_for("menu item", name).wait_until_it_is("enabled"))
+            hands.click(self.wait_for_menu_item(name))
 
-    def _open_menu_with(self, name):
-        menus = self.application.find_all("popup menu")
-        return next((menu for menu in menus if menu.find_all("menu item", name)), None)
+    def wait_for_menu_item(self, name):
+        """In whichever menu is open, once it can be chosen."""
+        def look():
+            menus = self.application.find_all("popup menu")
+            return [item for menu in menus for item in menu.find_all("menu item", name)]
+
+        return wait_until(f"a menu with {name} is open", look)[0].wait_until_it_is("enabled")
+
+    def find_dialogs(self):
+        """Those that there are now; none when it has ended."""
+        try:
+            return [each for each in application_of(self.pid).children() if each.role in _DIALOGS]
+        except Unavailable:
+            return []
+
+    def exit_status(self):
+        """Absent while it runs."""
+        return self._server.exit_status()
 
     def wait_until_ended(self):
         """Returns the exit status, and leaves no process of the program behind."""
         status = wait_until("the program has ended", self._server.exit_status, lambda seen: seen is not None)
         wait_until("nothing of the program runs", lambda: _processes_of_group(self.pid), lambda found: not found)
         return status
+
+
+def _windows(pid, *conditions):
+    """The ids of those on the screen that satisfy all the conditions."""
+    try:
+        return run("xdotool", "search", "--onlyvisible", "--all", "--pid", str(pid), *conditions).decode().split()
+    except CalledProcessError:
+        # None, or one that has just gone.
+        return []
 
 
 def _processes_of_group(group):

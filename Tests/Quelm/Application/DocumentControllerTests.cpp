@@ -8,8 +8,6 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QLineEdit>
-#include <QMenu>
-#include <QMenuBar>
 #include <QMessageBox>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -203,18 +201,6 @@ TEST_F(DocumentControllerTests, TheOpenDialogStartsInTheFolderOfTheDocument) {
     EXPECT_EQ(dialog->directory().absolutePath(), QFileInfo(folder.path(QStringLiteral("a.json"))).absolutePath());
     EXPECT_EQ(dialog->fileMode(), QFileDialog::ExistingFiles);
     dialog->close();
-}
-
-TEST_F(DocumentControllerTests, TheFileMenuHasItsItemsAndShortcuts) {
-    controller.newDocument();
-    const QMenu* menu = window()->menuBar()->actions().front()->menu();
-    EXPECT_EQ(menu->title().remove(u'&'), QStringLiteral("Archivo"));
-    QStringList items;
-    for (const QAction* action : menu->actions())
-        if (!action->isSeparator())
-            items += action->text().remove(u'&') + u' ' + action->shortcut().toString(QKeySequence::PortableText);
-    EXPECT_EQ(items, QStringList({QStringLiteral("Abrir… Ctrl+O"), QStringLiteral("Guardar Ctrl+S"),
-                                  QStringLiteral("Guardar como… Ctrl+Shift+S"), QStringLiteral("Salir Ctrl+Q")}));
 }
 
 TEST_F(DocumentControllerTests, QuittingClosesEveryWindow) {

@@ -130,6 +130,64 @@ TEST_F(EditMenuTests, ATextThatIsOnlyReadIsCopiedAndSelected) {
     EXPECT_THAT(openedItems(), testing::ElementsAre("Copiar", "Seleccionar todo"));
 }
 
+TEST_F(EditMenuTests, ItemsThatKeysReachFollowWhetherTheTextIsOnlyRead) {
+    QTest::keyClicks(view, QStringLiteral("uno"));
+    view->selectAll();
+    const auto expectEnabled = [this](bool isEnabled) {
+        for (const char* title : {"Deshacer", "Rehacer", "Cortar", "Pegar", "Eliminar"})
+            EXPECT_EQ(item(title)->isEnabled(), isEnabled) << title;
+        EXPECT_TRUE(item("Copiar")->isEnabled());
+        EXPECT_TRUE(item("Seleccionar")->isEnabled());
+    };
+    expectEnabled(true);
+    view->setReadOnly(true);
+    expectEnabled(false);
+    QGuiApplication::clipboard()->setText(QStringLiteral("x"));
+    for (const auto key : {Qt::Key_Z, Qt::Key_Y, Qt::Key_X, Qt::Key_V})
+        QTest::keyClick(view, key, Qt::ControlModifier);
+    EXPECT_EQ(text(), QStringLiteral("uno"));
+    QTest::keyClick(view, Qt::Key_C, Qt::ControlModifier);
+    EXPECT_EQ(QGuiApplication::clipboard()->text(), QStringLiteral("uno"));
+    view->setReadOnly(false);
+    expectEnabled(true);
+
+    field->setFocus();
+    view->setReadOnly(true);
+    EXPECT_TRUE(item("Pegar")->isEnabled()) << "the field can be pasted into";
+    view->setFocus();
+    expectEnabled(false);
+}
+
+TEST_F(EditMenuTests, AnOpenMenuFollowsWhetherTheTextIsOnlyRead) {
+    QTest::keyClicks(view, QStringLiteral("uno"));
+    view->selectAll();
+    menu()->popup(window->mapToGlobal(QPoint(0, 0)));
+    EXPECT_TRUE(item("Eliminar")->isEnabled());
+    EXPECT_FALSE(item("Rehacer")->isEnabled());
+    view->setReadOnly(true);
+    EXPECT_FALSE(item("Eliminar")->isEnabled());
+    QTest::mouseClick(menu(), Qt::LeftButton, {}, menu()->actionGeometry(item("Eliminar")).center());
+    EXPECT_EQ(text(), QStringLiteral("uno"));
+    view->setReadOnly(false);
+    EXPECT_TRUE(item("Eliminar")->isEnabled());
+    EXPECT_FALSE(item("Rehacer")->isEnabled()) << "as an open menu shows it";
+    QTest::keyClick(menu(), Qt::Key_Escape);
+}
+
+TEST_F(EditMenuTests, SuspendedStepsCannotBeUndone) {
+    tree->setFocus();
+    bool isUndone = false;
+    steps.registerUndo<QObject>(window.get(), [&isUndone](QObject&) { isUndone = true; });
+    EXPECT_TRUE(item("Deshacer")->isEnabled());
+    steps.setSuspended(true);
+    EXPECT_FALSE(item("Deshacer")->isEnabled());
+    QTest::keyClick(tree, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_FALSE(isUndone);
+    steps.setSuspended(false);
+    QTest::keyClick(tree, Qt::Key_Z, Qt::ControlModifier);
+    EXPECT_TRUE(isUndone);
+}
+
 TEST_F(EditMenuTests, TheTitlesFollowTheStepsAndTheFocus) {
     QTest::keyClicks(view, QStringLiteral("uno"));
     EXPECT_NE(item("Deshacer Escribir"), nullptr);

@@ -39,7 +39,7 @@ protected:
         window->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(window));
     }
-    TreeView* tree() const { return qobject_cast<TreeView*>(window->centralWidget()); }
+    TreeView* tree() const { return window->treeView(); }
     /// Opens the field of a row and types into it, in place of what was there.
     void typeIntoRow(std::int64_t row, const char* text) {
         TreeEditor& editor = window->treeEditor();
@@ -170,7 +170,7 @@ TEST_F(OpenFieldTests, AWindowMayGoWithAFieldAMenuOrAnAlertOpen) {
     EXPECT_TRUE(closes());
 
     open("[1, 2]");
-    Q_EMIT window->failed(QStringLiteral("Algo falló.\nPor algo."));
+    window->model().setErrorMessage(QStringLiteral("Algo falló.\nPor algo."));
     ASSERT_NE(question(), nullptr);
     window->close();
     EXPECT_TRUE(closes());

@@ -36,7 +36,7 @@ protected:
         ASSERT_TRUE(QTest::qWaitForWindowActive(window));
         ASSERT_EQ(window->focusWidget(), tree());
     }
-    TreeView* tree() const { return qobject_cast<TreeView*>(window->centralWidget()); }
+    TreeView* tree() const { return window->treeView(); }
     TreeEditor& editor() const { return window->treeEditor(); }
     void selectRow(std::int64_t row) { editor().select(editor().outline().rowID(row)); }
     std::int64_t selectedRow() const { return editor().outline().index(editor().selection().value()).value_or(-1); }
@@ -148,8 +148,9 @@ TEST_F(TreeEditMenuTests, PastingWhatIsNotJSONIsToldWithItsPlaceAndChangesNothin
     auto* alert = window->findChild<QMessageBox*>();
     ASSERT_NE(alert, nullptr);
     EXPECT_TRUE(alert->isVisible());
-    EXPECT_EQ(alert->text(), QStringLiteral("El portapapeles no contiene JSON válido."));
-    EXPECT_EQ(alert->informativeText(), QStringLiteral("Línea 2, columna 4: Se esperaba ',' o ']'"));
+    EXPECT_EQ(alert->text(), QStringLiteral("No se pudo completar"));
+    EXPECT_EQ(alert->informativeText(),
+              QStringLiteral("El portapapeles no contiene JSON válido.\nLínea 2, columna 4: Se esperaba ',' o ']'"));
     EXPECT_EQ(json(), "[1]");
     EXPECT_FALSE(window->undoManager().canUndo());
     QTest::mouseClick(alert->button(QMessageBox::Ok), Qt::LeftButton);

@@ -70,9 +70,7 @@ protected:
         model->validateShownText();
     }
 
-    void attachTextBuffer() {
-        document->attachTextBuffer(std::make_shared<TextStorage>(*document->content().text));
-    }
+    void attachTextBuffer() { document->attachTextBuffer(std::make_shared<TextStorage>(*document->content().text)); }
 
     /// Replaces the text as a user would.
     void type(std::string_view text) {
@@ -82,9 +80,7 @@ protected:
     }
 
     std::string shownText() const { return std::string(document->textBuffer()->text().contiguous().view()); }
-    std::string savedText() const {
-        return std::string(JSONDocument::fileContents(document->snapshot()).view());
-    }
+    std::string savedText() const { return std::string(JSONDocument::fileContents(document->snapshot()).view()); }
 
     /// Lets the operation come to its end.
     void wait() {

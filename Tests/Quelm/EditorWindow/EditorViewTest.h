@@ -79,26 +79,22 @@ protected:
         return std::string(JSONDocument::fileContents(window->document().snapshot()).view());
     }
 
-    QToolButton* segment(const QString& title) const {
-        for (QToolButton* button : window->modePicker().findChildren<QToolButton*>())
-            if (button->text() == title)
-                return button;
-        return nullptr;
-    }
-    QAction* item(const QString& title) const {
-        for (QAction* action : window->toolBar().actions())
-            if (action->text() == title)
-                return action;
-        return nullptr;
-    }
-    QToolButton* button(const QString& title) const {
-        return qobject_cast<QToolButton*>(window->toolBar().widgetForAction(item(title)));
-    }
+    QToolButton* segment(const QString& title) const { return buttonIn(window->modePicker(), title); }
+    QToolButton* button(const QString& title) const { return buttonIn(window->toolBar(), title); }
     static void click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
     bool finishOperation() {
         return QTest::qWaitFor([this] { return !window->model().isBusy(); });
     }
 
+private:
+    static QToolButton* buttonIn(const QWidget& bar, const QString& title) {
+        for (QToolButton* button : bar.findChildren<QToolButton*>())
+            if (button->text() == title)
+                return button;
+        return nullptr;
+    }
+
+protected:
     TemporaryPreferences preferences;
     FakeClock clock;
     std::unique_ptr<EditorView> window;

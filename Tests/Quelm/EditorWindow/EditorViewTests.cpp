@@ -289,14 +289,14 @@ TEST_F(EditorViewTests, ALockKeepsTheDocumentAsItIsUntilItEnds) {
     EXPECT_EQ(shownText(), QStringLiteral(" [1]"));
     EXPECT_FALSE(window->undoManager().canUndo());
     EXPECT_TRUE(window->treeEditor().isReadOnly());
-    EXPECT_FALSE(item(QStringLiteral("Embellecer"))->isEnabled());
+    EXPECT_FALSE(button(QStringLiteral("Embellecer"))->isEnabled());
     EXPECT_FALSE(window->modePicker().isEnabled());
 
     window->setEditingLocked(false);
     QTest::keyClicks(&textView(), QStringLiteral("x"));
     EXPECT_EQ(shownText(), QStringLiteral(" x[1]"));
     EXPECT_TRUE(window->undoManager().canUndo());
-    EXPECT_TRUE(item(QStringLiteral("Embellecer"))->isEnabled());
+    EXPECT_TRUE(button(QStringLiteral("Embellecer"))->isEnabled());
 }
 
 TEST_F(EditorViewTests, ALockOutlastsAnOperationThatEndsMeanwhile) {

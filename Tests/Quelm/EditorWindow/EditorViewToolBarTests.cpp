@@ -12,7 +12,7 @@ class EditorViewToolBarTests : public EditorViewTest {
 protected:
     QMenu& openExportMenu() {
         click(button(QStringLiteral("Exportar")));
-        return *item(QStringLiteral("Exportar"))->menu();
+        return *button(QStringLiteral("Exportar"))->menu();
     }
     static QAction* itemOf(const QMenu& menu, const QString& title) {
         for (QAction* action : menu.actions())
@@ -26,15 +26,15 @@ TEST_F(EditorViewToolBarTests, ItHasThePickerTwoButtonsAndAMenuInThisOrder) {
     show("[1]");
     QStringList titles;
     for (const QAction* action : window->toolBar().actions())
-        if (!action->isSeparator() && !action->text().isEmpty())
-            titles.append(action->text());
+        if (const auto* item = qobject_cast<QToolButton*>(window->toolBar().widgetForAction(action)))
+            titles.append(item->text());
     EXPECT_EQ(titles,
               QStringList({QStringLiteral("Embellecer"), QStringLiteral("Compactar"), QStringLiteral("Exportar")}));
     EXPECT_EQ(window->modePicker().accessibleName(), QStringLiteral("Modo"));
-    EXPECT_LT(window->modePicker().x(), button(QStringLiteral("Embellecer"))->x());
-    EXPECT_EQ(item(QStringLiteral("Compactar"))->toolTip(), QStringLiteral("Todo en una línea, sin espacios"));
+    EXPECT_LT(window->modePicker().x(), button(titles[0])->x());
+    EXPECT_EQ(button(QStringLiteral("Compactar"))->toolTip(), QStringLiteral("Todo en una línea, sin espacios"));
     for (const QString& title : titles)
-        EXPECT_FALSE(item(title)->icon().isNull());
+        EXPECT_FALSE(button(title)->toolTip().isEmpty());
 }
 
 TEST_F(EditorViewToolBarTests, ItCannotBeMovedOrHidden) {
@@ -178,11 +178,27 @@ TEST_F(EditorViewToolBarTests, TheMenuExportsACopyInEitherStyle) {
     EXPECT_EQ(exported.count(), 3);
 }
 
+TEST_F(EditorViewToolBarTests, KeysOpenTheMenuAndPressTheButtons) {
+    showAsText("[1, 2]");
+    QToolButton* exporting = button(QStringLiteral("Exportar"));
+    for (const Qt::Key key : {Qt::Key_Space, Qt::Key_Return, Qt::Key_Down}) {
+        QTest::keyClick(exporting, key);
+        EXPECT_TRUE(exporting->menu()->isVisible());
+        EXPECT_TRUE(exporting->isDown());
+        QTest::keyClick(exporting->menu(), Qt::Key_Escape);
+        EXPECT_FALSE(exporting->menu()->isVisible());
+        EXPECT_FALSE(exporting->isDown());
+    }
+    QTest::keyClick(button(QStringLiteral("Compactar")), Qt::Key_Return);
+    ASSERT_TRUE(finishOperation());
+    EXPECT_EQ(shownText(), QStringLiteral("[1,2]"));
+}
+
 TEST_F(EditorViewToolBarTests, ItsItemsCanBeUsedForTextThatIsNotJSON) {
     show("[1,");
     ASSERT_NE(text(), nullptr);
     for (const QString& title : {QStringLiteral("Embellecer"), QStringLiteral("Compactar"), QStringLiteral("Exportar")})
-        EXPECT_TRUE(item(title)->isEnabled());
+        EXPECT_TRUE(button(title)->isEnabled());
     EXPECT_TRUE(window->modePicker().isEnabled());
 }
 

@@ -49,6 +49,11 @@ TEST_P(SemanticColorsTests, TextsCanBeReadOnEveryBackgroundOfARow) {
                 << static_cast<int>(role) << " on " << background.name().toStdString();
 }
 
+TEST_P(SemanticColorsTests, TextsCanBeReadOnAWindow) {
+    for (const ColorRole role : readableRoles)
+        EXPECT_GE(contrast(color(role), color(ColorRole::windowBackground)), 4.5) << static_cast<int>(role);
+}
+
 TEST_P(SemanticColorsTests, SelectedTextCanBeReadAndStandsOutFromASelectedRow) {
     const QColor base = color(ColorRole::contentBackground);
     const QColor selected = over(color(ColorRole::textSelection), base);

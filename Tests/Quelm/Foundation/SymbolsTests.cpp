@@ -7,7 +7,25 @@
 namespace quelm {
 namespace {
 
-constexpr std::array names{"chevron.right", "exclamationmark.triangle.fill", "info.circle", "xmark.octagon.fill"};
+constexpr std::array names{"arrow.down.right.and.arrow.up.left",
+                           "checkmark.circle.fill",
+                           "chevron.down",
+                           "chevron.right",
+                           "chevron.up",
+                           "circle.dashed",
+                           "curlybraces",
+                           "exclamationmark.triangle.fill",
+                           "info.circle",
+                           "list.bullet.indent",
+                           "magnifyingglass",
+                           "pencil.line",
+                           "repeat",
+                           "square.and.arrow.up",
+                           "text.alignleft",
+                           "textformat",
+                           "trash",
+                           "xmark",
+                           "xmark.octagon.fill"};
 
 QImage painted(const QString& name, double ratio, double degrees = 0) {
     QImage image(QSize(16, 16) * ratio, QImage::Format_ARGB32_Premultiplied);
@@ -43,6 +61,15 @@ TEST(SymbolsTests, ASymbolIsRenderedAtTheDevicesOwnPixels) {
         const QImage image = painted(QStringLiteral("xmark.octagon.fill"), ratio);
         EXPECT_NE(image, small.scaled(image.size())) << ratio;
         EXPECT_GT(opaquePixels(image), opaquePixels(small) * ratio * ratio * 0.9) << ratio;
+    }
+}
+
+TEST(SymbolsTests, StraightStrokesAreCrispAtTwoPixelsAPoint) {
+    const QImage image = painted(QStringLiteral("text.alignleft"), 2);
+    const int middle = 10;
+    for (int y = 0; y < image.height(); ++y) {
+        const int alpha = qAlpha(image.pixel(middle, y));
+        EXPECT_TRUE(alpha == 0 || alpha == 255) << y << ": " << alpha;
     }
 }
 

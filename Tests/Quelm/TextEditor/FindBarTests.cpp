@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QInputMethodEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
@@ -420,6 +421,78 @@ TEST_F(FindBarTests, ReplacesNothingInATextThatIsOnlyRead) {
     press(Qt::Key_Return, Qt::ControlModifier);
     QTest::qWait(20);
     EXPECT_EQ(text(), "uno");
+}
+
+TEST_F(FindBarTests, FindsAndDoesNotReplaceWhileTheTextIsOnlyRead) {
+    open("uno dos uno");
+    openFind();
+    press(Qt::Key_H, Qt::ControlModifier);
+    searchField()->setFocus();
+    type(QStringLiteral("uno"));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return count() == QStringLiteral("1 de 2"); }, patience));
+    auto* replaceButton = control<QPushButton>("Reemplazar");
+    auto* replaceAllButton = control<QPushButton>("Reemplazar todo");
+    EXPECT_TRUE(replaceButton->isEnabled());
+    EXPECT_TRUE(replaceAllButton->isEnabled());
+
+    view->setReadOnly(true);
+    EXPECT_FALSE(replaceButton->isEnabled());
+    EXPECT_FALSE(replaceAllButton->isEnabled());
+    click("Siguiente");
+    ASSERT_TRUE(QTest::qWaitFor([this] { return count() == QStringLiteral("2 de 2"); }, patience));
+    EXPECT_EQ(view->selectedRange(), (TextRange{8, 3}));
+    click("Reemplazar");
+    click("Reemplazar todo");
+    replaceField()->setFocus();
+    press(Qt::Key_Return);
+    press(Qt::Key_Return, Qt::ControlModifier);
+    QTest::qWait(20);
+    EXPECT_EQ(text(), "uno dos uno");
+
+    view->setReadOnly(false);
+    EXPECT_TRUE(replaceButton->isEnabled());
+    press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_TRUE(waitForStatus(QStringLiteral("2 reemplazos")));
+    EXPECT_EQ(text(), " dos ");
+}
+
+TEST_F(FindBarTests, AReplacementUnderWayEndsWhenTheTextBecomesReadOnly) {
+    std::string longText;
+    for (int row = 0; row < 600'000; ++row)
+        longText += "\"valor\": [\"valor\"], ";
+    open(longText);
+    press(Qt::Key_H, Qt::ControlModifier);
+    searchField()->setFocus();
+    paste(QStringLiteral("valor"));
+    replaceField()->setFocus();
+    type(QStringLiteral("x"));
+    press(Qt::Key_Return, Qt::ControlModifier);
+    ASSERT_EQ(status(), QStringLiteral("Reemplazando…"));
+    view->setReadOnly(true);
+    EXPECT_EQ(status(), QStringLiteral("Reemplazo cancelado"));
+    EXPECT_FALSE(control<QPushButton>("Reemplazar todo")->isEnabled());
+    view->setReadOnly(false);
+    QTest::qWait(50);
+    EXPECT_EQ(text(), longText);
+    EXPECT_FALSE(undoManager.canUndo());
+
+    press(Qt::Key_Return, Qt::ControlModifier);
+    EXPECT_TRUE(waitForStatus(QStringLiteral("1.200.000 reemplazos")));
+}
+
+TEST_F(FindBarTests, AReplacementThatFindsTheTextLockedByItsOwnCompositionEnds) {
+    open("uno uno");
+    press(Qt::Key_H, Qt::ControlModifier);
+    searchField()->setFocus();
+    type(QStringLiteral("uno"));
+    ASSERT_TRUE(QTest::qWaitFor([this] { return count() == QStringLiteral("1 de 2"); }, patience));
+    replaceField()->setFocus();
+    press(Qt::Key_Return, Qt::ControlModifier);
+    QInputMethodEvent composing(QStringLiteral("ni"), {});
+    QApplication::sendEvent(view, &composing);
+    QObject::connect(view, &TextView::textDidChange, view, [this] { view->setReadOnly(true); });
+    ASSERT_TRUE(waitForStatus(QStringLiteral("Reemplazo cancelado")));
+    EXPECT_EQ(QString::fromStdString(text()).remove(QStringLiteral("ni")), QStringLiteral(" uno"));
 }
 
 TEST_F(FindBarTests, StaysResponsiveInALongText) {

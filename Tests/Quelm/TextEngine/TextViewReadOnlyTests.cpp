@@ -52,7 +52,7 @@ protected:
 
 TEST_F(TextViewReadOnlyTests, NoKeyThatEditsDoesAnything) {
     openReadOnly(QStringLiteral("uno d^o|s\n  tres"));
-    type(QStringLiteral("x ñ"));
+    type(QStringLiteral("x y"));
     for (const auto key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Tab, Qt::Key_Backspace, Qt::Key_Delete}) {
         press(key);
         press(key, Qt::ControlModifier);
@@ -86,8 +86,7 @@ TEST_F(TextViewReadOnlyTests, StepsAreNeitherUndoneNorDoneAgain) {
 
 TEST_F(TextViewReadOnlyTests, TabStaysInTheText) {
     open(QStringLiteral("a|b"));
-    auto* other = new QLineEdit(window.get());
-    other->show();
+    (new QLineEdit(window.get()))->show();
     view->setReadOnly(true);
     press(Qt::Key_Tab);
     EXPECT_TRUE(view->hasFocus());

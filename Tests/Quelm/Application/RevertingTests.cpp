@@ -1,0 +1,167 @@
+#include "Quelm/Application/DocumentController.h"
+#include "Quelm/Application/WindowMenus.h"
+#include "Quelm/TextEditor/JSONTextView.h"
+#include "Quelm/TextEngine/TextView.h"
+#include "Tests/Quelm/Support/Printing.h"
+#include "Tests/Quelm/Support/TemporaryPreferences.h"
+#include "Tests/Quelm/Support/TestDocuments.h"
+
+#include <QAbstractButton>
+#include <QMessageBox>
+#include <QPointer>
+#include <QTest>
+
+#include <algorithm>
+#include <gtest/gtest.h>
+
+#ifdef Q_OS_UNIX
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#endif
+
+// Giving the changes of a document up for what its file holds.
+
+namespace quelm {
+namespace {
+
+class RevertingTests : public testing::Test {
+protected:
+    /// A window with the text "[1" and an "x" typed before it.
+    void openAndType() {
+        path = folder.write(QStringLiteral("notas.json"), "[1");
+        controller.open(path);
+        ASSERT_TRUE(QTest::qWaitFor([this] {
+            return !controller.windows().empty() && !controller.windows().front()->isOpening() &&
+                   controller.windows().front()->isVisible();
+        }));
+        window = controller.windows().front();
+        view().setSelectedRange({0, 0});
+        type(Qt::Key_X);
+        ASSERT_TRUE(window->document().isModified());
+    }
+    TextView& view() const { return window->textEditor()->textView(); }
+    void type(Qt::Key key) { QTest::keyClick(&view(), key); }
+    std::string text() const { return std::string(window->document().snapshot().text->contiguous().view()); }
+
+    QMessageBox* box() const {
+        const auto boxes = window ? window->findChildren<QMessageBox*>() : QList<QMessageBox*>();
+        const auto shown = std::ranges::find_if(boxes, &QWidget::isVisible);
+        return shown == boxes.end() ? nullptr : *shown;
+    }
+    void answer(const char* title) {
+        ASSERT_NE(box(), nullptr);
+        const auto buttons = box()->buttons();
+        const auto button = std::ranges::find(buttons, QString::fromUtf8(title), &QAbstractButton::text);
+        ASSERT_NE(button, buttons.end());
+        QTest::mouseClick(*button, Qt::LeftButton);
+    }
+    bool isReverted() const {
+        return QTest::qWaitFor([this] { return !window->document().isModified(); });
+    }
+
+    TemporaryPreferences preferences;
+    TemporaryFolder folder;
+    QString path;
+    DocumentController controller{[this](EditorView& view) { addWindowMenus(view, controller); }};
+    QPointer<EditorView> window;
+};
+
+TEST_F(RevertingTests, AsksFirstAndChangesNothingWhenRefused) {
+    openAndType();
+    controller.revert(*window);
+    ASSERT_NE(box(), nullptr);
+    EXPECT_EQ(box()->text(), QStringLiteral("¿Quieres descartar los cambios de \"notas.json\"?"));
+    QTest::keyClick(box(), Qt::Key_Escape);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !box(); }));
+    EXPECT_EQ(text(), "x[1");
+    EXPECT_FALSE(view().isReadOnly());
+}
+
+TEST_F(RevertingTests, ShowsWhatTheFileHoldsNowWithoutStepsOfBefore) {
+    openAndType();
+    folder.write(QStringLiteral("notas.json"), "[2]");
+    controller.revert(*window);
+    answer("Descartar");
+    EXPECT_TRUE(isReverted());
+    EXPECT_EQ(window->document().mode(), EditorMode::tree);
+    EXPECT_EQ(window->treeEditor().outline().rowCount(), 2);
+    EXPECT_FALSE(window->treeEditor().isReadOnly());
+    EXPECT_FALSE(window->undoManager().canUndo());
+    EXPECT_EQ(TemporaryFolder::contents(path), "[2]");
+}
+
+TEST_F(RevertingTests, NothingIsAskedOfAnUnchangedDocument) {
+    openAndType();
+    window->undoManager().undo();
+    controller.revert(*window);
+    EXPECT_EQ(box(), nullptr);
+}
+
+TEST_F(RevertingTests, LosesNothingWhenTheFileCannotBeRead) {
+    openAndType();
+    ASSERT_TRUE(QFile::remove(path));
+    controller.revert(*window);
+    answer("Descartar");
+    ASSERT_TRUE(QTest::qWaitFor(
+        [this] { return box() && box()->informativeText() == QStringLiteral("El archivo no existe."); }));
+    EXPECT_EQ(box()->text(), QStringLiteral("No se pudo volver a leer «notas.json»."));
+    EXPECT_EQ(text(), "x[1");
+    EXPECT_TRUE(window->document().isModified());
+    EXPECT_TRUE(window->undoManager().canUndo());
+    EXPECT_FALSE(view().isReadOnly());
+}
+
+#ifdef Q_OS_UNIX
+
+/// The file is read from a pipe into which the test writes when it wants to.
+class SlowRevertingTests : public RevertingTests {
+protected:
+    void startReverting() {
+        openAndType();
+        ASSERT_TRUE(QFile::remove(path));
+        ASSERT_EQ(mkfifo(qUtf8Printable(path), 0600), 0);
+        controller.revert(*window);
+        answer("Descartar");
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !box(); }));
+    }
+    void letItBeRead(std::string_view bytes) {
+        const int writer = ::open(qUtf8Printable(path), O_WRONLY);
+        ASSERT_EQ(::write(writer, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+        ::close(writer);
+    }
+};
+
+TEST_F(SlowRevertingTests, MeanwhileTheDocumentIsNotEditedNorSaved) {
+    startReverting();
+    EXPECT_TRUE(view().isReadOnly());
+    type(Qt::Key_Y);
+    EXPECT_EQ(text(), "x[1");
+    EXPECT_FALSE(window->undoManager().canUndo());
+    controller.save(*window);
+    letItBeRead("[3,");
+    EXPECT_TRUE(isReverted());
+    EXPECT_EQ(text(), "[3,");
+    EXPECT_FALSE(view().isReadOnly());
+}
+
+TEST_F(SlowRevertingTests, MeanwhileTheWindowCanBeClosed) {
+    startReverting();
+    window->close();
+    answer("No guardar");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !window; }));
+    letItBeRead("[3,");
+}
+
+TEST_F(SlowRevertingTests, AQuestionAboutChangesThatAreGoneIsSettled) {
+    startReverting();
+    window->close();
+    ASSERT_NE(box(), nullptr);
+    letItBeRead("[3,");
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !window; }));
+}
+
+#endif
+
+} // namespace
+} // namespace quelm
