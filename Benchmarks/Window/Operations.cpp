@@ -9,6 +9,7 @@
 
 #include <QKeyEvent>
 #include <QTemporaryDir>
+#include <QThreadPool>
 
 #include <cstdio>
 
@@ -94,6 +95,9 @@ private:
 
     void measure(const std::string& operation, const std::function<void()>& request,
                  const std::function<bool()>& isDone) {
+        // What the operation before has let go of is none of this one's.
+        QThreadPool::globalInstance()->waitForDone();
+        processmemory::returnFreeMemory();
         processmemory::restartPeak();
         window_->measure(samplesOf(operation), request, isDone);
         require(!model().errorMessage(), "the operation succeeds");
@@ -110,6 +114,7 @@ private:
         require(undoManager().canUndo(), "a formatting can be undone");
         measure("undo-" + operation, [this] { undoManager().undo(); }, [] { return true; });
         measure("redo-" + operation, [this] { undoManager().redo(); }, [] { return true; });
+        undoManager().removeAllActions();
     }
 
     /// A blank before everything, up to the result of the validation.
@@ -138,11 +143,9 @@ private:
         measure(
             operation,
             [&] {
-                model().prepareExport(style);
-                const auto document = model().export_();
-                require(document != nullptr, "there is something to export");
-                model().setExport(nullptr);
-                model().writeExport(document, folder_.filePath(QStringLiteral("copia.json")));
+                // Without the dialog that would ask for the file.
+                auto document = std::make_shared<const ExportDocument>(window_->view().document().snapshot(), style);
+                model().writeExport(std::move(document), folder_.filePath(QStringLiteral("copia.json")));
             },
             [this] { return !model().isExporting(); });
     }

@@ -13,7 +13,7 @@ namespace quelm {
 
 namespace {
 
-/// The few texts of dialogs that Qt's own Spanish translation lacks.
+/// The few texts of dialogs that Qt's own Spanish translation lacks, and names of keys that nobody calls so.
 class MissingTranslations : public QTranslator {
 public:
     using QTranslator::QTranslator;
@@ -33,7 +33,7 @@ private:
         std::string_view source;
         const char* spanish;
     };
-    static constexpr std::array<Text, 12> texts{{
+    static constexpr std::array<Text, 14> texts{{
         {"QAbstractFileIconProvider", "Alias", "Alias"},
         {"QAbstractFileIconProvider", "Drive", "Unidad"},
         {"QAbstractFileIconProvider", "File", "Archivo"},
@@ -44,7 +44,10 @@ private:
         {"QAbstractFileIconProvider", "Unknown", "Desconocido"},
         {"QStandardPaths", "Public", "Público"},
         {"QStandardPaths", "Templates", "Plantillas"},
+        // As the keys are labelled.
         {"QShortcut", "Ctrl", "Ctrl"},
+        {"QShortcut", "Del", "Supr"},
+        {"QShortcut", "Return", "Intro"},
         {"QShortcut", "Shift", "Mayús"},
     }};
 };

@@ -19,6 +19,8 @@ int OwnStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidge
 
 void OwnStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* option, QPainter* painter,
                              const QWidget* widget) const {
+    if (element == PE_IndicatorToolBarSeparator)
+        return drawToolBarSeparator(*option, *painter);
     QProxyStyle::drawPrimitive(element, option, painter, widget);
     if (element != PE_PanelMenu)
         return;
@@ -31,6 +33,8 @@ void OwnStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* optio
 
 void OwnStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                            const QWidget* widget) const {
+    if (element == CE_ToolBar)
+        return drawToolBar(*option, *painter);
     const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
     const bool isLine =
         element == CE_MenuItem && item && item->menuItemType == QStyleOptionMenuItem::Separator && item->text.isEmpty();
@@ -40,6 +44,20 @@ void OwnStyle::drawControl(ControlElement element, const QStyleOption* option, Q
     constexpr int margin = 5;
     painter->fillRect(QRect(area.left() + margin, area.center().y(), area.width() - 2 * margin, 1),
                       semanticColor(ColorRole::separator));
+}
+
+/// Flat, with a line to what is below.
+void OwnStyle::drawToolBar(const QStyleOption& option, QPainter& painter) {
+    painter.fillRect(option.rect, option.palette.window());
+    painter.fillRect(QRect(option.rect.left(), option.rect.bottom(), option.rect.width(), 1),
+                     semanticColor(ColorRole::separator, appearanceOf(option.palette)));
+}
+
+void OwnStyle::drawToolBarSeparator(const QStyleOption& option, QPainter& painter) {
+    const QRect& area = option.rect;
+    const int height = area.height() / 2;
+    painter.fillRect(QRect(area.center().x(), area.center().y() - height / 2, 1, height),
+                     semanticColor(ColorRole::separator, appearanceOf(option.palette)));
 }
 
 QIcon OwnStyle::standardIcon(StandardPixmap pixmap, const QStyleOption* option, const QWidget* widget) const {

@@ -4,8 +4,8 @@
 
 namespace quelm {
 
-/// Fusion with quieter buttons, and menus whose edges can be seen in the dark too, for platforms without a theme of
-/// their own.
+/// Fusion with quieter buttons and toolbars, and menus whose edges can be seen in the dark too, for platforms without a
+/// theme of their own.
 class OwnStyle : public QProxyStyle {
     Q_OBJECT
 
@@ -19,6 +19,10 @@ public:
     void drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
                      const QWidget* widget) const override;
     QIcon standardIcon(StandardPixmap pixmap, const QStyleOption* option, const QWidget* widget) const override;
+
+private:
+    static void drawToolBar(const QStyleOption& option, QPainter& painter);
+    static void drawToolBarSeparator(const QStyleOption& option, QPainter& painter);
 };
 
 } // namespace quelm

@@ -51,6 +51,15 @@ int complainAndEnd(const QString& message, int status) {
     return status;
 }
 
+/// Names the library with which Qt draws by OpenGL on X11.
+constexpr char graphicsLibraryVariable[] = "QT_XCB_GL_INTEGRATION";
+
+/// Nothing here is drawn by OpenGL, and loading what it needs makes up a good part of the start. Whether the variable
+/// was set, which whatever is started from here must not inherit.
+bool leaveGraphicsLibraryOut() {
+    return !qEnvironmentVariableIsSet(graphicsLibraryVariable) && qputenv(graphicsLibraryVariable, "none");
+}
+
 QString versionText() {
     return QStringLiteral("Quelm %1\n").arg(QLatin1String(QUELM_VERSION));
 }
@@ -92,9 +101,13 @@ int QuelmApp::run(int argc, char** argv) {
         return complainAndEnd(
             QCoreApplication::translate("quelm::QuelmApp", "No hay pantalla en la que abrir ventanas."), nothingOpened);
 
+    // No variable may be set while another thread reads any.
+    const bool isGraphicsLeftOut = leaveGraphicsLibraryOut();
     std::optional<FontPreparation> fonts(std::in_place);
     QApplication application(argc, argv);
     fonts.reset();
+    if (isGraphicsLeftOut)
+        qunsetenv(graphicsLibraryVariable);
     QApplication::setQuitOnLastWindowClosed(false);
     describeApplication();
     provideThreads();

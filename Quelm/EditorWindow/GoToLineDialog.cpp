@@ -22,7 +22,7 @@ GoToLineDialog::GoToLineDialog(const QString& input, QWidget* parent) : QDialog(
 
     auto* buttons = new QDialogButtonBox;
     buttons->addButton(tr("Cancelar"), QDialogButtonBox::RejectRole);
-    buttons->addButton(tr("Aceptar"), QDialogButtonBox::AcceptRole)->setDefault(true);
+    QPushButton* accept = buttons->addButton(tr("Aceptar"), QDialogButtonBox::AcceptRole);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 
@@ -32,6 +32,8 @@ GoToLineDialog::GoToLineDialog(const QString& input, QWidget* parent) : QDialog(
     layout->setSpacing(margin);
     layout->addWidget(field_);
     layout->addWidget(buttons);
+    // Only a button of the dialog can be its default.
+    accept->setDefault(true);
     // There is nothing to be gained from another size.
     layout->setSizeConstraint(QLayout::SetFixedSize);
 }

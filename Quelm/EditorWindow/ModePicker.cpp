@@ -7,7 +7,7 @@
 #include <QHBoxLayout>
 #include <QKeyEvent>
 #include <QPainter>
-#include <QToolButton>
+#include <QRadioButton>
 
 namespace quelm {
 
@@ -36,20 +36,16 @@ double trackRadius() {
 } // namespace
 
 /// One of the two: checked while its mode is shown.
-class ModePicker::Segment : public QToolButton {
+class ModePicker::Segment : public QRadioButton {
 public:
     Segment(EditorMode mode, const QString& title, const QString& symbol, const QString& toolTip, ModePicker& picker)
-        : QToolButton(&picker), mode_(mode), symbol_(symbol), picker_(picker) {
-        setText(title);
+        : QRadioButton(title, &picker), mode_(mode), symbol_(symbol), picker_(picker) {
         setAccessibleName(title);
         setToolTip(toolTip);
         setFont(systemFont(TextStyle::body));
-        setCheckable(true);
-        // As with radio buttons, the tabulator comes to the checked one.
-        setAutoExclusive(true);
         setFocusPolicy(Qt::TabFocus);
         setAttribute(Qt::WA_Hover);
-        connect(this, &QToolButton::clicked, this, [this] { picker_.choose(mode_); });
+        connect(this, &QRadioButton::clicked, this, [this] { picker_.choose(mode_); });
     }
 
     QSize sizeHint() const override {
@@ -61,6 +57,7 @@ public:
 protected:
     /// It is checked when the mode is there.
     void nextCheckState() override {}
+    bool hitButton(const QPoint& place) const override { return rect().contains(place); }
 
     void keyPressEvent(QKeyEvent* event) override {
         switch (event->key()) {
@@ -72,7 +69,7 @@ protected:
         case Qt::Key_Down:
             return event->ignore();
         default:
-            return QToolButton::keyPressEvent(event);
+            return QRadioButton::keyPressEvent(event);
         }
     }
 

@@ -28,7 +28,7 @@ int wideGap() {
 
 /// Between what belongs together.
 int narrowGap() {
-    return scaledPixels(5);
+    return scaledPixels(6);
 }
 
 /// What an error keeps while anything else can give way; less of a text than the second says nothing.
@@ -207,7 +207,7 @@ void StatusBar::arrange() {
     std::array<Part, 6> facts{{{stateSymbol_, 0},
                                {stateText_, narrowGap()},
                                {goToErrorButton_, narrowGap()},
-                               {nodeCount_, stateText_->isHidden() ? scaledPixels(7) : wideGap()},
+                               {nodeCount_, stateText_->isHidden() ? narrowGap() : wideGap()},
                                {format_, wideGap()},
                                {path_, wideGap()}}};
     std::array<Part, 2> work{{{workIndicator_, wideGap()}, {cancelButton_, narrowGap()}}};
@@ -234,7 +234,8 @@ void StatusBar::arrange() {
 void StatusBar::place(std::span<Part> parts, int left) const {
     for (const Part& part : parts) {
         const int height = qobject_cast<ElidedLabel*>(part.widget) ? this->height() : part.widget->sizeHint().height();
-        const QRect area(left + part.gap, (this->height() - height) / 2, part.width, height);
+        // Half a pixel lower rather than higher: that is where the middle of the letters is.
+        const QRect area(left + part.gap, (this->height() - height + 1) / 2, part.width, height);
         part.widget->setGeometry(QStyle::visualRect(layoutDirection(), rect(), area));
         left += part.extent();
     }

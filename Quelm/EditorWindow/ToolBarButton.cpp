@@ -50,7 +50,7 @@ void ToolBarButton::setDropDownMenu(QMenu* menu) {
     menu->setAttribute(Qt::WA_NoMouseReplay);
     setPopupMode(InstantPopup);
     setMenu(menu);
-    connect(menu, &QMenu::aboutToHide, this, [this] { setDown(false); });
+    connect(menu, &QMenu::aboutToHide, this, [this] { update(); });
 }
 
 QSize ToolBarButton::sizeHint() const {
@@ -63,8 +63,8 @@ int ToolBarButton::labelWidth() const {
 }
 
 void ToolBarButton::openMenu() {
-    setDown(true);
     menu()->popup(mapToGlobal(QPoint(0, height())));
+    update();
 }
 
 void ToolBarButton::mousePressEvent(QMouseEvent* event) {
@@ -98,9 +98,10 @@ void ToolBarButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const double radius = scaledPixels(6);
-    if (isEnabled() && (isDown() || underMouse())) {
+    const bool isPressed = isDown() || (menu() && menu()->isVisible());
+    if (isEnabled() && (isPressed || underMouse())) {
         QColor tint = semanticColor(ColorRole::text, appearance);
-        tint.setAlphaF(isDown() ? pressedOpacity : hoverOpacity);
+        tint.setAlphaF(isPressed ? pressedOpacity : hoverOpacity);
         painter.setPen(Qt::NoPen);
         painter.setBrush(tint);
         painter.drawRoundedRect(QRectF(rect()), radius, radius);

@@ -16,7 +16,8 @@ class TextTests(EndToEndCase):
         alert.wait_for("label", "No se pudo completar")
         alert.wait_for(
             "label",
-            "No se puede mostrar como árbol porque el JSON no es válido.\nLínea 3, columna 7: Se esperaba ':' después de la clave",
+            "No se puede mostrar como árbol porque el JSON no es válido.\n"
+            "Línea 3, columna 7: Se esperaba ':' después de la clave",
         )
         hands.press("Return")
         self.quelm.wait_for_window("roto.json")

@@ -135,7 +135,11 @@ class EndToEndCase(unittest.TestCase):
         editor = self.editor()
         wait_until(f"the caret is at {offset}", editor.caret, lambda seen: seen == offset)
 
-    # The end.
+    # The rest of the window.
+
+    def wait_for_clipboard(self, text):
+        """Until other programs get this from it."""
+        wait_until("this is in the clipboard", hands.clipboard, lambda seen: seen == text)
 
     def wait_for_label(self, name):
         """`name` is a text, or a condition on it."""

@@ -96,8 +96,8 @@ class Desktop:
     def _start_screen(self):
         # Keys held down must not repeat: on a busy machine any key is held for long. The display number is one that is
         # free, which only the server itself can find out without a race.
-        command = ["Xvfb", "-screen", "0", SCREEN, "-dpi", "96", "-fbdir", self._path("screen"), "-nolisten", "tcp", "-noreset",
-                   "-r", "-ardelay", "2000000000"]
+        command = ["Xvfb", "-screen", "0", SCREEN, "-dpi", "96", "-fbdir", self._path("screen")]
+        command += ["-nolisten", "tcp", "-noreset", "-r", "-ardelay", "2000000000"]
         number = self._serve(command, "xvfb.log", "-displayfd", "{fd}")
         self.environment["DISPLAY"] = f":{number}"
 

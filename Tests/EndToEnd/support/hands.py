@@ -3,6 +3,7 @@
 import subprocess
 
 from .desktop import run
+from .waiting import Unavailable
 
 
 def press(*keys):
@@ -26,10 +27,15 @@ def click_at(x, y):
 
 
 def clipboard():
-    return run("xclip", "-selection", "clipboard", "-out").decode("utf-8")
+    try:
+        return run("xclip", "-selection", "clipboard", "-out").decode("utf-8")
+    except subprocess.CalledProcessError as error:
+        raise Unavailable(error.stderr.decode().strip()) from None
 
 
 def set_clipboard(text):
     """Taken over by a small program in the background, until another one has a clipboard."""
+    # It outlives this call, and would hold on to pipes.
+    quiet = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL}
     command = ["xclip", "-selection", "clipboard", "-in"]
-    subprocess.run(command, check=True, timeout=60, input=text.encode("utf-8"), stdout=subprocess.DEVNULL)
+    subprocess.run(command, check=True, timeout=60, input=text.encode("utf-8"), **quiet)

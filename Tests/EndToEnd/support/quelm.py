@@ -9,6 +9,7 @@ from .desktop import run
 from .waiting import Unavailable, wait_until
 
 _DIALOGS = ("dialog", "alert")
+_LEAST_MENU_HEIGHT = 40
 
 
 class Quelm:
@@ -70,10 +71,10 @@ class Quelm:
         0, in the pop-up window that `open_it` opens."""
         before = set(_windows(self.pid))
         open_it()
-        window, = wait_until("a pop-up window is open", lambda: set(_windows(self.pid)) - before)
-        answer = run("xdotool", "getwindowgeometry", "--shell", window).decode()
-        at = {name: int(value) for name, value in (line.split("=") for line in answer.split())}
-        hands.click_at(at["X"] + at["WIDTH"] // 2, at["Y"] + at["HEIGHT"] * (2 * place + 1) // (2 * count))
+        what = "a pop-up menu is open"
+        places = wait_until(what, lambda: [_place(window) for window in set(_windows(self.pid)) - before], any)
+        left, top, width, height = next(filter(None, places))
+        hands.click_at(left + width // 2, top + height * (2 * place + 1) // (2 * count))
 
     def choose(self, *path):
         """Opens the menus and clicks the item, such as "JSON", "Ir a línea…"."""
@@ -115,6 +116,16 @@ def _windows(pid, *conditions):
     except CalledProcessError:
         # None, or one that has just gone.
         return []
+
+
+def _place(window):
+    """Left, top, width and height on the screen, in pixels; absent for what is too low for a menu, as a tool tip is."""
+    try:
+        answer = run("xdotool", "getwindowgeometry", "--shell", window).decode()
+    except CalledProcessError:
+        return None
+    at = {name: int(value) for name, value in (line.split("=") for line in answer.split())}
+    return (at["X"], at["Y"], at["WIDTH"], at["HEIGHT"]) if at["HEIGHT"] >= _LEAST_MENU_HEIGHT else None
 
 
 def _processes_of_group(group):

@@ -127,7 +127,9 @@ protected:
     }
     void letItBeRead(std::string_view bytes) {
         const int writer = ::open(qUtf8Printable(path), O_WRONLY);
-        ASSERT_EQ(::write(writer, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+        if (!bytes.empty()) {
+            ASSERT_EQ(::write(writer, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
+        }
         ::close(writer);
     }
 };
@@ -150,7 +152,8 @@ TEST_F(SlowRevertingTests, MeanwhileTheWindowCanBeClosed) {
     window->close();
     answer("No guardar");
     EXPECT_TRUE(QTest::qWaitFor([this] { return !window; }));
-    letItBeRead("[3,");
+    // Nobody listens any more.
+    letItBeRead({});
 }
 
 TEST_F(SlowRevertingTests, AQuestionAboutChangesThatAreGoneIsSettled) {

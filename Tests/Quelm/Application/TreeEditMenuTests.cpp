@@ -57,12 +57,12 @@ protected:
                 return action;
         return nullptr;
     }
-    /// What could be chosen if the menu were opened, without the items for searching.
+    /// What could be chosen if the menu were opened, besides the preferences.
     std::vector<std::string> openedItems() {
         menu().popup(window->mapToGlobal(QPoint(0, 0)));
         std::vector<std::string> enabled;
         for (const QAction* action : menu().actions())
-            if (!action->isSeparator() && action->isEnabled())
+            if (!action->isSeparator() && action->isEnabled() && action->menuRole() != QAction::PreferencesRole)
                 enabled.push_back(titleOf(*action).toStdString());
         QTest::keyClick(&menu(), Qt::Key_Escape);
         return enabled;
@@ -249,6 +249,45 @@ TEST_F(TreeEditMenuTests, AnAppliedContentHasNoStepsOfTheOneBefore) {
     EXPECT_FALSE(item("Deshacer")->isEnabled());
     press(Qt::Key_Z);
     EXPECT_EQ(json(), "[3]");
+}
+
+TEST_F(TreeEditMenuTests, ALockedDocumentIsOnlyCopiedFrom) {
+    open("[1,[2],3]");
+    selectRow(3);
+    editor().remove();
+    selectRow(2);
+    setClipboard("4");
+    window->setEditingLocked(true);
+    for (const char* title : {"Deshacer", "Rehacer", "Cortar", "Pegar", "Eliminar"})
+        EXPECT_FALSE(item(title)->isEnabled()) << title;
+    EXPECT_TRUE(item("Copiar")->isEnabled());
+    EXPECT_THAT(openedItems(), testing::ElementsAre("Copiar"));
+    for (const auto key : {Qt::Key_Z, Qt::Key_Y, Qt::Key_X, Qt::Key_V})
+        press(key);
+    press(Qt::Key_Delete, Qt::NoModifier);
+    EXPECT_EQ(json(), "[1,[2]]");
+    EXPECT_EQ(clipboard(), QStringLiteral("4")) << "what is not cut is not copied either";
+    press(Qt::Key_C);
+    EXPECT_EQ(clipboard(), QStringLiteral("[\n  2\n]\n"));
+
+    window->setEditingLocked(false);
+    EXPECT_TRUE(item("Deshacer Eliminar")->isEnabled());
+    for (const char* title : {"Cortar", "Copiar", "Pegar", "Eliminar"})
+        EXPECT_TRUE(item(title)->isEnabled()) << title;
+    press(Qt::Key_Z);
+    EXPECT_EQ(json(), "[1,[2],3]");
+}
+
+TEST_F(TreeEditMenuTests, AnOpenMenuFollowsALock) {
+    open("[1]");
+    selectRow(1);
+    menu().popup(window->mapToGlobal(QPoint(0, 0)));
+    EXPECT_TRUE(item("Eliminar")->isEnabled());
+    window->setEditingLocked(true);
+    EXPECT_FALSE(item("Eliminar")->isEnabled());
+    QTest::mouseClick(&menu(), Qt::LeftButton, {}, menu().actionGeometry(item("Eliminar")).center());
+    QTest::keyClick(&menu(), Qt::Key_Escape);
+    EXPECT_EQ(json(), "[1]");
 }
 
 TEST_F(TreeEditMenuTests, KeysBelongToAFieldOfTheTreeWhileItHasTheFocus) {

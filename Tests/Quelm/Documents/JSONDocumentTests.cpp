@@ -111,15 +111,15 @@ struct ModeCase {
     EditorMode mode;
 };
 
-class JSONDocumentModeTests : public JSONDocumentTests, public testing::WithParamInterface<ModeCase> {};
+class JSONDocumentInitialModeTests : public JSONDocumentTests, public testing::WithParamInterface<ModeCase> {};
 
-TEST_P(JSONDocumentModeTests, TheEditorFollowsPreferenceAndValidity) {
+TEST_P(JSONDocumentInitialModeTests, TheEditorFollowsPreferenceAndValidity) {
     Preferences::setInitialMode(GetParam().preference);
     document.apply(contentOf(GetParam().text));
     EXPECT_EQ(document.mode(), GetParam().mode);
 }
 
-INSTANTIATE_TEST_SUITE_P(Modes, JSONDocumentModeTests,
+INSTANTIATE_TEST_SUITE_P(Modes, JSONDocumentInitialModeTests,
                          testing::Values(ModeCase{InitialMode::automatic, "{}", EditorMode::tree},
                                          ModeCase{InitialMode::automatic, "{", EditorMode::text},
                                          ModeCase{InitialMode::tree, "[1]", EditorMode::tree},

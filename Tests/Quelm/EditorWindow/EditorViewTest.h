@@ -12,12 +12,11 @@
 #include "Tests/Quelm/Support/TemporaryPreferences.h"
 #include "Tests/Quelm/Support/TestDocuments.h"
 
-#include <QAction>
+#include <QAbstractButton>
 #include <QSemaphore>
 #include <QTest>
 #include <QThreadPool>
 #include <QToolBar>
-#include <QToolButton>
 
 #include <gtest/gtest.h>
 #include <memory>
@@ -79,16 +78,16 @@ protected:
         return std::string(JSONDocument::fileContents(window->document().snapshot()).view());
     }
 
-    QToolButton* segment(const QString& title) const { return buttonIn(window->modePicker(), title); }
-    QToolButton* button(const QString& title) const { return buttonIn(window->toolBar(), title); }
+    QAbstractButton* segment(const QString& title) const { return buttonIn(window->modePicker(), title); }
+    QAbstractButton* button(const QString& title) const { return buttonIn(window->toolBar(), title); }
     static void click(QWidget* widget) { QTest::mouseClick(widget, Qt::LeftButton); }
     bool finishOperation() {
         return QTest::qWaitFor([this] { return !window->model().isBusy(); });
     }
 
 private:
-    static QToolButton* buttonIn(const QWidget& bar, const QString& title) {
-        for (QToolButton* button : bar.findChildren<QToolButton*>())
+    static QAbstractButton* buttonIn(const QWidget& bar, const QString& title) {
+        for (QAbstractButton* button : bar.findChildren<QAbstractButton*>())
             if (button->text() == title)
                 return button;
         return nullptr;

@@ -4,9 +4,9 @@
 
 #include <QAccessible>
 #include <QImage>
+#include <QRadioButton>
 #include <QSignalSpy>
 #include <QTest>
-#include <QToolButton>
 
 #include <gtest/gtest.h>
 
@@ -20,8 +20,8 @@ protected:
         picker.activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&picker));
     }
-    QToolButton* tree() const { return picker.findChildren<QToolButton*>().at(0); }
-    QToolButton* text() const { return picker.findChildren<QToolButton*>().at(1); }
+    QRadioButton* tree() const { return picker.findChildren<QRadioButton*>().at(0); }
+    QRadioButton* text() const { return picker.findChildren<QRadioButton*>().at(1); }
 
     ModePicker picker;
     QSignalSpy chosen{&picker, &ModePicker::modeChosen};
@@ -91,6 +91,7 @@ TEST_F(ModePickerTests, WhileDisabledItAsksForNothing) {
 TEST_F(ModePickerTests, EveryStateLooksDifferentInBothAppearances) {
     for (const Appearance appearance : {Appearance::light, Appearance::dark}) {
         picker.setPalette(ownPalette(appearance));
+        picker.focusProxy()->clearFocus();
         picker.setMode(EditorMode::tree);
         const QImage asTree = picker.grab().toImage();
         picker.setMode(EditorMode::text);

@@ -114,6 +114,75 @@ TEST(BackgroundTaskTests, ADetachedTaskStillDelivers) {
     EXPECT_EQ(result, 2);
 }
 
+TEST(BackgroundTaskTests, WorkThatIsAskedToStopStillDelivers) {
+    QObject context;
+    bool isDelivered = false;
+    BackgroundTask task = startInBackground(&context, EndlessWork(), [&](bool) { isDelivered = true; });
+    task.requestStop();
+    EXPECT_TRUE(task.isRunning());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return isDelivered; }));
+    EXPECT_FALSE(task.isRunning());
+    task.requestStop();
+}
+
+TEST(BackgroundTaskTests, AHandleOfNothingStopsNothing) {
+    BackgroundTask task;
+    task.requestStop();
+    EXPECT_FALSE(task.isRunning());
+}
+
+/// Work whose result tells where it is freed, and that has one as soon as it is there.
+struct NotedResult {
+    std::shared_ptr<std::atomic<bool>> isThere = std::make_shared<std::atomic<bool>>(false);
+    std::shared_ptr<std::atomic<const QThread*>> freedOn = std::make_shared<std::atomic<const QThread*>>(nullptr);
+
+    std::shared_ptr<int> operator()(const std::stop_token&) const {
+        *isThere = true;
+        return {new int(1), [freedOn = freedOn](int* number) {
+                    delete number;
+                    *freedOn = QThread::currentThread();
+                }};
+    }
+    void await() const {
+        while (!*isThere)
+            QThread::yieldCurrentThread();
+        QThreadPool::globalInstance()->waitForDone();
+    }
+};
+
+TEST(BackgroundTaskTests, AResultThatComesTooLateIsFreedOnAnotherThread) {
+    QObject context;
+    const NotedResult work;
+    bool isDelivered = false;
+    BackgroundTask task = startInBackground(&context, work, [&](const std::shared_ptr<int>&) { isDelivered = true; });
+    work.await();
+    task.cancel();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return work.freedOn->load() != nullptr; }));
+    EXPECT_NE(*work.freedOn, QThread::currentThread());
+    EXPECT_FALSE(isDelivered);
+}
+
+TEST(BackgroundTaskTests, AResultWithoutAContextIsFreedOnAnotherThread) {
+    auto context = std::make_unique<QObject>();
+    const NotedResult work;
+    startInBackground(context.get(), work, [](const std::shared_ptr<int>&) {}).detach();
+    work.await();
+    context.reset();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return work.freedOn->load() != nullptr; }));
+    EXPECT_NE(*work.freedOn, QThread::currentThread());
+}
+
+TEST(BackgroundTaskTests, AResultThatIsDeliveredIsTheReceivers) {
+    QObject context;
+    const NotedResult work;
+    std::shared_ptr<int> result;
+    BackgroundTask task =
+        startInBackground(&context, work, [&](std::shared_ptr<int> value) { result = std::move(value); });
+    EXPECT_TRUE(QTest::qWaitFor([&] { return result != nullptr; }));
+    EXPECT_EQ(result.use_count(), 1);
+    EXPECT_EQ(work.freedOn->load(), nullptr);
+}
+
 TEST(BackgroundTaskTests, TheHandleMayBeReplacedFromWithinTheDelivery) {
     QObject context;
     BackgroundTask task;
