@@ -1,6 +1,7 @@
 #include "Benchmarks/Window/DocumentWindow.h"
 
 #include "Benchmarks/Harness/Timing.h"
+#include "Quelm/Foundation/BackgroundThreads.h"
 
 #include <QThreadPool>
 
@@ -35,7 +36,7 @@ void DocumentWindow::measure(OperationSamples& samples, const std::function<void
 
 void DocumentWindow::close(OperationSamples& samples) {
     measure(samples, [this] { view_.reset(); }, [] { return true; });
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundThreads().waitForDone();
 }
 
 void DocumentWindow::settle() {

@@ -3,6 +3,7 @@
 #include "Benchmarks/Harness/Report.h"
 #include "Benchmarks/Window/DocumentWindow.h"
 #include "Benchmarks/Window/WindowBenchmarks.h"
+#include "Quelm/Foundation/BackgroundThreads.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
 #include "TextCore/Check.h"
@@ -96,7 +97,7 @@ private:
     void measure(const std::string& operation, const std::function<void()>& request,
                  const std::function<bool()>& isDone) {
         // What the operation before has let go of is none of this one's.
-        QThreadPool::globalInstance()->waitForDone();
+        backgroundThreads().waitForDone();
         processmemory::returnFreeMemory();
         processmemory::restartPeak();
         window_->measure(samplesOf(operation), request, isDone);

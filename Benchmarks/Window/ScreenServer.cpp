@@ -1,6 +1,7 @@
 #include "Benchmarks/Window/ScreenServer.h"
 
 #include <csignal>
+#include <fcntl.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -24,12 +25,11 @@ std::string readDisplay(int descriptor) {
 
 ScreenServer::ScreenServer() {
     int ends[2];
-    if (pipe(ends) != 0)
+    if (pipe2(ends, O_CLOEXEC) != 0)
         return;
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_adddup2(&actions, ends[1], 3);
-    posix_spawn_file_actions_addclose(&actions, ends[0]);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, "/dev/null", 0, 0);
     // Without -noreset it would begin anew whenever its last client has gone, and the next would wait for that.
     const char* arguments[] = {"Xvfb", "-displayfd", "3", "-noreset", "-screen", "0", "1920x1200x24", nullptr};

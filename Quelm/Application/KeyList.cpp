@@ -40,10 +40,10 @@ QTreeWidget* makeList(const QMainWindow& window, QWidget* parent) {
     list->setUniformRowHeights(true);
     list->setRootIsDecorated(false);
     list->setItemsExpandable(false);
+    list->setSelectionMode(QAbstractItemView::NoSelection);
     for (const KeySection& section : menuKeys(*window.menuBar()) + editorKeys())
         addSection(*list, section);
     list->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
-    list->setCurrentItem(list->topLevelItem(0));
     return list;
 }
 

@@ -14,10 +14,16 @@ struct KeySections {
     Q_DECLARE_TR_FUNCTIONS(quelm::KeySections)
 };
 
+/// What keyboards of today do not have is not worth naming.
+bool isCommon(const QKeySequence& key) {
+    const Qt::Key first = key[0].key();
+    return first < Qt::Key_F13 || first > Qt::Key_F35;
+}
+
 QString namesOf(const QList<QKeySequence>& keys) {
     QStringList names;
     for (const QKeySequence& key : keys)
-        if (const QString name = key.toString(QKeySequence::NativeText); !names.contains(name))
+        if (const QString name = key.toString(QKeySequence::NativeText); isCommon(key) && !names.contains(name))
             names += name;
     return names.join(QStringLiteral(", "));
 }

@@ -8,8 +8,6 @@
 #include "Quelm/Application/WindowMenus.h"
 
 #include <QApplication>
-#include <QThread>
-#include <QThreadPool>
 
 #include <algorithm>
 #include <cstdio>
@@ -72,12 +70,6 @@ void describeApplication() {
     QGuiApplication::setDesktopFileName(QStringLiteral("quelm"));
 }
 
-/// Enough threads for one that takes long, such as a file that comes slowly, not to keep the others waiting.
-void provideThreads() {
-    constexpr int least = 4;
-    QThreadPool::globalInstance()->setMaxThreadCount(std::max(least, QThread::idealThreadCount()));
-}
-
 int openWindows(const QStringList& files) {
     QuelmApp quelm;
     if (files.isEmpty())
@@ -110,7 +102,6 @@ int QuelmApp::run(int argc, char** argv) {
         qunsetenv(graphicsLibraryVariable);
     QApplication::setQuitOnLastWindowClosed(false);
     describeApplication();
-    provideThreads();
     const auto arguments = LaunchArguments::parse(QApplication::arguments().mid(1));
     if (!arguments)
         return complainAndEnd(arguments.error(), wrongUse);

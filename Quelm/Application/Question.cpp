@@ -20,6 +20,9 @@ QMessageBox* ask(QWidget& window, const QString& question, std::vector<Answer> a
     for (const Answer& answer : answers)
         buttons.push_back(box->addButton(answer.title, answer.role));
     box->setEscapeButton(buttons.back());
+    const auto harmless = std::ranges::find(answers, QMessageBox::AcceptRole, &Answer::role);
+    box->setDefaultButton(harmless == answers.end() ? buttons.back()
+                                                    : buttons.at(static_cast<std::size_t>(harmless - answers.begin())));
     box->setAttribute(Qt::WA_DeleteOnClose);
     QObject::connect(box, &QMessageBox::buttonClicked, &window,
                      [buttons, answers = std::move(answers)](const QAbstractButton* clicked) {

@@ -16,7 +16,8 @@ struct Answer {
 };
 
 /// Asks and returns at once; the box deletes itself when it is answered. It belongs to the window and blocks no other.
-/// The last answer, of which there must be one, is also given by Escape and by closing the box.
+/// The last answer, of which there must be one, is also given by Escape and by closing the box. Return gives the first
+/// that accepts, or else the last: never one that destroys.
 QMessageBox* ask(QWidget& window, const QString& question, std::vector<Answer> answers);
 
 } // namespace quelm

@@ -1,16 +1,27 @@
 #include "Quelm/Application/RecentFiles.h"
 
+#include "Quelm/Foundation/Disposal.h"
 #include "Quelm/Foundation/Preferences.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QSettings>
 
+#include <memory>
+#include <utility>
+
 namespace quelm::RecentFiles {
 
 namespace {
 
 constexpr QLatin1String key("recentFiles");
+
+/// Writes what was set, in the background: the store waits for the disk. Whoever opens it meanwhile sees it all the
+/// same.
+void writeInBackground(std::shared_ptr<QSettings> store) {
+    store->moveToThread(nullptr);
+    runDisposal([store = std::move(store)]() mutable { store.reset(); });
+}
 
 QString absolute(const QString& path) {
     return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
@@ -23,26 +34,32 @@ QStringList paths() {
 }
 
 void note(const QString& path) {
-    const auto store = Preferences::openStore();
+    auto store = Preferences::openStore();
     const QStringList before = store->value(key).toStringList();
     QStringList paths = before;
     paths.removeAll(absolute(path));
     paths.prepend(absolute(path));
     paths = paths.mid(0, maximumCount);
     // What is not changed is not written.
-    if (paths != before)
-        store->setValue(key, paths);
+    if (paths == before)
+        return;
+    store->setValue(key, paths);
+    writeInBackground(std::move(store));
 }
 
 void remove(const QString& path) {
-    const auto store = Preferences::openStore();
+    auto store = Preferences::openStore();
     QStringList paths = store->value(key).toStringList();
-    if (paths.removeAll(absolute(path)) > 0)
-        store->setValue(key, paths);
+    if (paths.removeAll(absolute(path)) == 0)
+        return;
+    store->setValue(key, paths);
+    writeInBackground(std::move(store));
 }
 
 void clear() {
-    Preferences::openStore()->remove(key);
+    auto store = Preferences::openStore();
+    store->remove(key);
+    writeInBackground(std::move(store));
 }
 
 } // namespace quelm::RecentFiles

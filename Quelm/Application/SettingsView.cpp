@@ -87,6 +87,12 @@ QFormLayout* makeForm(QGroupBox& section) {
     return form;
 }
 
+void addPicker(QFormLayout& form, const QString& label, QComboBox& picker) {
+    auto* words = inBodyFont(new QLabel(label));
+    words->setBuddy(&picker);
+    form.addRow(words, &picker);
+}
+
 } // namespace
 
 SettingsView::SettingsView(QWidget* parent)
@@ -112,7 +118,7 @@ SettingsView::SettingsView(QWidget* parent)
 QGroupBox* SettingsView::makeWritingSection() {
     QGroupBox* section = makeSection(tr("Embellecer y exportar"));
     QFormLayout* form = makeForm(*section);
-    form->addRow(inBodyFont(new QLabel(tr("Sangría"))), indent_);
+    addPicker(*form, tr("Sangría"), *indent_);
     form->addRow(QString(), sortsKeys_);
     connect(indent_, &QComboBox::currentIndexChanged, this,
             [this] { Preferences::setIndent(chosenValue<JSONStyle::Indent>(*indent_)); });
@@ -122,7 +128,7 @@ QGroupBox* SettingsView::makeWritingSection() {
 
 QGroupBox* SettingsView::makeOpeningSection() {
     QGroupBox* section = makeSection(tr("Al abrir un archivo"));
-    makeForm(*section)->addRow(inBodyFont(new QLabel(tr("Mostrar en"))), initialMode_);
+    addPicker(*makeForm(*section), tr("Mostrar en"), *initialMode_);
     connect(initialMode_, &QComboBox::currentIndexChanged, this,
             [this] { Preferences::setInitialMode(chosenValue<InitialMode>(*initialMode_)); });
     return section;

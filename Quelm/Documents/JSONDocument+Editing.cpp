@@ -48,7 +48,7 @@ void JSONDocument::replaceContent(JSONContent newContent, UndoManager* undoManag
     if (mode_ == EditorMode::text && textBuffer_ && content_.text)
         textBuffer_->replaceCharacters({0, textBuffer_->length()}, *content_.text);
     stateToken_.advance();
-    advanceRevision();
+    advanceRevision(mode_);
     if (!manager)
         return;
     manager->registerUndo<JSONDocument>(
@@ -84,8 +84,7 @@ void JSONDocument::finishModeChange(EditorMode newMode, JSONContent converted) {
     setContent(std::move(converted));
     if (newMode == EditorMode::tree)
         dropTextBuffer();
-    changeMode(newMode);
-    advanceRevision();
+    advanceRevision(newMode);
 }
 
 std::vector<TreeEdit> JSONDocument::applyTreeEdits(std::span<const TreeEdit> edits) {

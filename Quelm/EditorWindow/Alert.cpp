@@ -5,6 +5,7 @@
 
 #include <QGridLayout>
 #include <QGuiApplication>
+#include <QLabel>
 #include <QMessageBox>
 
 namespace quelm {
@@ -15,6 +16,12 @@ namespace {
 void widen(QMessageBox& box) {
     if (auto* grid = qobject_cast<QGridLayout*>(box.layout()))
         grid->addItem(new QSpacerItem(scaledPixels(360), 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
+/// With details below it, what the box is about is its heading.
+void emphasizeMessage(QMessageBox& box) {
+    if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_label")))
+        label->setFont(systemFont(TextStyle::body, QFont::DemiBold));
 }
 
 } // namespace
@@ -32,6 +39,7 @@ QMessageBox* showAlert(QWidget* parent, const QString& message, const QString& d
     box->setInformativeText(details);
     useWarningSymbol(*box);
     widen(*box);
+    emphasizeMessage(*box);
     box->setAttribute(Qt::WA_DeleteOnClose);
     if (parent)
         box->open();

@@ -27,7 +27,7 @@ void EditorModel::prepareExport(const JSONStyle& style) {
 void EditorModel::writeExport(std::shared_ptr<const ExportDocument> exportDocument, const QString& path) {
     require(exportDocument != nullptr, "an export that is written is there");
     waitingExports_.push_back({std::move(exportDocument), path});
-    if (!isExporting())
+    if (!exporting_.task.isRunning())
         startNextExport();
 }
 
@@ -52,13 +52,13 @@ void EditorModel::finishExport(const QString& path, const std::expected<void, Ex
         reportExport(path, result.error());
     end(exporting_);
     Q_EMIT exportingFinished(result.has_value());
-    if (!waitingExports_.empty() && !isExporting())
+    if (!waitingExports_.empty() && !exporting_.task.isRunning())
         startNextExport();
 }
 
 void EditorModel::cancelExports() {
     waitingExports_.clear();
-    if (!isExporting())
+    if (!exporting_.task.isRunning())
         return;
     isExportCancelled_ = true;
     exporting_.task.requestStop();

@@ -1,5 +1,6 @@
 #include "Quelm/EditorWindow/EditorModel.h"
 
+#include "Quelm/Foundation/BackgroundThreads.h"
 #include "Quelm/TextEngine/TextStorage.h"
 
 #include <QThreadPool>
@@ -21,7 +22,7 @@ EditorModel::EditorModel(std::shared_ptr<JSONDocument> document, Clock& clock)
 EditorModel::~EditorModel() {
     exporting_.task.detach();
     for (Export& waiting : waitingExports_)
-        QThreadPool::globalInstance()->start([waiting = std::move(waiting)] {
+        backgroundThreads().start([waiting = std::move(waiting)] {
             // There is nobody left to be told how it ends.
             (void)waiting.document->writeFile(waiting.path, {});
         });

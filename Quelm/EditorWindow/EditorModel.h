@@ -73,8 +73,8 @@ public:
     bool isWorkShown() const { return isWorkShown_; }
     static constexpr std::chrono::milliseconds patience{500};
 
-    /// Whether an export is being written.
-    bool isExporting() const { return exporting_.task.isRunning(); }
+    /// Whether an export is being written or waits for that.
+    bool isExporting() const { return exporting_.task.isRunning() || !waitingExports_.empty(); }
 
     // Operations. Each does nothing when it cannot be done now.
 

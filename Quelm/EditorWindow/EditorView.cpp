@@ -59,7 +59,7 @@ void EditorView::makeCentralWidget() {
 
 void EditorView::connectDocument() {
     connect(&document().configuration(), &DocumentConfiguration::fileLocationChanged, this, &EditorView::updateTitle);
-    connect(&document(), &JSONDocument::modeChanged, this, &EditorView::rebuildEditorArea);
+    // Comes after a change of the mode too, when the tree has its rows.
     connect(&document(), &JSONDocument::revisionChanged, this, &EditorView::showRevision);
     // Steps name places of the content that they were made in.
     connect(&document(), &JSONDocument::didApply, &undoManager_, &UndoManager::removeAllActions);
@@ -144,11 +144,12 @@ void EditorView::updateEditing() {
 
 void EditorView::updateToolBar() {
     const bool isUsable = !isOpening_ && !isHeld();
-    if (!isUsable && !focusedItem_)
+    if (!isUsable && !focusedItem_) {
         focusedItem_ = toolBar_->focusedItem();
-    // An item that cannot be used any more would pass the focus on to whatever comes next.
-    if (!isUsable && focusedItem_ && focusWidget())
-        focusWidget()->clearFocus();
+        // An item that cannot be used any more would pass the focus on to whatever comes next.
+        if (focusedItem_)
+            focusWidget()->clearFocus();
+    }
     toolBar_->setUsable(isUsable);
     if (isUsable && focusedItem_ && !focusWidget())
         focusedItem_->setFocus();
@@ -159,17 +160,16 @@ void EditorView::updateToolBar() {
 // The editor area.
 
 void EditorView::showRevision() {
-    if (isOpening_ || document().mode() != EditorMode::text)
-        return;
     // The tree reloads by itself, and so does a text whose storage is the document's text buffer.
     const JSONTextView* editor = textEditor();
-    if (!editor || document().textBuffer() != editor->textView().sharedTextStorage())
+    const bool isShown = document().mode() == EditorMode::tree
+                             ? treeView() != nullptr
+                             : editor && document().textBuffer() == editor->textView().sharedTextStorage();
+    if (!isOpening_ && !isShown)
         rebuildEditorArea();
 }
 
 void EditorView::rebuildEditorArea() {
-    if (isOpening_)
-        return;
     if (document().mode() == EditorMode::tree)
         replaceEditorArea(new TreeView(treeEditor()));
     else

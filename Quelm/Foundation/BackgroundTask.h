@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Quelm/Foundation/BackgroundThreads.h"
 #include "Quelm/Foundation/Disposal.h"
 
 #include <QFutureWatcher>
@@ -94,10 +95,10 @@ BackgroundTask startInBackground(QThreadPool& pool, QObject* context, Work work,
     return BackgroundTask(std::move(state));
 }
 
-/// The same in the application's common pool.
+/// The same on one of the `backgroundThreads`.
 template <typename Work, typename Finished>
 BackgroundTask startInBackground(QObject* context, Work work, Finished finished) {
-    return startInBackground(*QThreadPool::globalInstance(), context, std::move(work), std::move(finished));
+    return startInBackground(backgroundThreads(), context, std::move(work), std::move(finished));
 }
 
 } // namespace quelm

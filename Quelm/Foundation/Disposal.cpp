@@ -1,5 +1,7 @@
 #include "Quelm/Foundation/Disposal.h"
 
+#include "Quelm/Foundation/BackgroundThreads.h"
+
 #include <QCoreApplication>
 #include <QThread>
 #include <QThreadPool>
@@ -19,10 +21,9 @@ bool isMainThread() {
 } // namespace
 
 void runDisposal(std::function<void()> dispose) {
-    // There is no pool any more when the program ends.
-    QThreadPool* pool = isMainThread() ? QThreadPool::globalInstance() : nullptr;
-    if (pool)
-        pool->start(std::move(dispose), beforeOtherWork);
+    // Without an application nobody waits for the threads any more.
+    if (isMainThread())
+        backgroundThreads().start(std::move(dispose), beforeOtherWork);
     else
         dispose();
 }

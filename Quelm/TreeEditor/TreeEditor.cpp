@@ -29,7 +29,11 @@ TreeEditor::TreeEditor(std::shared_ptr<JSONDocument> document, Pasteboard& paste
     require(document_ != nullptr, "a tree editor has a document");
     // Connected before any view can be, so that nobody sees rows or the selection of a tree that is gone.
     connect(document_.get(), &JSONDocument::contentChanged, this, [this] { outlineRevision_.reset(); });
-    connect(document_.get(), &JSONDocument::revisionChanged, this, &TreeEditor::reload);
+    connect(document_.get(), &JSONDocument::revisionChanged, this, [this] {
+        // A view that came with the mode has asked for them already.
+        if (!hasCurrentRows())
+            reload();
+    });
 }
 
 void TreeEditor::setUndoManager(UndoManager* manager) {

@@ -34,9 +34,9 @@ class MouseTests(EndToEndCase):
         self.wait_for_selected_row("texto, Número, 12")
         self.wait_for_title("datos.json* — Quelm")
 
-        hands.click(self.window.wait_for("check box", "Texto"))
+        hands.click(self.window.wait_for("radio button", "Texto"))
         self.wait_for_text('{"lista":[1,2],"texto":12}')
-        hands.click(self.window.wait_for("check box", "Árbol"))
+        hands.click(self.window.wait_for("radio button", "Árbol"))
         self.wait_for_selected_row("texto, Número, 12")
 
         self.quelm.choose("Archivo", "Guardar")

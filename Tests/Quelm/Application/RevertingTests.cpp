@@ -78,6 +78,15 @@ TEST_F(RevertingTests, AsksFirstAndChangesNothingWhenRefused) {
     EXPECT_FALSE(view().isReadOnly());
 }
 
+TEST_F(RevertingTests, IsNotWhatReturnAnswers) {
+    openAndType();
+    controller.revert(*window);
+    QTest::keyClick(box(), Qt::Key_Return);
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !box(); }));
+    EXPECT_EQ(text(), "x[1");
+    EXPECT_FALSE(view().isReadOnly());
+}
+
 TEST_F(RevertingTests, ShowsWhatTheFileHoldsNowWithoutStepsOfBefore) {
     openAndType();
     folder.write(QStringLiteral("notas.json"), "[2]");

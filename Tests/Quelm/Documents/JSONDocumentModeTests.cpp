@@ -1,3 +1,4 @@
+#include "Quelm/Foundation/BackgroundThreads.h"
 #include "Tests/Quelm/Documents/EditedDocumentTest.h"
 #include "Tests/Quelm/Support/Printing.h"
 
@@ -21,12 +22,12 @@ class HeldPool {
 public:
     HeldPool() {
         for (int thread = 0; thread < count_; ++thread)
-            QThreadPool::globalInstance()->start([gate = gate_] { gate->acquire(); });
+            backgroundThreads().start([gate = gate_] { gate->acquire(); });
     }
     ~HeldPool() { gate_->release(count_); }
 
 private:
-    const int count_ = QThreadPool::globalInstance()->maxThreadCount();
+    const int count_ = backgroundThreads().maxThreadCount();
     const std::shared_ptr<QSemaphore> gate_ = std::make_shared<QSemaphore>();
 };
 
@@ -252,7 +253,7 @@ TEST_F(JSONDocumentModeTests, LettingGoOfTheTaskEndsItWithoutAWord) {
     const std::int64_t revision = document.revision();
     start(EditorMode::text);
     task = {};
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundThreads().waitForDone();
     QCoreApplication::processEvents();
     EXPECT_FALSE(outcome);
     EXPECT_EQ(document.mode(), EditorMode::tree);
@@ -263,7 +264,7 @@ TEST_F(JSONDocumentModeTests, ADocumentThatIsGoneHearsNothing) {
     auto brief = std::make_unique<JSONDocument>();
     task = brief->setMode(EditorMode::text, [this](const Outcome& result) { outcome = result; });
     brief.reset();
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundThreads().waitForDone();
     QCoreApplication::processEvents();
     EXPECT_FALSE(outcome);
 }

@@ -2,6 +2,7 @@
 
 #include "JSONCore/JSONParser.h"
 #include "Quelm/Documents/TextValidator.h"
+#include "Quelm/Foundation/BackgroundThreads.h"
 #include "Tests/Quelm/Support/FakeClock.h"
 
 #include <QSignalSpy>
@@ -87,7 +88,7 @@ protected:
         pool().waitForDone();
         pool().setMaxThreadCount(threadCount);
     }
-    static QThreadPool& pool() { return *QThreadPool::globalInstance(); }
+    static QThreadPool& pool() { return backgroundThreads(); }
 
     void use(TextValidator::Parse parse) {
         validator = std::make_unique<TextValidator>(clock, std::move(parse));

@@ -1,3 +1,4 @@
+#include "Quelm/Foundation/BackgroundThreads.h"
 #include "Tests/Quelm/EditorWindow/EditorModelTest.h"
 
 namespace quelm {
@@ -116,14 +117,14 @@ TEST_F(EditorModelBusyTests, ACancelledSwitchChangesNothing) {
 TEST_F(EditorModelBusyTests, ASuccessThatComesAfterBeingCancelledIsDropped) {
     openText("[1, 2]");
     model->format(compact);
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundThreads().waitForDone();
     model->cancelWork();
     QCoreApplication::processEvents();
     EXPECT_FALSE(model->isBusy());
     EXPECT_EQ(shownText(), "[1, 2]");
 
     model->switchMode(EditorMode::tree);
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundThreads().waitForDone();
     model->cancelWork();
     QCoreApplication::processEvents();
     EXPECT_FALSE(model->isBusy());
@@ -134,7 +135,7 @@ TEST_F(EditorModelBusyTests, AFailureThatComesAfterBeingCancelledIsNotTold) {
     openText("[1, 2]");
     type("[");
     model->format(compact);
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundThreads().waitForDone();
     model->cancelWork();
     QCoreApplication::processEvents();
     EXPECT_FALSE(model->isBusy());

@@ -1,3 +1,4 @@
+#include "Quelm/Foundation/BackgroundThreads.h"
 #include "Tests/Quelm/EditorWindow/EditorModelTest.h"
 
 #include <QFileInfo>
@@ -95,10 +96,13 @@ TEST_F(EditorModelExportTests, OneIsWrittenAfterTheOther) {
     openTree("[1, 2]");
     exportTo(path(), compact);
     exportTo(path(), pretty);
-    EXPECT_TRUE(model->isExporting());
     takeLog();
+    std::vector<bool> isMoreToCome;
+    QObject::connect(&*model, &EditorModel::exportingFinished, &*model,
+                     [&] { isMoreToCome.push_back(model->isExporting()); });
     wait();
     EXPECT_THAT(log, ElementsAre("exported", "exporting", "exported"));
+    EXPECT_THAT(isMoreToCome, ElementsAre(true, false));
     EXPECT_EQ(TemporaryFolder::contents(path()), "[\n  1,\n  2\n]\n");
 }
 
@@ -186,7 +190,7 @@ TEST_F(EditorModelExportTests, ACancelledExportWritesNothingAndIsNotReported) {
 TEST_F(EditorModelExportTests, AFailureThatComesAfterBeingCancelledIsNotTold) {
     openTree("[1]");
     exportTo(path("falta/copia.json"));
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundThreads().waitForDone();
     takeLog();
     model->cancelWork();
     QCoreApplication::processEvents();

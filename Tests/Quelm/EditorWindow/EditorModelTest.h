@@ -1,6 +1,7 @@
 #pragma once
 
 #include "Quelm/EditorWindow/EditorModel.h"
+#include "Quelm/Foundation/BackgroundThreads.h"
 #include "Quelm/TextEngine/TextStorage.h"
 #include "Tests/Quelm/Support/FakeClock.h"
 #include "Tests/Quelm/Support/Printing.h"
@@ -41,7 +42,7 @@ public:
     }
 
 private:
-    static QThreadPool& pool() { return *QThreadPool::globalInstance(); }
+    static QThreadPool& pool() { return backgroundThreads(); }
 
     void release() {
         if (!std::exchange(isReleased_, true))

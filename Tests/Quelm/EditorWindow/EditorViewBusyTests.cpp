@@ -1,3 +1,4 @@
+#include "Quelm/Foundation/BackgroundThreads.h"
 #include "Tests/Quelm/EditorWindow/EditorViewTest.h"
 
 #include <QClipboard>
@@ -96,7 +97,7 @@ TEST_F(EditorViewBusyTests, AFileThatIsReadAnewMeanwhileEndsTheOperation) {
     EXPECT_FALSE(window->model().isBusy());
     EXPECT_TRUE(window->modePicker().isEnabled());
     blocked.reset();
-    QThreadPool::globalInstance()->waitForDone();
+    backgroundThreads().waitForDone();
     QTest::qWait(0);
     EXPECT_EQ(shownText(), QStringLiteral("[3, 4]"));
     QTest::keyClicks(&textView(), QStringLiteral(" "));
@@ -115,7 +116,7 @@ TEST_F(EditorViewBusyTests, AWindowCanCloseInTheMiddleOfAnything) {
         window->close();
         window.reset();
         blocked.reset();
-        QThreadPool::globalInstance()->waitForDone();
+        backgroundThreads().waitForDone();
         QTest::qWait(0);
     }
     SUCCEED();

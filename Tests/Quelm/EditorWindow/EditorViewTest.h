@@ -3,6 +3,7 @@
 #include "Quelm/EditorWindow/EditorView.h"
 #include "Quelm/EditorWindow/ModePicker.h"
 #include "Quelm/EditorWindow/StatusBar.h"
+#include "Quelm/Foundation/BackgroundThreads.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
 #include "Quelm/TreeEditor/InlineField.h"
@@ -27,9 +28,9 @@ namespace quelm {
 /// Keeps the application's threads from beginning anything for as long as it lives: an operation stays under way.
 class BlockedThreads {
 public:
-    BlockedThreads() : count_(QThreadPool::globalInstance()->maxThreadCount()) {
+    BlockedThreads() : count_(backgroundThreads().maxThreadCount()) {
         for (int thread = 0; thread < count_; ++thread)
-            QThreadPool::globalInstance()->start([semaphores = semaphores_] {
+            backgroundThreads().start([semaphores = semaphores_] {
                 semaphores->started.release();
                 semaphores->go.acquire();
             });

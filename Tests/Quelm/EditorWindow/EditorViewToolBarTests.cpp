@@ -78,6 +78,17 @@ TEST_F(EditorViewToolBarTests, WhatWasChangedStaysModifiedThroughASwitchAndCanno
     EXPECT_EQ(savedText(), " [1]");
 }
 
+TEST_F(EditorViewToolBarTests, ASwitchMakesTheRowsOfTheTreeOnce) {
+    showAsText("[1]");
+    QTest::keyClicks(&textView(), QStringLiteral(" "));
+    const QSignalSpy rows(&window->treeEditor(), &TreeEditor::outlineChanged);
+    click(segment(QStringLiteral("Árbol")));
+    ASSERT_TRUE(finishOperation());
+    QTest::qWait(0);
+    EXPECT_EQ(window->treeEditor().outline().rowCount(), 2);
+    EXPECT_EQ(rows.count(), 1);
+}
+
 TEST_F(EditorViewToolBarTests, TheSegmentThatIsShownDoesNothing) {
     show("[1]");
     const QWidget* before = window->editorArea();

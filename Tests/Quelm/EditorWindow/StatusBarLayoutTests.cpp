@@ -82,7 +82,7 @@ TEST_F(StatusBarLayoutTests, ThePathGivesWayFirstAndAtItsHead) {
     EXPECT_EQ(tipOf(labels().back()), QString());
 
     setWidth(400);
-    EXPECT_EQ(texts()[0], QStringLiteral("5 nodos").replace(u'5', u'6'));
+    EXPECT_EQ(texts()[0], QStringLiteral("6 nodos"));
     EXPECT_EQ(texts()[1], QStringLiteral("Formato: compacto"));
     EXPECT_TRUE(texts().back().startsWith(u'…')) << texts().back().toStdString();
     EXPECT_TRUE(texts().back().endsWith(QStringLiteral("menos\"]")));

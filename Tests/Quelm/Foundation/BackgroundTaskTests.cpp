@@ -1,4 +1,5 @@
 #include "Quelm/Foundation/BackgroundTask.h"
+#include "Quelm/Foundation/BackgroundThreads.h"
 
 #include <QTest>
 #include <QThread>
@@ -146,7 +147,7 @@ struct NotedResult {
     void await() const {
         while (!*isThere)
             QThread::yieldCurrentThread();
-        QThreadPool::globalInstance()->waitForDone();
+        backgroundThreads().waitForDone();
     }
 };
 

@@ -1,3 +1,4 @@
+#include "Quelm/Foundation/BackgroundThreads.h"
 #include "Quelm/Foundation/UndoManager.h"
 #include "Quelm/TextEditor/Coordinator.h"
 #include "Quelm/TextEditor/LineNumberGutter.h"
@@ -61,7 +62,7 @@ protected:
     /// Lets what is still looked for in vain end, and be delivered if it should
     /// not.
     static void settle() {
-        QThreadPool::globalInstance()->waitForDone();
+        backgroundThreads().waitForDone();
         QTest::qWait(1);
     }
 
