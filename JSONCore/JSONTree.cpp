@@ -2,6 +2,7 @@
 
 #include "JSONCore/KeyIndex.h"
 #include "JSONCore/NumberedKey.h"
+#include "JSONCore/PathNotation.h"
 #include "JSONCore/Storage/TreeStorage.h"
 #include "TextCore/CanonicalText.h"
 #include "TextCore/Check.h"
@@ -48,27 +49,6 @@ KeyIndex* keyIndexOf(const TreeStorage& storage, NodeID object, KeyIndexCache& c
     }
     index.add(std::span(keys).first(count));
     return &cache.add(object, std::move(index));
-}
-
-/// Whether a key is written as ".key" in a path.
-bool isIdentifierLike(std::string_view key) {
-    const auto isStart = [](char c) {
-        return c == '_' || c == '$' || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
-    };
-    return !key.empty() && isStart(key.front()) &&
-           std::ranges::all_of(key, [&](char c) { return isStart(c) || (c >= '0' && c <= '9'); });
-}
-
-std::string memberComponent(std::string_view key) {
-    if (isIdentifierLike(key))
-        return "." + std::string(key);
-    std::string component = "[\"";
-    for (char c : key) {
-        if (c == '\\' || c == '"')
-            component += '\\';
-        component += c;
-    }
-    return component + "\"]";
 }
 
 } // namespace
@@ -181,7 +161,7 @@ std::string JSONTree::path(NodeID id) const {
         if (kind(*container) == NodeKind::array)
             components.push_back("[" + std::to_string(indexInParent(id).value_or(0)) + "]");
         else
-            components.push_back(memberComponent(key(id)));
+            components.push_back(PathNotation::member(key(id)));
         id = *container;
     }
     std::string path = "$";

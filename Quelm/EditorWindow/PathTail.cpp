@@ -1,9 +1,9 @@
 #include "Quelm/EditorWindow/PathTail.h"
 
+#include "JSONCore/PathNotation.h"
 #include "Quelm/Foundation/VisibleText.h"
 
 #include <algorithm>
-#include <array>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,50 +18,16 @@ struct Component {
     bool isCut = false;
 };
 
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-bool isIdentifierCharacter(char c) {
-    const char lowercase = static_cast<char>(c | 0x20);
-    return (lowercase >= 'a' && lowercase <= 'z') || isDigit(c) || c == '_' || c == '$';
-}
-
-/// Whether a key is written as ".key". A block at a time, without a branch in it, since a key may have megabytes.
-bool isIdentifierLike(std::string_view key) {
-    constexpr std::size_t blockSize = 64;
-    if (key.empty() || isDigit(key.front()))
-        return false;
-    for (; key.size() >= blockSize; key.remove_prefix(blockSize)) {
-        std::array<unsigned char, blockSize> isFit{};
-        for (std::size_t index = 0; index < blockSize; ++index)
-            isFit[index] = static_cast<unsigned char>(isIdentifierCharacter(key[index]));
-        if (std::ranges::find(isFit, 0) != isFit.end())
-            return false;
-    }
-    return std::ranges::all_of(key, isIdentifierCharacter);
-}
-
 std::string_view suffix(std::string_view text, std::size_t bytes) {
     return text.substr(text.size() - std::min(bytes, text.size()));
-}
-
-std::string quoted(std::string_view key) {
-    std::string text;
-    for (const char c : key) {
-        if (c == '\\' || c == '"')
-            text += '\\';
-        text += c;
-    }
-    return text + "\"]";
 }
 
 Component memberComponent(std::string_view key, std::size_t bytes) {
     const std::string_view end = suffix(key, bytes);
     const bool isCut = end.size() < key.size();
-    if (isIdentifierLike(key))
-        return {(isCut ? "" : ".") + std::string(end), isCut};
-    return {(isCut ? "" : "[\"") + quoted(end), isCut};
+    if (!isCut)
+        return {PathNotation::member(key)};
+    return {PathNotation::isIdentifierLike(key) ? std::string(end) : PathNotation::escaped(end) + "\"]", true};
 }
 
 Component componentOf(const JSONTree& tree, NodeID id, NodeID container, std::size_t bytes) {
