@@ -80,8 +80,8 @@ public:
     bool isLinked(NodeID id) const;
 
     /// While it is read-only (not so at first) nothing that would change the document, nor opening a field, does
-    /// anything; selecting, expanding and copying go on. A field that is open then is cancelled: whoever sets it has it
-    /// handed in before.
+    /// anything; selecting, expanding and copying go on. Steps can be undone and done again nonetheless, as long as
+    /// their manager lets them. A field that is open then is cancelled: whoever sets it has it handed in before.
     bool isReadOnly() const { return isReadOnly_; }
     void setReadOnly(bool isReadOnly);
 

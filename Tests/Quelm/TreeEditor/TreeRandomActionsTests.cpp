@@ -12,6 +12,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QMenu>
+#include <QMessageBox>
 #include <QScrollBar>
 #include <QTest>
 #include <QWheelEvent>
@@ -354,6 +355,10 @@ protected:
                                                          {5, &TreeRandomActions::checkPaste},
                                                          {1, &TreeRandomActions::format},
                                                          {14, &TreeRandomActions::undoOrRedo}}};
+        // What a paste of something else than JSON is told with.
+        if (auto* alert = qobject_cast<QMessageBox*>(QApplication::activeModalWidget()))
+            QTest::keyClick(alert, oneIn(2) ? Qt::Key_Return : Qt::Key_Escape);
+        ASSERT_EQ(QApplication::activeModalWidget(), nullptr);
         // Without a window manager nothing makes the window active again after a menu.
         if (!QApplication::activePopupWidget() && !window_->isActiveWindow()) {
             window_->activateWindow();
