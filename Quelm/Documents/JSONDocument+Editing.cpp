@@ -48,7 +48,7 @@ void JSONDocument::replaceContent(JSONContent newContent, UndoManager* undoManag
     if (mode_ == EditorMode::text && textBuffer_ && content_.text)
         textBuffer_->replaceCharacters({0, textBuffer_->length()}, *content_.text);
     stateToken_.advance();
-    advanceRevision(mode_);
+    advanceRevision();
     if (!manager)
         return;
     manager->registerUndo<JSONDocument>(
@@ -84,7 +84,8 @@ void JSONDocument::finishModeChange(EditorMode newMode, JSONContent converted) {
     setContent(std::move(converted));
     if (newMode == EditorMode::tree)
         dropTextBuffer();
-    advanceRevision(newMode);
+    changeMode(newMode);
+    advanceRevision();
 }
 
 std::vector<TreeEdit> JSONDocument::applyTreeEdits(std::span<const TreeEdit> edits) {

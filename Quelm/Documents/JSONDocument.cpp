@@ -68,9 +68,10 @@ void JSONDocument::apply(JSONContent snapshot) {
     setContent(std::move(snapshot));
     // An editor that is made for the new mode attaches a buffer of its own.
     dropTextBuffer();
+    changeMode(openingMode(content_));
     savedToken_ = stateToken_.next();
     stateToken_.advance();
-    advanceRevision(openingMode(content_));
+    advanceRevision();
     Q_EMIT didApply();
 }
 
@@ -87,12 +88,15 @@ SharedText JSONDocument::fileContents(const JSONContent& snapshot) {
     return {};
 }
 
-void JSONDocument::advanceRevision(EditorMode mode) {
-    // Whoever hears of the one may ask for the other.
-    const bool isOtherMode = std::exchange(mode_, mode) != mode;
+void JSONDocument::changeMode(EditorMode mode) {
+    if (mode_ == mode)
+        return;
+    mode_ = mode;
+    Q_EMIT modeChanged();
+}
+
+void JSONDocument::advanceRevision() {
     revision_ = nextRevision(revision_);
-    if (isOtherMode)
-        Q_EMIT modeChanged();
     Q_EMIT revisionChanged();
 }
 

@@ -149,8 +149,8 @@ private:
     /// The content of before; when both are the same, the one that is not needed.
     [[nodiscard]] DisposedInBackground<JSONContent> exchangeContent(JSONContent content);
     void finishModeChange(EditorMode newMode, JSONContent converted);
-    /// Also takes the mode on.
-    void advanceRevision(EditorMode mode);
+    void changeMode(EditorMode mode);
+    void advanceRevision();
     void announceModified();
 
     const std::shared_ptr<DocumentConfiguration> configuration_;

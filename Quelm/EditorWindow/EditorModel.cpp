@@ -95,14 +95,14 @@ void EditorModel::format(const JSONStyle& style) {
         return;
     Q_EMIT willReadDocument();
     setBusy(true);
-    // A result that is not delivered goes with the task, on this thread.
-    using Result = DisposedInBackground<ContentConversion::Result>;
     operation_.task = startInBackground(
         this,
         [content = document_->snapshot(), style](const std::stop_token& stop) mutable {
-            return Result(ContentConversion::reformat(std::move(content), style, stop));
+            return ContentConversion::reformat(std::move(content), style, stop);
         },
-        [this, undoManager = undoManager_](const Result& result) { finishFormatting(*result, undoManager); });
+        [this, undoManager = undoManager_](const ContentConversion::Result& result) {
+            finishFormatting(result, undoManager);
+        });
 }
 
 void EditorModel::finishFormatting(const ContentConversion::Result& result, UndoManager* undoManager) {
