@@ -6,7 +6,7 @@ class QWidget;
 
 namespace quelm {
 
-/// Decides whether the application ends when its last window closes: once a document window has been shown.
+/// Decides whether the application ends when its last window closes: once a window has been shown.
 class AppDelegate : public QObject {
     Q_OBJECT
 

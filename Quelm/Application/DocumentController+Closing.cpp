@@ -33,7 +33,11 @@ bool DocumentController::isToBeAskedAbout(EditorView& window) const {
     const auto discarded = discarding_.find(&window);
     const bool isDiscarded =
         discarded != discarding_.end() && discarded->second == window.document().stateToken().current();
-    return window.document().isModified() && !isDiscarded;
+    // What is being written may be a state that was left since: then the file will not be what the window shows.
+    const auto saving = savings_.find(&window);
+    const bool isSaved = !window.document().isModified() &&
+                         (saving == savings_.end() || saving->second.token == window.document().stateToken().current());
+    return !isSaved && !isDiscarded;
 }
 
 void DocumentController::askBeforeClosing(EditorView& window) {
@@ -55,7 +59,7 @@ void DocumentController::askBeforeClosing(EditorView& window) {
 /// Takes the question about a window away when there are no changes to ask about any more. Returns whether it did.
 bool DocumentController::dismissSettledQuestion(EditorView& window) {
     const auto question = questions_.find(&window);
-    if (question == questions_.end() || !question->second || window.document().isModified())
+    if (question == questions_.end() || !question->second || isToBeAskedAbout(window))
         return false;
     question->second->deleteLater();
     return true;

@@ -27,19 +27,23 @@ void DocumentController::newDocument() {
     window->show();
 }
 
-void DocumentController::open(const QString& path) {
+EditorView* DocumentController::windowOf(const QString& path) const {
     const QFileInfo file(path);
-    const auto shown = std::ranges::find_if(windows_, [&](const EditorView* window) {
+    const auto found = std::ranges::find_if(windows_, [&](const EditorView* window) {
         const auto& location = window->document().configuration().fileLocation();
         return location && QFileInfo(*location) == file;
     });
-    if (shown != windows_.end()) {
-        bringForward(**shown);
+    return found == windows_.end() ? nullptr : *found;
+}
+
+void DocumentController::open(const QString& path) {
+    if (EditorView* shown = windowOf(path)) {
+        bringForward(*shown);
         return;
     }
 
     // The window is made while the file is read, and read before it is shown as a rule.
-    const QString location = file.absoluteFilePath();
+    const QString location = QFileInfo(path).absoluteFilePath();
     EditorView* window = addWindow(std::make_shared<JSONDocument>(std::make_shared<DocumentConfiguration>(location)));
     openings_[window] = startInBackground(
         window, [location](std::stop_token stop) { return loadDocument(location, std::move(stop)); },

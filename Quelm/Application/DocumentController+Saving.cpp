@@ -28,9 +28,26 @@ void DocumentController::saveAs(EditorView& window) {
     QFileDialog* dialog = makeSaveDialog(window);
     const auto& location = window.document().configuration().fileLocation();
     dialog->selectFile(location.value_or(window.document().baseName() + QStringLiteral(".json")));
-    connect(dialog, &QFileDialog::fileSelected, &window, [this, &window](const QString& path) { write(window, path); });
+    connect(dialog, &QFileDialog::fileSelected, &window, [this, &window](const QString& path) {
+        if (isOpenElsewhere(window, path))
+            refuseSaving(window, path);
+        else
+            write(window, path);
+    });
     connect(dialog, &QDialog::rejected, &window, [this, &window] { cancelClosing(window); });
     dialog->open();
+}
+
+/// Two windows on one file would overwrite each other's changes.
+bool DocumentController::isOpenElsewhere(const EditorView& window, const QString& path) const {
+    const EditorView* owner = windowOf(path);
+    return owner && owner != &window;
+}
+
+void DocumentController::refuseSaving(EditorView& window, const QString& path) {
+    cancelClosing(window);
+    alert(&window, tr("No se pudo guardar «%1».").arg(QFileInfo(path).fileName()),
+          tr("El archivo está abierto en otra ventana."));
 }
 
 void DocumentController::write(EditorView& window, const QString& path) {

@@ -97,6 +97,10 @@ private:
     void finishOpening(EditorView* window, const QString& path, std::expected<JSONContent, FileError> content);
 
     void write(EditorView& window, const QString& path);
+    bool isOpenElsewhere(const EditorView& window, const QString& path) const;
+    void refuseSaving(EditorView& window, const QString& path);
+    /// The window that shows the file; null when none does.
+    EditorView* windowOf(const QString& path) const;
     void startSaving(EditorView& window, StateToken::Value token);
     void finishSaving(EditorView& window);
     bool canRevert(EditorView& window) const;

@@ -67,7 +67,7 @@ private:
         const bool isHeld = window_.model().isBusy() || window_.treeEditor().isReadOnly();
         save_->setEnabled(hasDocument);
         saveAs_->setEnabled(hasDocument);
-        revert_->setEnabled(hasDocument && document.isModified() && document.configuration().fileLocation());
+        revert_->setEnabled(hasDocument && !isHeld && document.isModified() && document.configuration().fileLocation());
         pretty_->setEnabled(hasDocument && !isHeld);
         compact_->setEnabled(hasDocument && !isHeld);
     }

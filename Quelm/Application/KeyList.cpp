@@ -9,6 +9,8 @@
 #include <QHeaderView>
 #include <QMainWindow>
 #include <QMenuBar>
+#include <QScrollBar>
+#include <QShortcut>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -33,6 +35,16 @@ void addSection(QTreeWidget& list, const KeySection& section) {
     heading->setExpanded(true);
 }
 
+/// Wide enough for the longest entry of either column.
+void fitWidth(QTreeWidget& list) {
+    list.header()->setStretchLastSection(false);
+    for (int column = 0; column < list.columnCount(); ++column)
+        list.resizeColumnToContents(column);
+    list.setMinimumWidth(list.header()->length() + list.verticalScrollBar()->sizeHint().width() +
+                         2 * list.frameWidth());
+    list.header()->setStretchLastSection(true);
+}
+
 QTreeWidget* makeList(const QMainWindow& window, QWidget* parent) {
     auto* list = new QTreeWidget(parent);
     list->setHeaderLabels({KeyList::tr("Acción"), KeyList::tr("Teclas")});
@@ -43,7 +55,7 @@ QTreeWidget* makeList(const QMainWindow& window, QWidget* parent) {
     list->setSelectionMode(QAbstractItemView::NoSelection);
     for (const KeySection& section : menuKeys(*window.menuBar()) + editorKeys())
         addSection(*list, section);
-    list->header()->setSectionResizeMode(0, QHeaderView::ResizeToContents);
+    fitWidth(*list);
     return list;
 }
 
@@ -58,6 +70,7 @@ QDialog* showKeyList(QMainWindow& window) {
         dialog->setAttribute(Qt::WA_DeleteOnClose);
         auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close, dialog);
         QObject::connect(buttons, &QDialogButtonBox::rejected, dialog, &QDialog::close);
+        QObject::connect(new QShortcut(Qt::CTRL | Qt::Key_W, dialog), &QShortcut::activated, dialog, &QDialog::close);
         auto* layout = new QVBoxLayout(dialog);
         layout->addWidget(makeList(window, dialog));
         layout->addWidget(buttons);

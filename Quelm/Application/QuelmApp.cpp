@@ -34,7 +34,11 @@ bool hasDisplay() {
 
 /// Whether the raw command line has one of the options, before Qt has taken its own out of it.
 bool mentions(std::span<char*> arguments, std::initializer_list<std::string_view> options) {
-    return std::ranges::any_of(arguments.subspan(1), [&](std::string_view argument) {
+    const auto given = arguments.subspan(1);
+    // After two dashes everything is a file.
+    const auto end =
+        std::ranges::find(given, std::string_view("--"), [](const char* text) { return std::string_view(text); });
+    return std::any_of(given.begin(), end, [&](std::string_view argument) {
         return std::ranges::find(options, argument) != options.end();
     });
 }

@@ -3,16 +3,19 @@
 #include "Quelm/Foundation/Fonts.h"
 #include "Quelm/Foundation/Preferences.h"
 
+#include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QFormLayout>
 #include <QGroupBox>
 #include <QLabel>
+#include <QScreen>
 #include <QShortcut>
 #include <QSignalBlocker>
 #include <QVBoxLayout>
 
 #include <algorithm>
+#include <utility>
 
 namespace quelm {
 
@@ -150,7 +153,20 @@ void SettingsView::closeOn(const QKeySequence& keys) {
 
 void SettingsView::showEvent(QShowEvent* event) {
     showStoredValues();
+    if (!std::exchange(wasShown_, true))
+        centerOverActiveWindow();
     QWidget::showEvent(event);
+}
+
+void SettingsView::centerOverActiveWindow() {
+    const QWidget* active = QApplication::activeWindow();
+    if (!active || active == this)
+        return;
+    QRect place = rect();
+    place.moveCenter(active->geometry().center());
+    const QRect screen = active->screen()->availableGeometry();
+    move(std::max(std::min(place.left(), screen.right() - place.width()), screen.left()),
+         std::max(std::min(place.top(), screen.bottom() - place.height()), screen.top()));
 }
 
 void SettingsView::showStoredValues() {

@@ -9,7 +9,7 @@ class QGroupBox;
 namespace quelm {
 
 /// The window of the user's preferences. Each control shows what is stored when the window is shown, and stores what is
-/// chosen at once.
+/// chosen at once. It opens in the middle of the window that is active, and stays where the user puts it.
 class SettingsView : public QWidget {
     Q_OBJECT
 
@@ -24,11 +24,13 @@ private:
     QGroupBox* makeOpeningSection();
     void alignLabels();
     void closeOn(const QKeySequence& keys);
+    void centerOverActiveWindow();
     void showStoredValues();
 
     QComboBox* indent_;
     QCheckBox* sortsKeys_;
     QComboBox* initialMode_;
+    bool wasShown_ = false;
 };
 
 } // namespace quelm

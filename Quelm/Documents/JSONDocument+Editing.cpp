@@ -28,6 +28,17 @@ void JSONDocument::dropTextBuffer() {
 void JSONDocument::noteTextBufferEdited() {
     isTextBufferEdited_ = true;
     stateToken_.advance();
+    dropParsed();
+}
+
+/// The tree or the error of a text that is not the document's any more: as large as all of it, and of no use to
+/// anybody.
+void JSONDocument::dropParsed() {
+    if (!textBuffer_ || !content_.text || (!content_.tree && !content_.parseError))
+        return;
+    disposeInBackground(std::exchange(content_.tree, std::nullopt));
+    content_.parseError.reset();
+    Q_EMIT contentChanged();
 }
 
 void JSONDocument::commitTextBuffer() {

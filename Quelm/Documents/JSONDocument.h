@@ -88,7 +88,7 @@ public:
     /// Whether the text buffer holds edits that the content's text does not have.
     bool isTextBufferEdited() const { return isTextBufferEdited_; }
     /// The user edited the text buffer, undid or redid an edit there: to be called right after every such change, and
-    /// before its undo step is registered. Moves the state token.
+    /// before its undo step is registered. Moves the state token, and drops the tree or the error of the text before.
     void noteTextBufferEdited();
     /// Makes the text buffer's edits, if there are any, the content's text; the tree and the error of the old text go.
     /// O(1): the text is shared.
@@ -150,6 +150,7 @@ private:
     [[nodiscard]] DisposedInBackground<JSONContent> exchangeContent(JSONContent content);
     void finishModeChange(EditorMode newMode, JSONContent converted);
     void changeMode(EditorMode mode);
+    void dropParsed();
     void advanceRevision();
     void announceModified();
 

@@ -37,6 +37,9 @@ QMessageBox* showAlert(QWidget* parent, const QString& message, const QString& d
                                 QMessageBox::Ok, parent);
     box->setTextFormat(Qt::PlainText);
     box->setInformativeText(details);
+    // The format of the box is that of its heading only.
+    if (auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel")))
+        label->setTextFormat(Qt::PlainText);
     useWarningSymbol(*box);
     widen(*box);
     emphasizeMessage(*box);

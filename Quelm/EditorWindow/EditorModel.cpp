@@ -17,14 +17,20 @@ EditorModel::EditorModel(std::shared_ptr<JSONDocument> document, Clock& clock)
     };
     connect(document_.get(), &JSONDocument::revisionChanged, this, &EditorModel::validateShownText);
     connect(document_.get(), &JSONDocument::didApply, this, &EditorModel::dropOperation);
+    connect(document_.get(), &JSONDocument::modeChanged, this, [this] {
+        // A tree has no lines to go to.
+        if (document_->mode() == EditorMode::tree)
+            setGoToLinePresented(false);
+    });
 }
 
 EditorModel::~EditorModel() {
     exporting_.task.detach();
-    for (Export& waiting : waitingExports_)
-        backgroundThreads().start([waiting = std::move(waiting)] {
-            // There is nobody left to be told how it ends.
-            (void)waiting.document->writeFile(waiting.path, {});
+    if (!waitingExports_.empty())
+        backgroundThreads().start([exports = std::move(waitingExports_)] {
+            // There is nobody left to be told how they end.
+            for (const Export& next : exports)
+                (void)next.document->writeFile(next.path, {});
         });
     if (isBusy_)
         setDocumentLocked(false);
@@ -100,16 +106,17 @@ void EditorModel::format(const JSONStyle& style) {
         [content = document_->snapshot(), style](const std::stop_token& stop) mutable {
             return ContentConversion::reformat(std::move(content), style, stop);
         },
-        [this, undoManager = undoManager_](const ContentConversion::Result& result) {
-            finishFormatting(result, undoManager);
+        [this, undoManager = undoManager_](ContentConversion::Result result) {
+            finishFormatting(std::move(result), undoManager);
         });
 }
 
-void EditorModel::finishFormatting(const ContentConversion::Result& result, UndoManager* undoManager) {
+void EditorModel::finishFormatting(ContentConversion::Result result, UndoManager* undoManager) {
     if (!result)
         report(tr("No se puede dar formato a un JSON inválido.\n"), result.error());
     else
-        document_->replaceContent(*result, undoManager);
+        // Moved rather than copied: its tree keeps the index of its keys.
+        document_->replaceContent(*std::move(result), undoManager);
     setBusy(false);
 }
 

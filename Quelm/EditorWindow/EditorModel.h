@@ -142,7 +142,7 @@ private:
     void setBusy(bool isBusy);
     void setDocumentLocked(bool isLocked);
     void finishSwitching(const std::expected<void, ConversionError>& result);
-    void finishFormatting(const ContentConversion::Result& result, UndoManager* undoManager);
+    void finishFormatting(ContentConversion::Result result, UndoManager* undoManager);
     void report(const QString& firstLine, const ConversionError& error);
     void dropOperation();
 

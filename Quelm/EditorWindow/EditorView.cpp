@@ -2,6 +2,7 @@
 
 #include "Quelm/EditorWindow/Divider.h"
 #include "Quelm/EditorWindow/EditorToolBar.h"
+#include "Quelm/EditorWindow/ModePicker.h"
 #include "Quelm/EditorWindow/OpeningPage.h"
 #include "Quelm/EditorWindow/StatusBar.h"
 #include "Quelm/Foundation/Fonts.h"
@@ -9,6 +10,7 @@
 #include "Quelm/TextEngine/TextView.h"
 #include "Quelm/TreeEditor/TreeView.h"
 
+#include <QKeyEvent>
 #include <QScreen>
 #include <QVBoxLayout>
 
@@ -19,7 +21,9 @@ namespace quelm {
 EditorView::EditorView(std::shared_ptr<JSONDocument> document, QWidget* parent, Clock& clock)
     : QMainWindow(parent), model_(std::move(document), clock) {
     setMinimumSize(scaledPixels(480), scaledPixels(320));
-    resize(defaultSize().boundedTo(screen()->availableSize()));
+    // The desktop's frame and title bar need room as well.
+    const QSize frame(scaledPixels(16), scaledPixels(64));
+    resize(defaultSize().boundedTo(screen()->availableSize() - frame));
     model_.setUndoManager(&undoManager_);
     toolBar_ = new EditorToolBar(model_);
     addToolBar(toolBar_);
@@ -100,6 +104,26 @@ void EditorView::showEvent(QShowEvent* event) {
     QMainWindow::showEvent(event);
 }
 
+void EditorView::keyPressEvent(QKeyEvent* event) {
+    // Whoever has the focus had its turn.
+    if (event->key() == Qt::Key_Escape && (model_.isBusy() || model_.isExporting()))
+        model_.cancelWork();
+    else if (event->key() == Qt::Key_F6 && event->modifiers() == Qt::NoModifier && editorArea_)
+        changeFocusedArea();
+    else
+        QMainWindow::keyPressEvent(event);
+}
+
+/// From the document to the toolbar and back: a key for where Tab is typed.
+void EditorView::changeFocusedArea() {
+    const QWidget* focused = focusWidget();
+    const bool isInDocument = focused && (focused == editorArea_ || editorArea_->isAncestorOf(focused));
+    if (isInDocument && modePicker().isEnabled())
+        modePicker().setFocus(Qt::TabFocusReason);
+    else
+        editorArea_->setFocus(Qt::TabFocusReason);
+}
+
 void EditorView::updateTitle() {
     setWindowTitle(document().configuration().displayName() + QStringLiteral("[*]"));
 }
@@ -165,8 +189,21 @@ void EditorView::showRevision() {
     const bool isShown = document().mode() == EditorMode::tree
                              ? treeView() != nullptr
                              : editor && document().textBuffer() == editor->textView().sharedTextStorage();
-    if (!isOpening_ && !isShown)
+    if (isOpening_)
+        return;
+    if (!isShown)
         rebuildEditorArea();
+    else if (editor)
+        revealCaret(editor->textView());
+}
+
+/// The text was replaced under the caret.
+void EditorView::revealCaret(TextView& view) {
+    // What is past the end of the new text has been taken back to it, which may be anywhere.
+    const TextRange selection = view.selectedRange();
+    if (selection.location == view.textStorage().length())
+        view.setSelectedRange({0, 0});
+    view.scrollRangeToVisible(view.selectedRange());
 }
 
 void EditorView::rebuildEditorArea() {
@@ -234,10 +271,14 @@ void EditorView::showParseError() {
 }
 
 void EditorView::deliverGoTo() {
-    JSONTextView* editor = textEditor();
-    if (!editor || !model_.goTo() || model_.goTo() == deliveredGoTo_)
+    if (!model_.goTo() || model_.goTo() == deliveredGoTo_)
         return;
-    deliveredGoTo_ = model_.goTo();
+    JSONTextView* editor = textEditor();
+    // In a tree there is no such place, nor will it be what was meant in the next text.
+    if (editor || treeView())
+        deliveredGoTo_ = model_.goTo();
+    if (!editor)
+        return;
     // The text takes the focus.
     focusedItem_ = nullptr;
     editor->setGoTo(deliveredGoTo_);

@@ -22,6 +22,7 @@ class GoToLineDialog;
 class JSONTextView;
 class ModePicker;
 class StatusBar;
+class TextView;
 class TreeView;
 
 /// One document window: a toolbar, the tree or the text of its document by the document's mode, and the status bar,
@@ -75,6 +76,7 @@ Q_SIGNALS:
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     void makeCentralWidget();
@@ -89,6 +91,8 @@ private:
 
     // The editor area.
     void showRevision();
+    static void revealCaret(TextView& view);
+    void changeFocusedArea();
     void rebuildEditorArea();
     void replaceEditorArea(QWidget* area);
     QWidget* makeTextEditor();

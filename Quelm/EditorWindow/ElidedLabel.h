@@ -19,8 +19,6 @@ public:
     /// The text and what the tooltip says of it (`toolTipText`) when it is cut.
     void setText(const QString& text, const QString& wholeText);
 
-    /// What the text takes.
-    int naturalWidth() const { return naturalWidth_; }
     bool isElided() const { return width() < naturalWidth_; }
     /// What is painted of the text.
     QString shownText() const;

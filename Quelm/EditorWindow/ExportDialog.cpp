@@ -1,6 +1,7 @@
 #include "Quelm/EditorWindow/ExportDialog.h"
 
 #include "Quelm/Documents/JSONDocument.h"
+#include "Quelm/EditorWindow/JSONFileDialog.h"
 
 #include <QCoreApplication>
 #include <QFileDialog>
@@ -17,14 +18,10 @@ struct ExportDialog {
 } // namespace
 
 QFileDialog* makeExportDialog(const JSONDocument& document, QWidget& window) {
-    auto* dialog = new QFileDialog(&window, ExportDialog::tr("Exportar"));
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    const QString title = ExportDialog::tr("Exportar");
+    QFileDialog* dialog = makeJSONSaveDialog(window, title);
     dialog->setWindowModality(Qt::WindowModal);
-    dialog->setAcceptMode(QFileDialog::AcceptSave);
-    dialog->setNameFilter(ExportDialog::tr("Archivos JSON (%1)").arg(JSONDocument::fileNamePattern()) +
-                          QStringLiteral(";;") + ExportDialog::tr("Todos los archivos (*)"));
-    dialog->setDefaultSuffix(QStringLiteral("json"));
-    dialog->setLabelText(QFileDialog::Accept, ExportDialog::tr("Exportar"));
+    dialog->setLabelText(QFileDialog::Accept, title);
     if (const auto& location = document.configuration().fileLocation())
         dialog->setDirectory(QFileInfo(*location).absolutePath());
     dialog->selectFile(document.baseName() + QStringLiteral(".json"));

@@ -1,5 +1,6 @@
 #include "Quelm/EditorWindow/ModePicker.h"
 
+#include "Quelm/EditorWindow/ControlPainting.h"
 #include "Quelm/Foundation/Fonts.h"
 #include "Quelm/Foundation/SemanticColors.h"
 #include "Quelm/Foundation/Symbols.h"
@@ -19,11 +20,6 @@ constexpr float pressedOpacity = 0.10F;
 /// What is raised stands out by its brightness: over a dark track it needs a tint of its own.
 constexpr float raisedOpacityInTheDark = 0.20F;
 constexpr float edgeOpacity = 0.16F;
-
-QColor translucent(QColor color, float opacity) {
-    color.setAlphaF(opacity);
-    return color;
-}
 
 int trackMargin() {
     return scaledPixels(2);
@@ -90,24 +86,17 @@ private:
         const QRectF area = QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5);
         const double radius = trackRadius() - trackMargin();
         const QColor text = semanticColor(ColorRole::text, appearance);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(Qt::NoBrush);
         if (isChecked()) {
             painter.setBrush(appearance == Appearance::dark
                                  ? translucent(text, isEnabled() ? raisedOpacityInTheDark : trackOpacity)
                                  : semanticColor(ColorRole::contentBackground, appearance));
             painter.setPen(QPen(translucent(text, isEnabled() ? edgeOpacity : trackOpacity), 1));
+            painter.drawRoundedRect(area, radius, radius);
         } else if (isEnabled() && (isDown() || underMouse())) {
-            painter.setBrush(translucent(text, isDown() ? pressedOpacity : hoverOpacity));
+            paintTint(painter, area, radius, appearance, isDown() ? pressedOpacity : hoverOpacity);
         }
-        painter.drawRoundedRect(area, radius, radius);
-        if (!hasFocus())
-            return;
-        const int width = scaledPixels(2);
-        const double inset = width / 2.0;
-        painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(semanticColor(ColorRole::accent, appearance), width));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
+        if (hasFocus())
+            paintFocusRing(painter, QRectF(rect()), radius, appearance);
     }
 
     void paintLabel(QPainter& painter, Appearance appearance) const {
@@ -162,9 +151,7 @@ void ModePicker::choose(EditorMode mode) {
 void ModePicker::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.setPen(Qt::NoPen);
-    painter.setBrush(translucent(semanticColor(ColorRole::text, appearanceOf(palette())), trackOpacity));
-    painter.drawRoundedRect(QRectF(rect()), trackRadius(), trackRadius());
+    paintTint(painter, QRectF(rect()), trackRadius(), appearanceOf(palette()), trackOpacity);
 }
 
 } // namespace quelm

@@ -1,5 +1,6 @@
 #include "Quelm/EditorWindow/ToolBarButton.h"
 
+#include "Quelm/EditorWindow/ControlPainting.h"
 #include "Quelm/Foundation/Fonts.h"
 #include "Quelm/Foundation/SemanticColors.h"
 #include "Quelm/Foundation/Symbols.h"
@@ -99,20 +100,10 @@ void ToolBarButton::paintEvent(QPaintEvent*) {
     painter.setRenderHint(QPainter::Antialiasing);
     const double radius = scaledPixels(6);
     const bool isPressed = isDown() || (menu() && menu()->isVisible());
-    if (isEnabled() && (isPressed || underMouse())) {
-        QColor tint = semanticColor(ColorRole::text, appearance);
-        tint.setAlphaF(isPressed ? pressedOpacity : hoverOpacity);
-        painter.setPen(Qt::NoPen);
-        painter.setBrush(tint);
-        painter.drawRoundedRect(QRectF(rect()), radius, radius);
-    }
-    if (hasFocus()) {
-        const int width = scaledPixels(2);
-        const double inset = width / 2.0;
-        painter.setBrush(Qt::NoBrush);
-        painter.setPen(QPen(color(ColorRole::accent), width));
-        painter.drawRoundedRect(QRectF(rect()).adjusted(inset, inset, -inset, -inset), radius, radius);
-    }
+    if (isEnabled() && (isPressed || underMouse()))
+        paintTint(painter, QRectF(rect()), radius, appearance, isPressed ? pressedOpacity : hoverOpacity);
+    if (hasFocus())
+        paintFocusRing(painter, QRectF(rect()), radius, appearance);
 
     int x = (width() - labelWidth()) / 2;
     const auto symbol = [&](const QString& name, int side) {

@@ -1,5 +1,6 @@
 #include "Quelm/EditorWindow/WorkIndicator.h"
 
+#include "Quelm/EditorWindow/ControlPainting.h"
 #include "Quelm/Foundation/Fonts.h"
 #include "Quelm/Foundation/SemanticColors.h"
 
@@ -37,10 +38,8 @@ void WorkIndicator::paintEvent(QPaintEvent*) {
     ring.moveCenter(QRectF(rect()).center());
     ring.adjust(stroke, stroke, -stroke, -stroke);
 
-    QColor color = semanticColor(ColorRole::secondaryText, appearanceOf(palette()));
-    QColor track = color;
-    track.setAlphaF(trackOpacity);
-    painter.setPen(QPen(track, stroke));
+    const QColor color = semanticColor(ColorRole::secondaryText, appearanceOf(palette()));
+    painter.setPen(QPen(translucent(color, trackOpacity), stroke));
     painter.drawEllipse(ring);
     painter.setPen(QPen(color, stroke, Qt::SolidLine, Qt::RoundCap));
     const int startDegrees = 90 - step_ * 360 / stepsATurn;

@@ -118,6 +118,42 @@ TEST_F(ClosingQuestionTests, AnEarlierSaveDoesNotAnswerForALaterState) {
     EXPECT_EQ(TemporaryFolder::contents(path), "xy[1");
 }
 
+TEST_F(ClosingQuestionTests, WhatIsUndoneWhileItIsSavedIsAskedAbout) {
+    openAndType();
+    controller.save(*window);
+    window->undoManager().undo();
+    ASSERT_FALSE(window->document().isModified());
+    EXPECT_FALSE(window->close());
+    ASSERT_NE(question(), nullptr);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->document().isModified(); }));
+    EXPECT_EQ(TemporaryFolder::contents(path), "x[1");
+    answer(QStringLiteral("Guardar"));
+    EXPECT_TRUE(closes());
+    EXPECT_EQ(TemporaryFolder::contents(path), "[1");
+}
+
+TEST_F(ClosingQuestionTests, WhatIsUndoneWhileItIsSavedCanBeGivenUp) {
+    openAndType();
+    controller.save(*window);
+    window->undoManager().undo();
+    window->close();
+    answer(QStringLiteral("No guardar"));
+    EXPECT_TRUE(closes());
+    EXPECT_TRUE(QTest::qWaitFor([this] { return controller.isIdle(); }));
+    EXPECT_EQ(TemporaryFolder::contents(path), "x[1");
+}
+
+TEST_F(ClosingQuestionTests, WhatIsUndoneAndDoneAgainWhileItIsSavedIsNotAskedAbout) {
+    openAndType();
+    controller.save(*window);
+    window->undoManager().undo();
+    window->undoManager().redo();
+    window->close();
+    EXPECT_EQ(question(), nullptr);
+    EXPECT_TRUE(closes());
+    EXPECT_EQ(TemporaryFolder::contents(path), "x[1");
+}
+
 class QuittingTests : public ClosingQuestionTests {
 protected:
     /// Two windows, the given ones with changes.

@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -60,6 +61,26 @@ protected:
         view->activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowActive(view));
         QTest::keyClick(view, key, Qt::ControlModifier);
+    }
+
+    /// Saves the document there by the dialog, and lets a file that there is be replaced.
+    void saveAs(EditorView& view, const QString& path) {
+        controller.saveAs(view);
+        auto* dialog = shownDialog<QFileDialog>();
+        ASSERT_NE(dialog, nullptr);
+        auto* field = dialog->findChild<QLineEdit*>();
+        // What is selected in the list would count for more than what is typed.
+        dialog->selectFile(path);
+        field->setText(path);
+        // The dialog asks in an event loop of its own.
+        QTimer answering;
+        QObject::connect(&answering, &QTimer::timeout, dialog, [dialog] {
+            for (const auto* question : dialog->findChildren<QMessageBox*>())
+                if (QAbstractButton* yes = question->button(QMessageBox::Yes))
+                    yes->click();
+        });
+        answering.start();
+        QTest::keyClick(field, Qt::Key_Return);
     }
 
     TemporaryPreferences preferences;
@@ -190,6 +211,41 @@ TEST_F(DocumentControllerTests, ADocumentThatCouldNotBeSavedSaysWhyAndKeepsItsPl
     EXPECT_EQ(alert->parentWidget(), opened);
     EXPECT_EQ(opened->document().configuration().fileLocation(), path);
     alert->close();
+}
+
+TEST_F(DocumentControllerTests, AFileOfAnotherWindowIsNotSavedOver) {
+    const QString first = folder.write(QStringLiteral("a.json"), "[1]");
+    const QString second = folder.write(QStringLiteral("b.json"), "[2]");
+    controller.open(first);
+    controller.open(second);
+    ASSERT_TRUE(waitForWindows(2));
+    saveAs(*window(1), first);
+    QMessageBox* alert = waitForAlert();
+    ASSERT_NE(alert, nullptr);
+    EXPECT_EQ(alert->text(), QStringLiteral("No se pudo guardar «a.json»."));
+    EXPECT_EQ(alert->informativeText(), QStringLiteral("El archivo está abierto en otra ventana."));
+    EXPECT_EQ(alert->parentWidget(), window(1));
+    alert->close();
+    EXPECT_EQ(window(1)->document().configuration().fileLocation(), second);
+    window(0)->close();
+    ASSERT_TRUE(waitForWindows(1));
+    EXPECT_EQ(TemporaryFolder::contents(first), "[1]");
+
+    // Nobody has it open any more.
+    saveAs(*window(), first);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return TemporaryFolder::contents(first) == "[2]"; }));
+    EXPECT_EQ(shownDialog<QMessageBox>(), nullptr);
+}
+
+TEST_F(DocumentControllerTests, ADocumentCanBeSavedOverItsOwnFile) {
+    const QString path = folder.write(QStringLiteral("a.json"), "[1]");
+    EditorView* opened = openWindow(path);
+    ASSERT_NE(opened, nullptr);
+    opened->treeEditor().insert(true);
+    saveAs(*opened, path);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !opened->document().isModified(); }));
+    EXPECT_EQ(shownDialog<QMessageBox>(), nullptr);
+    EXPECT_NE(TemporaryFolder::contents(path), "[1]");
 }
 
 TEST_F(DocumentControllerTests, TheOpenDialogStartsInTheFolderOfTheDocument) {

@@ -1,9 +1,17 @@
+#include "Quelm/Application/QuelmApp.h"
 #include "Tests/Quelm/Support/Printing.h"
+#include "Tests/Quelm/Support/TemporaryPreferences.h"
 #include "Tests/Quelm/Support/TestDocuments.h"
 
+#include <QApplication>
 #include <QImage>
+#include <QMessageBox>
 #include <QProcess>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
 
+#include <functional>
 #include <gtest/gtest.h>
 
 namespace quelm {
@@ -100,6 +108,76 @@ TEST_F(QuelmAppTests, APictureThatCannotBeWrittenIsToldOnStandardError) {
         runQuelm({QStringLiteral("--capture"), nowhere, folder.write(QStringLiteral("a.json"), "[]")});
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.errors, nowhere + QStringLiteral(": No se pudo escribir la imagen.\n"));
+}
+
+/// The end of an application in which nothing else goes on.
+class QuelmAppEndTests : public testing::Test {
+protected:
+    static constexpr int goesOn = 77;
+
+    /// The status with which the application ends by itself within some turns of its event loop, the first of which
+    /// does something, else `goesOn`.
+    static int statusAfter(const std::function<void()>& operation) {
+        QTimer turns;
+        int count = 0;
+        QObject::connect(&turns, &QTimer::timeout, [&] {
+            if (++count == 1)
+                operation();
+            else if (count == 20)
+                QCoreApplication::exit(goesOn);
+        });
+        turns.start();
+        return QApplication::exec();
+    }
+    void closeFirst() { quelm.documents().windows().front()->close(); }
+
+    TemporaryPreferences preferences;
+    TemporaryFolder folder;
+    QuelmApp quelm;
+};
+
+TEST_F(QuelmAppEndTests, NothingEndsBeforeAWindowWasShown) {
+    DocumentController& documents = quelm.documents();
+    QSignalSpy idle(&documents, &DocumentController::becameIdle);
+    const int status = statusAfter([&] {
+        documents.open(folder.write(QStringLiteral("a.json"), "[]"));
+        ASSERT_FALSE(documents.windows().front()->isVisible());
+        delete documents.windows().front();
+    });
+    EXPECT_EQ(status, goesOn);
+    EXPECT_EQ(idle.count(), 1);
+    EXPECT_TRUE(documents.isIdle());
+    EXPECT_FALSE(quelm.appDelegate().hasShownWindow());
+}
+
+TEST_F(QuelmAppEndTests, ItEndsWithTheLastWindowThatWasShown) {
+    DocumentController& documents = quelm.documents();
+    documents.newDocument();
+    documents.newDocument();
+    EXPECT_EQ(statusAfter([this] { closeFirst(); }), goesOn);
+    ASSERT_EQ(documents.windows().size(), 1u);
+    EXPECT_EQ(statusAfter([this] { closeFirst(); }), 0);
+}
+
+TEST_F(QuelmAppEndTests, AWindowThatHasOpenedMeanwhileKeepsItGoing) {
+    DocumentController& documents = quelm.documents();
+    documents.newDocument();
+    const int status = statusAfter([&] {
+        delete documents.windows().front();
+        ASSERT_TRUE(documents.isIdle());
+        documents.newDocument();
+    });
+    EXPECT_EQ(status, goesOn);
+}
+
+TEST_F(QuelmAppEndTests, ItEndsWithAnErrorWhenNothingCouldBeOpened) {
+    DocumentController& documents = quelm.documents();
+    documents.open(folder.path(QStringLiteral("nada.json")));
+    const auto alert = [] { return qobject_cast<QMessageBox*>(QApplication::activeWindow()); };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return alert() != nullptr; }));
+    EXPECT_EQ(statusAfter([] {}), goesOn);
+    ASSERT_NE(alert(), nullptr);
+    EXPECT_EQ(statusAfter([&] { alert()->close(); }), 1);
 }
 
 } // namespace

@@ -171,6 +171,24 @@ TEST_F(SettingsViewTests, EscapeAndTheKeysOfClosingCloseIt) {
     }
 }
 
+TEST_F(SettingsViewTests, ItOpensInTheMiddleOfTheActiveWindowAndStaysWhereItIsPut) {
+    QWidget window;
+    window.setGeometry(100, 150, 560, 400);
+    window.show();
+    QApplication::setActiveWindow(&window);
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&window));
+    show();
+    const QPoint offset = view.geometry().center() - window.geometry().center();
+    EXPECT_LE(offset.manhattanLength(), 4);
+
+    view.move(30, 40);
+    const QPoint place = view.pos();
+    view.hide();
+    QApplication::setActiveWindow(&window);
+    show();
+    EXPECT_EQ(view.pos(), place);
+}
+
 TEST_F(SettingsViewTests, ItsSizeIsFixed) {
     show();
     EXPECT_EQ(view.minimumSize(), view.maximumSize());

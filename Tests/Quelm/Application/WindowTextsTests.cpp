@@ -1,6 +1,7 @@
 #include "Quelm/Application/DocumentController.h"
 #include "Quelm/Application/SettingsView.h"
 #include "Quelm/Application/WindowMenus.h"
+#include "Quelm/EditorWindow/StatusBar.h"
 #include "Quelm/TextEditor/FindBar.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TreeEditor/TreeView.h"
@@ -9,6 +10,7 @@
 #include "Tests/Quelm/Support/TestDocuments.h"
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QClipboard>
@@ -27,8 +29,12 @@
 #include <QTreeWidget>
 
 #include <algorithm>
+#include <functional>
 #include <gtest/gtest.h>
+#include <map>
 #include <set>
+#include <utility>
+#include <vector>
 
 // Everything that a user can read in a window, in all of its states.
 
@@ -49,9 +55,32 @@ protected:
         window->document().apply(JSONContent::fromText(TextRope(SharedText(std::string_view(text)))));
     }
 
+    static QString shown(const QString& text) { return QString(text).remove(u'&').section(u'\t', 0, 0); }
     void add(const QString& text) {
-        if (!text.isEmpty())
-            texts_.insert(QString(text).remove(u'&').section(u'\t', 0, 0));
+        if (text.isEmpty())
+            return;
+        texts_.insert(shown(text));
+        textsOfPlaces_[place_].insert(shown(text));
+    }
+    /// What is added by it counts for that place.
+    void in(const QString& place, const std::function<void()>& adding) {
+        const QString outer = std::exchange(place_, place);
+        adding();
+        place_ = outer;
+    }
+    /// A part of a window that is a place of its own; else where the window is.
+    QString placeOf(const QWidget& widget) const {
+        if (qobject_cast<const QToolBar*>(&widget))
+            return QStringLiteral("toolbar");
+        if (qobject_cast<const StatusBar*>(&widget))
+            return QStringLiteral("status bar");
+        if (qobject_cast<const FindBar*>(&widget))
+            return QStringLiteral("find bar");
+        if (qobject_cast<const QDialog*>(&widget))
+            return QStringLiteral("dialogs");
+        if (qobject_cast<const SettingsView*>(&widget))
+            return QStringLiteral("preferences");
+        return place_;
     }
     void add(const QAction& action) {
         if (action.isSeparator() || !action.isVisible())
@@ -71,6 +100,9 @@ protected:
     }
     /// A widget with all that is in it.
     void addWidget(const QWidget& widget) {
+        in(placeOf(widget), [&] { addPartsOf(widget); });
+    }
+    void addPartsOf(const QWidget& widget) {
         add(widget.windowTitle());
         add(widget.toolTip());
         add(widget.accessibleName());
@@ -85,8 +117,9 @@ protected:
         if (const auto* picker = qobject_cast<const QComboBox*>(&widget))
             for (int index = 0; index < picker->count(); ++index)
                 add(picker->itemText(index));
+        const bool isMenuBar = qobject_cast<const QMenuBar*>(&widget);
         for (const QAction* action : widget.actions())
-            add(*action);
+            in(isMenuBar ? shown(action->text()) : place_, [&] { add(*action); });
         for (const QObject* child : widget.children())
             if (const auto* part = qobject_cast<const QWidget*>(child); part && !qobject_cast<const QMenu*>(part))
                 addWidget(*part);
@@ -144,12 +177,20 @@ protected:
         for (std::int64_t row = 0; row < tree.outline().rowCount(); ++row)
             for (const TreeRowPart part : {TreeRowPart::badge, TreeRowPart::duplicateMark})
                 add(view.toolTipAt(view.partArea(row, part).center().toPoint()));
+        in(QStringLiteral("rows"), [&] { addRowNames(view); });
         view.showSelectionMenu();
         ASSERT_NE(view.openMenu(), nullptr);
-        addMenu(*view.openMenu());
+        in(QStringLiteral("node menu"), [&] { addMenu(*view.openMenu()); });
         addEditNames();
         QGuiApplication::clipboard()->setText(QStringLiteral("no"));
         addErrorOf([&] { tree.pasteJSON(); });
+    }
+    /// What assistive technology says of the rows: their labels, kinds and values.
+    void addRowNames(TreeView& view) {
+        QAccessibleInterface& rows = *QAccessible::queryAccessibleInterface(&view);
+        for (int row = 0; row < rows.childCount(); ++row)
+            for (const QString& part : rows.child(row)->text(QAccessible::Name).split(QStringLiteral(", ")))
+                add(part);
     }
     void addUndoName() { add(window->undoManager().undoMenuItemTitle()); }
     void addEditNames() {
@@ -225,7 +266,22 @@ protected:
         controller.showSettings();
         addWidget(*controller.settings());
     }
+    /// The alert about a file that cannot be opened.
+    void addOpeningError() {
+        controller.open(folder.write(QStringLiteral("latin.json"), "\"a\xf1o\""));
+        const auto alert = [] {
+            const QWidgetList widgets = QApplication::topLevelWidgets();
+            const auto found = std::ranges::find_if(widgets, [](QWidget* widget) {
+                return qobject_cast<QMessageBox*>(widget) && widget->isVisible() && !widget->parentWidget();
+            });
+            return found == widgets.end() ? nullptr : *found;
+        };
+        ASSERT_TRUE(QTest::qWaitFor([&] { return alert() != nullptr; }));
+        addWidget(*alert());
+        alert()->close();
+    }
     void addEverything() {
+        addOpeningError();
         addDialogs();
         addTree();
         addInvalidText();
@@ -237,6 +293,8 @@ protected:
     DocumentController controller{[this](EditorView& view) { addWindowMenus(view, controller); }};
     QPointer<EditorView> window;
     std::set<QString> texts_;
+    std::map<QString, std::set<QString>> textsOfPlaces_;
+    QString place_ = QStringLiteral("window");
 };
 
 TEST_F(WindowTextsTests, AllThatIsPromisedCanBeRead) {
@@ -320,6 +378,39 @@ TEST_F(WindowTextsTests, AllThatIsPromisedCanBeRead) {
              "Texto (formato original)",
          })
         EXPECT_TRUE(texts_.contains(QString::fromUtf8(expected))) << expected;
+}
+
+TEST_F(WindowTextsTests, EveryPlaceHasItsTexts) {
+    addEverything();
+    const std::map<const char*, std::vector<const char*>> expected{
+        {"Archivo",
+         {"Nuevo", "Abrir…", "Cerrar", "Guardar", "Guardar como…", "Exportar JSON bonito…", "Exportar JSON compacto…",
+          "Salir"}},
+        {"Edición", {"Deshacer", "Rehacer", "Cortar", "Copiar", "Pegar", "Seleccionar todo", "Preferencias…"}},
+        {"JSON",
+         {"Árbol", "Texto", "Embellecer", "Compactar", "Insertar debajo", "Insertar hijo", "Duplicar", "Mover arriba",
+          "Mover abajo", "Expandir todo", "Colapsar todo", "Copiar ruta", "Pegar JSON", "Ir a línea…", "Ir al error"}},
+        {"node menu",
+         {"Editar", "Cambiar tipo", "Objeto", "Arreglo", "Texto", "Número", "Booleano", "Nulo", "Duplicar",
+          "Copiar como JSON", "Copiar como JSON compacto", "Eliminar"}},
+        {"toolbar",
+         {"Modo", "Árbol", "Texto", "Embellecer", "Compactar", "Exportar", "JSON bonito…", "JSON compacto…",
+          "Todo en una línea, sin espacios", "Formato legible con sangría"}},
+        {"status bar",
+         {"Sin validar", "3 nodos", "Formato: compacto", "Formato: tabulador", "Formato: 4 espacios",
+          "Formato: 2 espacios"}},
+        {"rows", {"raíz", "clave vacía", "1 clave", "2 claves", "1 elemento", "2 elementos", "Clave duplicada"}},
+        {"preferences",
+         {"Embellecer y exportar", "Sangría", "2 espacios", "4 espacios", "Tabulador", "Ordenar claves alfabéticamente",
+          "Al abrir un archivo", "Mostrar en", "Árbol si es válido, si no Texto", "Texto (formato original)"}},
+        {"dialogs",
+         {"No se pudo completar", "Número de línea", "Cancelar", "Aceptar", "No se pudo abrir «latin.json».",
+          "Línea 1, columna 1: El archivo no está codificado en UTF-8"}},
+    };
+    for (const auto& [place, texts] : expected)
+        for (const char* text : texts)
+            EXPECT_TRUE(textsOfPlaces_[QString::fromUtf8(place)].contains(QString::fromUtf8(text)))
+                << text << " in " << place;
 }
 
 TEST_F(WindowTextsTests, AllOfItIsSpanish) {

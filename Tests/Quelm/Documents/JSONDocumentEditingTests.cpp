@@ -34,7 +34,7 @@ TEST_F(JSONDocumentEditingTests, ASnapshotHasWhatWasTyped) {
     EXPECT_EQ(savedText(), "[1, 2] ñ!");
 }
 
-TEST_F(JSONDocumentEditingTests, CommittingTakesTheTextAndDropsWhatWasKnownOfTheOldOne) {
+TEST_F(JSONDocumentEditingTests, TypingDropsWhatWasKnownOfTheTextAndCommittingTakesTheNewOne) {
     edit("{\"a\": 1}");
     ASSERT_TRUE(document.content().tree);
     const JSONStyle style = document.content().style;
@@ -42,18 +42,21 @@ TEST_F(JSONDocumentEditingTests, CommittingTakesTheTextAndDropsWhatWasKnownOfThe
     QSignalSpy contents(&document, &JSONDocument::contentChanged);
     QSignalSpy revisions(&document, &JSONDocument::revisionChanged);
     type(QStringLiteral(" "));
+    EXPECT_EQ(contentText(), "{\"a\": 1}");
+    EXPECT_FALSE(document.content().tree);
+    EXPECT_EQ(contents.count(), 1);
     const StateToken::Value token = document.stateToken().current();
     document.commitTextBuffer();
     EXPECT_EQ(contentText(), "{\"a\": 1} ");
     EXPECT_FALSE(document.content().tree);
     EXPECT_FALSE(document.content().parseError);
     EXPECT_EQ(document.content().style, style);
-    EXPECT_EQ(contents.count(), 1);
+    EXPECT_EQ(contents.count(), 2);
     EXPECT_EQ(revisions.count(), 0);
     EXPECT_EQ(document.revision(), revision);
     EXPECT_EQ(document.stateToken().current(), token);
     document.commitTextBuffer();
-    EXPECT_EQ(contents.count(), 1);
+    EXPECT_EQ(contents.count(), 2);
 }
 
 TEST_F(JSONDocumentEditingTests, CommittingDropsTheErrorOfTheOldText) {

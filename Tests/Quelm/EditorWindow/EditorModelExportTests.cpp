@@ -92,6 +92,18 @@ TEST_F(EditorModelExportTests, TheFileIsWrittenInTheStyle) {
     EXPECT_FALSE(document->isModified());
 }
 
+TEST_F(EditorModelExportTests, ThePreferenceForSortedKeysCountsForThePreferredStyleOnly) {
+    Preferences::setSortsKeys(true);
+    openTree("{\"b\": 1, \"a\": {\"d\": 2, \"c\": [ ]}}");
+    exportTo(path("bonito.json"), Preferences::preferredStyle());
+    exportTo(path("compacto.json"), compact);
+    wait();
+    EXPECT_EQ(TemporaryFolder::contents(path("bonito.json")),
+              "{\n  \"a\": {\n    \"c\": [],\n    \"d\": 2\n  },\n  \"b\": 1\n}\n");
+    EXPECT_EQ(TemporaryFolder::contents(path("compacto.json")), "{\"b\":1,\"a\":{\"d\":2,\"c\":[]}}");
+    EXPECT_EQ(savedText(), "{\"b\": 1, \"a\": {\"d\": 2, \"c\": [ ]}}");
+}
+
 TEST_F(EditorModelExportTests, OneIsWrittenAfterTheOther) {
     openTree("[1, 2]");
     exportTo(path(), compact);

@@ -1,5 +1,9 @@
 #include "Tests/Quelm/EditorWindow/EditorModelTest.h"
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 namespace quelm {
 namespace {
 
@@ -132,6 +136,58 @@ TEST_F(EditorModelFormattingTests, TheStepGoesToTheUndoManagerOfTheBeginning) {
     EXPECT_TRUE(undoManager.canUndo());
     EXPECT_FALSE(other.canUndo());
 }
+
+#ifdef __GLIBC__
+
+/// Large objects are looked up in an index of their keys, which takes memory when it is made.
+class EditorModelKeyIndexTests : public EditorModelFormattingTests {
+protected:
+    static std::string largeObject() {
+        std::string text = "{";
+        for (int member = 0; member < 20'000; ++member)
+            text += (member > 0 ? ", \"clave " : "\"clave ") + std::to_string(member) + "\": 0";
+        return text + "}";
+    }
+    static std::size_t memoryInUse() {
+        const struct mallinfo2 info = mallinfo2();
+        return info.uordblks + info.hblkhd;
+    }
+    /// What the first look-up of a key takes in memory that it does not give back.
+    static std::int64_t memoryOfLookingUp(const JSONTree& tree) {
+        backgroundThreads().waitForDone();
+        const std::size_t before = memoryInUse();
+        EXPECT_EQ(tree.keyOccurrences(tree.root(), "clave 7"), 1);
+        return static_cast<std::int64_t>(memoryInUse()) - static_cast<std::int64_t>(before);
+    }
+    void expectIndex() {
+        const JSONTree& tree = *document->content().tree;
+        const std::int64_t ofTheDocument = memoryOfLookingUp(tree);
+        // A copy begins without one.
+        const JSONTree copy = tree;
+        const std::int64_t ofACopy = memoryOfLookingUp(copy);
+        if (ofACopy == 0)
+            GTEST_SKIP() << "this allocator does not tell";
+        EXPECT_GT(ofACopy, 100'000);
+        EXPECT_LT(ofTheDocument, ofACopy / 10);
+    }
+};
+
+TEST_F(EditorModelKeyIndexTests, AFormattedTreeHasTheIndexOfItsKeys) {
+    openTree(largeObject());
+    format(pretty);
+    expectIndex();
+}
+
+TEST_F(EditorModelKeyIndexTests, ATreeThatIsShownAfterFormattingTheTextHasTheIndexOfItsKeys) {
+    openText(largeObject());
+    format(pretty);
+    model->switchMode(EditorMode::tree);
+    wait();
+    ASSERT_EQ(document->mode(), EditorMode::tree);
+    expectIndex();
+}
+
+#endif
 
 } // namespace
 } // namespace quelm
