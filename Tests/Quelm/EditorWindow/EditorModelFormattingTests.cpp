@@ -1,6 +1,8 @@
 #include "Tests/Quelm/EditorWindow/EditorModelTest.h"
 
-#ifdef __GLIBC__
+// Sanitizers bring an allocator that does not tell what is in use.
+#if defined(__GLIBC__) && !defined(__SANITIZE_ADDRESS__)
+#define QUELM_TELLS_MEMORY_IN_USE
 #include <malloc.h>
 #endif
 
@@ -137,7 +139,7 @@ TEST_F(EditorModelFormattingTests, TheStepGoesToTheUndoManagerOfTheBeginning) {
     EXPECT_FALSE(other.canUndo());
 }
 
-#ifdef __GLIBC__
+#ifdef QUELM_TELLS_MEMORY_IN_USE
 
 /// Large objects are looked up in an index of their keys, which takes memory when it is made.
 class EditorModelKeyIndexTests : public EditorModelFormattingTests {
@@ -165,8 +167,6 @@ protected:
         // A copy begins without one.
         const JSONTree copy = tree;
         const std::int64_t ofACopy = memoryOfLookingUp(copy);
-        if (ofACopy == 0)
-            GTEST_SKIP() << "this allocator does not tell";
         EXPECT_GT(ofACopy, 100'000);
         EXPECT_LT(ofTheDocument, ofACopy / 10);
     }
