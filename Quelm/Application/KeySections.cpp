@@ -40,6 +40,14 @@ KeySection::Entry entryOf(const QAction& item) {
     return ownKey.isEmpty() ? entry(title, item.shortcuts()) : KeySection::Entry{title, ownKey};
 }
 
+KeySection windowKeys() {
+    return {KeySections::tr("En la ventana"),
+            {
+                entry(KeySections::tr("Ir a la barra de herramientas y volver"), {Qt::Key_F6}),
+                entry(KeySections::tr("Cancelar la operación en curso"), {Qt::Key_Escape}),
+            }};
+}
+
 KeySection treeKeys() {
     return {KeySections::tr("En el árbol"),
             {
@@ -103,7 +111,7 @@ QList<KeySection> menuKeys(const QMenuBar& menuBar) {
 }
 
 QList<KeySection> editorKeys() {
-    return {treeKeys(), textKeys(), findKeys()};
+    return {windowKeys(), treeKeys(), textKeys(), findKeys()};
 }
 
 } // namespace quelm

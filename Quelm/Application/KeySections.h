@@ -22,7 +22,7 @@ struct KeySection {
 /// Those of the items of each menu that have a key.
 QList<KeySection> menuKeys(const QMenuBar& menuBar);
 
-/// Those of the tree, the text and the find bar that have no item in a menu.
+/// Those of the window, the tree, the text and the find bar that have no item in a menu.
 QList<KeySection> editorKeys();
 
 } // namespace quelm
