@@ -3,11 +3,14 @@
 #include "Quelm/Documents/JSONDocument.h"
 #include "Quelm/Foundation/Fonts.h"
 
-#include <QApplication>
+#include <QCoreApplication>
+#include <QDialog>
 #include <QFileDialog>
 #include <QHeaderView>
 #include <QScreen>
 #include <QTreeView>
+
+#include <algorithm>
 
 namespace quelm {
 
@@ -24,11 +27,15 @@ QSize sizeOn(const QScreen& screen) {
     return QSize(scaledPixels(860), scaledPixels(560)).boundedTo(screen.availableSize() * shareOfTheScreen);
 }
 
-/// After a question of the dialog's own a window manager may leave the keyboard with the dialog, that is with nobody.
-void activateUnlessAnotherIs(QWidget& window) {
-    const QWidget* active = QApplication::activeWindow();
-    if (window.isVisible() && (!active || active == &window))
-        window.activateWindow();
+/// Where the user goes on: what has come up over the window, or the window itself. When the dialog and a question of
+/// its own go at once, a window manager may give the keyboard to another document, or leave it with the dialog.
+void returnTo(QWidget& window) {
+    if (!window.isVisible())
+        return;
+    const auto dialogs = window.findChildren<QDialog*>();
+    const auto shown = std::ranges::find_if(dialogs, &QWidget::isVisible);
+    QWidget& front = shown == dialogs.end() ? window : **shown;
+    front.activateWindow();
 }
 
 } // namespace
@@ -50,8 +57,7 @@ QFileDialog* makeJSONSaveDialog(QWidget& window, const QString& title) {
     dialog->setAcceptMode(QFileDialog::AcceptSave);
     dialog->setDefaultSuffix(QStringLiteral("json"));
     // Later, since the dialog may go as a part of the window.
-    QObject::connect(
-        dialog, &QObject::destroyed, &window, [&window] { activateUnlessAnotherIs(window); }, Qt::QueuedConnection);
+    QObject::connect(dialog, &QObject::destroyed, &window, [&window] { returnTo(window); }, Qt::QueuedConnection);
     return dialog;
 }
 
