@@ -2,6 +2,7 @@
 #include "Quelm/Application/DocumentController.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
+#include "Tests/Quelm/Application/ChangedDocumentTest.h"
 #include "Tests/Quelm/Support/Printing.h"
 #include "Tests/Quelm/Support/TemporaryPreferences.h"
 #include "Tests/Quelm/Support/TestDocuments.h"
@@ -19,21 +20,8 @@
 namespace quelm {
 namespace {
 
-class ClosingQuestionTests : public testing::Test {
+class ClosingQuestionTests : public ChangedDocumentTest {
 protected:
-    /// A window with the text "[1" and an "x" typed before it.
-    void openAndType() {
-        path = folder.write(QStringLiteral("notas.json"), "[1");
-        controller.open(path);
-        ASSERT_TRUE(QTest::qWaitFor([this] {
-            return !controller.windows().empty() && !controller.windows().front()->isOpening() &&
-                   controller.windows().front()->isVisible();
-        }));
-        window = controller.windows().front();
-        window->textEditor()->textView().setSelectedRange({0, 0});
-        QTest::keyClick(&window->textEditor()->textView(), Qt::Key_X);
-        ASSERT_TRUE(window->document().isModified());
-    }
     QMessageBox* question() const { return window ? window->findChild<QMessageBox*>() : nullptr; }
     void answer(const QString& title) {
         ASSERT_NE(question(), nullptr);
@@ -45,12 +33,6 @@ protected:
     bool closes() {
         return QTest::qWaitFor([this] { return window == nullptr; });
     }
-
-    TemporaryPreferences preferences;
-    TemporaryFolder folder;
-    QString path;
-    DocumentController controller{[](EditorView&) {}};
-    QPointer<EditorView> window;
 };
 
 TEST_F(ClosingQuestionTests, AWindowWithChangesStaysAndAsks) {

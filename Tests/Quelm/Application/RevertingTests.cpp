@@ -2,6 +2,7 @@
 #include "Quelm/Application/WindowMenus.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
+#include "Tests/Quelm/Application/ChangedDocumentTest.h"
 #include "Tests/Quelm/Support/Printing.h"
 #include "Tests/Quelm/Support/TemporaryPreferences.h"
 #include "Tests/Quelm/Support/TestDocuments.h"
@@ -25,22 +26,8 @@
 namespace quelm {
 namespace {
 
-class RevertingTests : public testing::Test {
+class RevertingTests : public ChangedDocumentTest {
 protected:
-    /// A window with the text "[1" and an "x" typed before it.
-    void openAndType() {
-        path = folder.write(QStringLiteral("notas.json"), "[1");
-        controller.open(path);
-        ASSERT_TRUE(QTest::qWaitFor([this] {
-            return !controller.windows().empty() && !controller.windows().front()->isOpening() &&
-                   controller.windows().front()->isVisible();
-        }));
-        window = controller.windows().front();
-        view().setSelectedRange({0, 0});
-        type(Qt::Key_X);
-        ASSERT_TRUE(window->document().isModified());
-    }
-    TextView& view() const { return window->textEditor()->textView(); }
     void type(Qt::Key key) { QTest::keyClick(&view(), key); }
     std::string text() const { return std::string(window->document().snapshot().text->contiguous().view()); }
 
@@ -59,12 +46,6 @@ protected:
     bool isReverted() const {
         return QTest::qWaitFor([this] { return !window->document().isModified(); });
     }
-
-    TemporaryPreferences preferences;
-    TemporaryFolder folder;
-    QString path;
-    DocumentController controller{[this](EditorView& view) { addWindowMenus(view, controller); }};
-    QPointer<EditorView> window;
 };
 
 TEST_F(RevertingTests, AsksFirstAndChangesNothingWhenRefused) {

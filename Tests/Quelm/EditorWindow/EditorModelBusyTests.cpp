@@ -10,7 +10,16 @@ using testing::IsEmpty;
 constexpr std::chrono::milliseconds oneMillisecond{1};
 
 /// What happens while an operation has the document in hand.
-class EditorModelBusyTests : public EditorModelTest {};
+class EditorModelBusyTests : public EditorModelTest {
+protected:
+    /// Cancels an operation that has ended on its thread, before anybody has heard of that.
+    void cancelWhenDone() {
+        backgroundThreads().waitForDone();
+        model->cancelWork();
+        QCoreApplication::processEvents();
+        EXPECT_FALSE(model->isBusy());
+    }
+};
 
 TEST_F(EditorModelBusyTests, TheDocumentCannotBeEditedMeanwhile) {
     openTree("[1, 2]");
@@ -117,17 +126,11 @@ TEST_F(EditorModelBusyTests, ACancelledSwitchChangesNothing) {
 TEST_F(EditorModelBusyTests, ASuccessThatComesAfterBeingCancelledIsDropped) {
     openText("[1, 2]");
     model->format(compact);
-    backgroundThreads().waitForDone();
-    model->cancelWork();
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(model->isBusy());
+    cancelWhenDone();
     EXPECT_EQ(shownText(), "[1, 2]");
 
     model->switchMode(EditorMode::tree);
-    backgroundThreads().waitForDone();
-    model->cancelWork();
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(model->isBusy());
+    cancelWhenDone();
     EXPECT_EQ(document->mode(), EditorMode::text);
 }
 
@@ -135,10 +138,7 @@ TEST_F(EditorModelBusyTests, AFailureThatComesAfterBeingCancelledIsNotTold) {
     openText("[1, 2]");
     type("[");
     model->format(compact);
-    backgroundThreads().waitForDone();
-    model->cancelWork();
-    QCoreApplication::processEvents();
-    EXPECT_FALSE(model->isBusy());
+    cancelWhenDone();
     EXPECT_EQ(message(), "");
     EXPECT_EQ(place(), "");
 }
