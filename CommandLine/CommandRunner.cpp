@@ -1,6 +1,5 @@
 #include "CommandLine/CommandRunner.h"
 
-#include "CommandLine/FileDescriptor.h"
 #include "CommandLine/FileReading.h"
 #include "CommandLine/FileWriting.h"
 #include "CommandLine/HelpText.h"
@@ -94,10 +93,8 @@ ExitStatus CommandRunner::run(const RewriteCommand& command) {
         return status;
     if (!command.output)
         return outputStatus(writeResult(command.style, standardStreams::writeOutput));
-    const auto writeTo = [&](int descriptor) {
-        return writeResult(command.style, [descriptor](std::string_view piece) { return writeAll(descriptor, piece); });
-    };
-    if (const auto written = writeFile(*command.output, writeTo); !written)
+    const auto produce = [&](const WritePiece& write) { return writeResult(command.style, write); };
+    if (const auto written = writeFile(*command.output, produce); !written)
         return complainAboutWriting(*command.output, written.error());
     return ExitStatus::success;
 }

@@ -1,7 +1,8 @@
 #pragma once
 
+#include "CommandLine/FileWriting.h"
 #include "CommandLine/Options.h"
-#include "CommandLine/SystemError.h"
+#include "FileCore/SystemError.h"
 #include "JSONCore/JSONContent.h"
 
 #include <expected>
@@ -40,7 +41,6 @@ private:
     ExitStatus checkFile(const std::string& name);
     ExitStatus load(const std::string& name);
 
-    using WritePiece = std::function<std::expected<void, SystemError>(std::string_view piece)>;
     std::expected<void, SystemError> writeResult(const JSONStyle& style, const WritePiece& write);
 
     std::optional<JSONContent> content_;

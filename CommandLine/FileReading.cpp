@@ -1,6 +1,6 @@
 #include "CommandLine/FileReading.h"
 
-#include "CommandLine/FileDescriptor.h"
+#include "FileCore/FileDescriptor.h"
 
 #include <algorithm>
 #include <fcntl.h>

@@ -1,6 +1,6 @@
 #include "CommandLine/StandardStreams.h"
 
-#include "CommandLine/FileDescriptor.h"
+#include "FileCore/FileDescriptor.h"
 #include "CommandLine/FileReading.h"
 
 #include <csignal>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "CommandLine/SystemError.h"
+#include "FileCore/SystemError.h"
 #include "TextCore/SharedText.h"
 
 #include <cstddef>

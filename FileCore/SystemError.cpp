@@ -1,4 +1,4 @@
-#include "CommandLine/SystemError.h"
+#include "FileCore/SystemError.h"
 
 #include <array>
 #include <cstring>

@@ -1,4 +1,4 @@
-#include "CommandLine/SystemError.h"
+#include "FileCore/SystemError.h"
 
 #include <fcntl.h>
 #include <gmock/gmock.h>

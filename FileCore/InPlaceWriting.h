@@ -1,0 +1,16 @@
+#pragma once
+
+#include "FileCore/FileSaving.h"
+#include "FileCore/SaveTarget.h"
+
+#include <expected>
+
+namespace quelm {
+
+/// Makes the old file of the target hold the bytes of `source`, an open file, without replacing it: after a backup in
+/// `options.backupFolder`, from which the former contents come back when something fails. `options.willReplace` is
+/// called, if it is there, before the first byte changes.
+std::expected<SavedFile, SaveFailure> writeInPlace(const SaveTarget& target, int source,
+                                                   const ContentChecksum& checksum, const SaveOptions& options);
+
+} // namespace quelm
