@@ -39,11 +39,17 @@ TreeEdit JSONTree::apply(const TreeEdit& edit) {
 }
 
 std::vector<TreeEdit> JSONTree::apply(std::span<const TreeEdit> edits) {
+    return apply(edits, [](const JSONTree&, const TreeEdit&) {});
+}
+
+std::vector<TreeEdit> JSONTree::apply(std::span<const TreeEdit> edits, const WillApply& willApply) {
     std::vector<TreeEdit> inverses;
     inverses.reserve(edits.size());
     try {
-        for (const TreeEdit& edit : edits)
+        for (const TreeEdit& edit : edits) {
+            willApply(*this, edit);
             inverses.push_back(apply(edit));
+        }
     } catch (...) {
         for (auto inverse = inverses.rbegin(); inverse != inverses.rend(); ++inverse)
             apply(*inverse);

@@ -7,6 +7,7 @@
 #include "JSONCore/TreeEdit.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -131,6 +132,10 @@ public:
     /// Applies a list in order and returns the list that undoes it whole. When one edit throws, those before it are
     /// undone.
     std::vector<TreeEdit> apply(std::span<const TreeEdit> edits);
+
+    /// The same, and tells of each edit in the state that it is about to be applied to. What is told must not throw.
+    using WillApply = std::function<void(const JSONTree& tree, const TreeEdit& edit)>;
+    std::vector<TreeEdit> apply(std::span<const TreeEdit> edits, const WillApply& willApply);
 
     // Intentions. Each prepares a change of this very tree, or tells that there is nothing to do. Those that need new
     // nodes store them, detached; they are harmless when the change is not applied.

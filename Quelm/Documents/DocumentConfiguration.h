@@ -1,5 +1,7 @@
 #pragma once
 
+#include "Quelm/Documents/FileState.h"
+
 #include <QObject>
 #include <QString>
 
@@ -20,6 +22,11 @@ public:
     const std::optional<QString>& fileLocation() const { return fileLocation_; }
     void setFileLocation(QString fileLocation);
 
+    /// What the file held when the document was last read from it or written to it; absent without a file. Announces
+    /// nothing.
+    const std::optional<FileState>& fileState() const { return fileState_; }
+    void setFileState(std::optional<FileState> state) { fileState_ = state; }
+
     /// The name of the file without its folder and last extension, or "Sin título".
     QString baseName() const;
 
@@ -31,6 +38,7 @@ Q_SIGNALS:
 
 private:
     std::optional<QString> fileLocation_;
+    std::optional<FileState> fileState_;
 };
 
 } // namespace quelm

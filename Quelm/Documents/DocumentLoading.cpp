@@ -1,30 +1,77 @@
 #include "Quelm/Documents/DocumentLoading.h"
 
+#include "FileCore/FileLoading.h"
+#include "JSONCore/JSONParser.h"
 #include "Quelm/Documents/ContentConversion.h"
-#include "Quelm/Documents/FileReading.h"
+#include "Quelm/Documents/FileFailureText.h"
 #include "Quelm/Documents/JSONDocument.h"
 #include "Quelm/Documents/ParseErrorText.h"
 
-#include <QCoreApplication>
+#include <QFile>
 
 #include <new>
 
 namespace quelm {
 
-std::expected<JSONContent, FileError> loadDocument(const QString& path, std::stop_token stop) {
-    std::expected<SharedText, FileError> bytes = readFile(path, stop);
-    if (!bytes)
-        return std::unexpected(std::move(bytes.error()));
+static_assert(longestText == JSONParser::maximumTextSize, "what is loaded can be parsed");
+
+namespace {
+
+FileError fileError(const LoadFailure& failure) {
+    return {loadFailureText(failure), failure.reason == LoadFailure::Reason::cancelled};
+}
+
+FileError fileError(LoadFailure::Reason reason) {
+    return fileError(LoadFailure{reason, {}});
+}
+
+FileError fileError(const JSONParseError& error) {
+    if (error == JSONParseError::cancelled())
+        return fileError(LoadFailure::Reason::cancelled);
+    if (error == JSONParseError::tooLarge())
+        return fileError(LoadFailure::Reason::tooLarge);
+    return {parseErrorText(error)};
+}
+
+/// Reading is half of the work, parsing the other.
+void setTotal(WorkProgress* progress, const std::string& path) {
+    if (!progress)
+        return;
+    if (const auto stamp = FileStamp::of(path))
+        progress->setTotal(2 * stamp->size);
+}
+
+} // namespace
+
+std::expected<JSONContent, FileError> openableContent(std::expected<JSONContent, JSONParseError> read) {
+    if (!read)
+        return std::unexpected(fileError(read.error()));
+    const auto& error = read->parseError;
+    if (error && (*error == JSONParseError::cancelled() || *error == JSONParseError::tooLarge()))
+        return std::unexpected(fileError(*error));
+    return *std::move(read);
+}
+
+std::expected<LoadedDocument, FileError> loadDocument(const QString& path, std::stop_token stop,
+                                                      WorkProgress* progress) {
+    const std::string name = QFile::encodeName(path).toStdString();
+    setTotal(progress, name);
+    std::expected<LoadedFile, LoadFailure> file = loadFile(name, stop, progress);
+    if (!file)
+        return std::unexpected(fileError(file.error()));
+    // As of now: parsing takes its time.
+    const FileState state{file->stamp, file->checksum};
     try {
-        std::expected<JSONContent, JSONParseError> content = JSONDocument::read(*std::move(bytes), std::move(stop));
+        auto content = openableContent(JSONDocument::read(std::move(file->bytes), std::move(stop)));
         if (!content)
-            return std::unexpected(FileError{parseErrorText(content.error())});
+            return std::unexpected(std::move(content.error()));
         if (content->tree)
             ContentConversion::prepareForDisplay(*content->tree);
-        return *std::move(content);
+        if (progress)
+            progress->add(state.checksum.size);
+        return LoadedDocument{*std::move(content), state};
     } catch (const std::bad_alloc&) {
-        return std::unexpected(FileError{
-            QCoreApplication::translate("quelm::FileReading", "No hay memoria suficiente para abrir el archivo.")});
+        return std::unexpected(fileError(LoadFailure::Reason::noMemory));
     }
 }
 

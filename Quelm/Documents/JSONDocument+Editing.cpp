@@ -16,13 +16,30 @@ void JSONDocument::attachTextBuffer(std::shared_ptr<TextStorage> buffer) {
     if (buffer == textBuffer_)
         return;
     require(!textBuffer_ || !isTextBufferEdited_, "the text buffer of before is committed");
+    dropTextBuffer();
     textBuffer_ = std::move(buffer);
-    isTextBufferEdited_ = false;
+    connect(textBuffer_.get(), &TextStorage::didProcessEditing, this, &JSONDocument::recordTextEdit);
+    recordedText_ = textBuffer_->text();
 }
 
 void JSONDocument::dropTextBuffer() {
+    if (textBuffer_)
+        textBuffer_->disconnect(this);
     textBuffer_.reset();
+    recordedText_ = {};
     isTextBufferEdited_ = false;
+}
+
+void JSONDocument::recordTextEdit(EditedMask mask, TextRange range) {
+    if (mask != EditedMask::characters)
+        return;
+    const TextRope before = std::exchange(recordedText_, textBuffer_->text());
+    if (!recorder_ || isReplacingContent_)
+        return;
+    const std::int64_t location = recordedText_.summaryBeforeUTF16(range.location).bytes;
+    const std::int64_t inserted = recordedText_.summaryBeforeUTF16(range.end()).bytes - location;
+    const std::int64_t removed = before.byteCount() - (recordedText_.byteCount() - inserted);
+    recorder_->didEditText(before, recordedText_, location, removed, inserted);
 }
 
 void JSONDocument::noteTextBufferEdited() {
@@ -51,19 +68,38 @@ void JSONDocument::commitTextBuffer() {
     setContent(std::move(content));
 }
 
-void JSONDocument::replaceContent(JSONContent newContent, UndoManager* undoManager) {
+void JSONDocument::replaceContent(JSONContent newContent, UndoManager* undoManager, ContentOrigin origin) {
+    const ContentReplacement replacement{
+        .origin = origin, .numberBefore = contentNumber_, .number = ++lastContentNumber_, .isReturn = false};
+    replaceContent(std::move(newContent), undoManager, replacement);
+}
+
+void JSONDocument::replaceContent(JSONContent newContent, UndoManager* undoManager,
+                                  const ContentReplacement& replacement) {
     const QPointer<UndoManager> manager(undoManager);
     commitTextBuffer();
     // Moved rather than copied: its tree keeps the index of its keys.
     const DisposedInBackground<JSONContent> oldContent = exchangeContent(std::move(newContent));
-    if (mode_ == EditorMode::text && textBuffer_ && content_.text)
+    contentNumber_ = replacement.number;
+    if (mode_ == EditorMode::text && textBuffer_ && content_.text) {
+        isReplacingContent_ = true;
         textBuffer_->replaceCharacters({0, textBuffer_->length()}, *content_.text);
+        isReplacingContent_ = false;
+    }
+    if (recorder_)
+        recorder_->didReplaceContent(replacement, content_);
     stateToken_.advance();
     advanceRevision();
     if (!manager)
         return;
     manager->registerUndo<JSONDocument>(
-        this, [oldContent, manager](JSONDocument& document) { document.replaceContent(oldContent.take(), manager); });
+        this, [oldContent, manager, number = replacement.numberBefore](JSONDocument& document) {
+            document.replaceContent(oldContent.take(), manager,
+                                    {.origin = ContentOrigin::unknown,
+                                     .numberBefore = document.contentNumber_,
+                                     .number = number,
+                                     .isReturn = true});
+        });
     manager->setActionName(tr("Formato"));
 }
 
@@ -96,6 +132,8 @@ void JSONDocument::finishModeChange(EditorMode newMode, JSONContent converted) {
     if (newMode == EditorMode::tree)
         dropTextBuffer();
     changeMode(newMode);
+    if (recorder_)
+        recorder_->didChangeMode(mode_, content_);
     advanceRevision();
 }
 
@@ -112,12 +150,30 @@ JSONDocument::applyTreeChange(const std::function<std::optional<TreeChange>(JSON
     std::optional<TreeChange> change = prepare(*content_.tree);
     if (!change)
         return std::nullopt;
-    std::vector<TreeEdit> inverse = content_.tree->apply(change->edits);
-    stateToken_.advance();
+    std::vector<TreeEdit> inverse = applyRecorded(change->edits);
     content_.parseError.reset();
     disposeInBackground(std::exchange(content_.text, std::nullopt));
+    stateToken_.advance();
     Q_EMIT contentChanged();
     return AppliedTreeChange{.change = *std::move(change), .inverse = std::move(inverse)};
+}
+
+std::vector<TreeEdit> JSONDocument::applyRecorded(std::span<const TreeEdit> edits) {
+    if (!recorder_)
+        return content_.tree->apply(edits);
+    try {
+        std::vector<TreeEdit> inverse = content_.tree->apply(
+            edits, [this](const JSONTree& tree, const TreeEdit& edit) { recorder_->willEditTree(tree, edit); });
+        recorder_->didEditTree(*content_.tree);
+        return inverse;
+    } catch (...) {
+        recorder_->didFailToEditTree();
+        throw;
+    }
+}
+
+void JSONDocument::setRecorder(DocumentRecorder* recorder) {
+    recorder_ = recorder;
 }
 
 void JSONDocument::noteSaved(StateToken::Value token) {
@@ -125,9 +181,17 @@ void JSONDocument::noteSaved(StateToken::Value token) {
     announceModified();
 }
 
+void JSONDocument::noteUnsaved() {
+    savedToken_.reset();
+    announceModified();
+}
+
 void JSONDocument::announceModified() {
-    if (std::exchange(isAnnouncedModified_, isModified()) != isModified())
-        Q_EMIT isModifiedChanged();
+    if (std::exchange(isAnnouncedModified_, isModified()) == isModified())
+        return;
+    if (recorder_)
+        recorder_->didChangeModified(isModified());
+    Q_EMIT isModifiedChanged();
 }
 
 } // namespace quelm

@@ -65,13 +65,32 @@ DisposedInBackground<JSONContent> JSONDocument::exchangeContent(JSONContent cont
 }
 
 void JSONDocument::apply(JSONContent snapshot) {
+    const EditorMode mode = openingMode(snapshot);
+    install(std::move(snapshot), mode, Saved::yes);
+}
+
+void JSONDocument::reload(JSONContent snapshot) {
+    const EditorMode mode = snapshot.tree ? mode_ : EditorMode::text;
+    install(std::move(snapshot), mode, Saved::yes);
+}
+
+void JSONDocument::applyUnsaved(JSONContent content, EditorMode mode) {
+    require(mode == EditorMode::tree ? content.tree.has_value() : content.text.has_value(),
+            "a content that is installed can be shown in its mode");
+    install(std::move(content), mode, Saved::no);
+}
+
+void JSONDocument::install(JSONContent snapshot, EditorMode mode, Saved saved) {
+    contentNumber_ = ++lastContentNumber_;
     setContent(std::move(snapshot));
     // An editor that is made for the new mode attaches a buffer of its own.
     dropTextBuffer();
-    changeMode(openingMode(content_));
-    savedToken_ = stateToken_.next();
+    changeMode(mode);
+    savedToken_ = saved == Saved::yes ? std::optional(stateToken_.next()) : std::nullopt;
     stateToken_.advance();
     advanceRevision();
+    if (recorder_)
+        recorder_->didApply();
     Q_EMIT didApply();
 }
 

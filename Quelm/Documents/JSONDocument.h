@@ -3,10 +3,12 @@
 #include "JSONCore/JSONContent.h"
 #include "Quelm/Documents/ConversionError.h"
 #include "Quelm/Documents/DocumentConfiguration.h"
+#include "Quelm/Documents/DocumentRecorder.h"
 #include "Quelm/Documents/EditorMode.h"
 #include "Quelm/Foundation/BackgroundTask.h"
 #include "Quelm/Foundation/Disposal.h"
 #include "Quelm/Foundation/StateToken.h"
+#include "Quelm/TextEngine/TextRange.h"
 #include "TextCore/SharedText.h"
 
 #include <QObject>
@@ -24,6 +26,7 @@
 namespace quelm {
 
 class TextStorage;
+enum class EditedMask : std::uint8_t;
 class UndoManager;
 
 /// One open JSON file: its content, the editor that shows it, and the revision by which views learn that the whole
@@ -69,6 +72,14 @@ public:
     /// Steps to undo name places of the old content: whoever keeps them drops them on `didApply`.
     void apply(JSONContent snapshot);
 
+    /// The same for what the file holds after somebody else has changed it: the editor stays, unless there is no tree to
+    /// show.
+    void reload(JSONContent snapshot);
+
+    /// Installs a content that its file does not hold, in that editor, which must be able to show it: the document
+    /// counts as modified until it is saved. Otherwise as `apply`.
+    void applyUnsaved(JSONContent content, EditorMode mode);
+
     /// The content as it would be saved now: edits of the text buffer are committed first.
     JSONContent snapshot();
 
@@ -97,7 +108,8 @@ public:
     /// Replaces the whole content: a step "Formato" of the undo manager, which is held weakly; without one, a change
     /// that cannot be undone. Edits of the text buffer are committed first, and the buffer shows the new text. O(log n)
     /// for a text whose places were asked for or prepared (`TextRope::prepare`) before.
-    void replaceContent(JSONContent newContent, UndoManager* undoManager);
+    void replaceContent(JSONContent newContent, UndoManager* undoManager,
+                        ContentOrigin origin = ContentOrigin::unknown);
 
     /// How a change of the mode ended.
     using ModeChanged = std::function<void(const std::expected<void, ConversionError>&)>;
@@ -136,6 +148,13 @@ public:
     bool isModified() const { return stateToken_.current() != savedToken_; }
     /// A snapshot taken while the state had that token is now what the file holds.
     void noteSaved(StateToken::Value token);
+    /// No file holds the state any more: the document counts as modified until it is saved.
+    void noteUnsaved();
+
+    /// Who is told of every change from now on; null for nobody. Held weakly: it must take itself away in time.
+    void setRecorder(DocumentRecorder* recorder);
+    /// The number of the content, see `ContentReplacement`.
+    std::int64_t contentNumber() const { return contentNumber_; }
 
 Q_SIGNALS:
     void contentChanged();
@@ -148,6 +167,11 @@ Q_SIGNALS:
 private:
     /// The content of before; when both are the same, the one that is not needed.
     [[nodiscard]] DisposedInBackground<JSONContent> exchangeContent(JSONContent content);
+    enum class Saved : std::uint8_t { no, yes };
+    void install(JSONContent snapshot, EditorMode mode, Saved saved);
+    void replaceContent(JSONContent newContent, UndoManager* undoManager, const ContentReplacement& replacement);
+    std::vector<TreeEdit> applyRecorded(std::span<const TreeEdit> edits);
+    void recordTextEdit(EditedMask mask, TextRange range);
     void finishModeChange(EditorMode newMode, JSONContent converted);
     void changeMode(EditorMode mode);
     void dropParsed();
@@ -162,7 +186,14 @@ private:
     std::shared_ptr<TextStorage> textBuffer_;
     bool isTextBufferEdited_ = false;
     StateToken stateToken_;
-    StateToken::Value savedToken_ = stateToken_.current();
+    /// Absent when no file holds any state that the document can come back to.
+    std::optional<StateToken::Value> savedToken_ = stateToken_.current();
+    std::int64_t contentNumber_ = 1;
+    std::int64_t lastContentNumber_ = 1;
+    DocumentRecorder* recorder_ = nullptr;
+    /// What the text buffer held when the recorder was last told of it, while there is one to tell.
+    TextRope recordedText_;
+    bool isReplacingContent_ = false;
     bool isAnnouncedModified_ = false;
 };
 

@@ -1,8 +1,8 @@
 #include "Quelm/Documents/DocumentLoading.h"
-#include "Quelm/Documents/DocumentSaving.h"
 #include "Tests/Quelm/Support/Printing.h"
 #include "Tests/Quelm/Support/TestDocuments.h"
 
+#include <filesystem>
 #include <gtest/gtest.h>
 
 namespace quelm {
@@ -14,18 +14,18 @@ protected:
 };
 
 TEST_F(DocumentLoadingTests, AValidFileComesWithTextTreeAndStyle) {
-    const auto content = loadDocument(folder.write(QStringLiteral("a.json"), "{\n\t\"a\": 1\n}\n"));
-    ASSERT_TRUE(content);
-    EXPECT_TRUE(content->text);
-    EXPECT_TRUE(content->tree);
-    EXPECT_EQ(content->style, JSONStyle::pretty(JSONStyle::Indent::tab, false));
+    const auto loaded = loadDocument(folder.write(QStringLiteral("a.json"), "{\n\t\"a\": 1\n}\n"));
+    ASSERT_TRUE(loaded);
+    EXPECT_TRUE(loaded->content.text);
+    EXPECT_TRUE(loaded->content.tree);
+    EXPECT_EQ(loaded->content.style, JSONStyle::pretty(JSONStyle::Indent::tab, false));
 }
 
 TEST_F(DocumentLoadingTests, InvalidJSONIsNoFailure) {
-    const auto content = loadDocument(folder.write(QStringLiteral("a.json"), "[1,]"));
-    ASSERT_TRUE(content);
-    EXPECT_FALSE(content->tree);
-    EXPECT_EQ(content->parseError->message, "Valor inesperado");
+    const auto loaded = loadDocument(folder.write(QStringLiteral("a.json"), "[1,]"));
+    ASSERT_TRUE(loaded);
+    EXPECT_FALSE(loaded->content.tree);
+    EXPECT_EQ(loaded->content.parseError->message, "Valor inesperado");
 }
 
 TEST_F(DocumentLoadingTests, AnotherEncodingIsAFailureInWords) {
@@ -40,14 +40,51 @@ TEST_F(DocumentLoadingTests, AMissingFileIsAFailureInWords) {
     EXPECT_EQ(content.error().message, QStringLiteral("El archivo no existe."));
 }
 
-TEST_F(DocumentLoadingTests, WhatWasLoadedIsSavedByteForByte) {
-    const std::string bytes = "\xEF\xBB\xBF{ \"b\":1,\r\n \"a\" : [ ] }";
-    const QString path = folder.write(QStringLiteral("a.json"), bytes);
-    const auto content = loadDocument(path);
-    ASSERT_TRUE(content);
-    const QString copy = folder.path(QStringLiteral("copia.json"));
-    ASSERT_TRUE(saveDocument(copy, *content));
-    EXPECT_EQ(TemporaryFolder::contents(copy), bytes);
+TEST_F(DocumentLoadingTests, TheStateIsThatOfTheFile) {
+    const QString path = folder.write(QStringLiteral("a.json"), "[1]");
+    const auto loaded = loadDocument(path);
+    ASSERT_TRUE(loaded);
+    EXPECT_EQ(loaded->state.stamp, FileStamp::of(path.toStdString()));
+    EXPECT_EQ(loaded->state.checksum, ContentChecksum::of("[1]"));
+}
+
+TEST_F(DocumentLoadingTests, FoldersAndDevicesAreFailuresInWords) {
+    EXPECT_EQ(loadDocument(folder.path(QStringLiteral("."))).error().message,
+              QStringLiteral("Es una carpeta, no un archivo."));
+    EXPECT_EQ(loadDocument(QStringLiteral("/dev/zero")).error().message,
+              QStringLiteral("No es un archivo normal, sino un dispositivo, una tubería o algo parecido."));
+}
+
+TEST_F(DocumentLoadingTests, AFileThatIsTooLargeIsAFailureInWords) {
+    const QString path = folder.write(QStringLiteral("a.json"), "");
+    std::filesystem::resize_file(path.toStdString(), std::uintmax_t{1} << 40);
+    EXPECT_EQ(loadDocument(path).error(), FileError{QStringLiteral("El archivo es demasiado grande.")});
+}
+
+TEST_F(DocumentLoadingTests, ATreeThatWouldBeTooLargeIsAFailureToo) {
+    // What a parse says of a text with 2^31 values or more.
+    JSONContent content;
+    content.text = TextRope(SharedText("[]"));
+    content.parseError = JSONParseError::tooLarge();
+    const auto opened = openableContent(content);
+    ASSERT_FALSE(opened);
+    EXPECT_EQ(opened.error(), FileError{QStringLiteral("El archivo es demasiado grande.")});
+    content.parseError = JSONParseError::cancelled();
+    EXPECT_TRUE(openableContent(content).error().isCancellation);
+}
+
+TEST_F(DocumentLoadingTests, AStoppedLoadingIsACancellation) {
+    std::stop_source source;
+    source.request_stop();
+    const auto loaded = loadDocument(folder.write(QStringLiteral("a.json"), "[1]"), source.get_token());
+    ASSERT_FALSE(loaded);
+    EXPECT_TRUE(loaded.error().isCancellation);
+}
+
+TEST_F(DocumentLoadingTests, TheProgressIsAtItsEndWhenAllIsParsed) {
+    WorkProgress progress;
+    ASSERT_TRUE(loadDocument(folder.write(QStringLiteral("a.json"), arrayOfZeros(100'000)), {}, &progress));
+    EXPECT_EQ(progress.fraction(), 1.0);
 }
 
 } // namespace
