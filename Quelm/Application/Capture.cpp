@@ -28,14 +28,14 @@ int captureWindow(DocumentController& controller, const QString& file, const QSt
     if (QFileInfo(imageFile).suffix().compare(QStringLiteral("png"), Qt::CaseInsensitive) != 0)
         return fail(imageFile,
                     QCoreApplication::translate("quelm::Capture", "El nombre de la imagen debe acabar en .png."));
-    std::expected<JSONContent, FileError> content = loadDocument(file);
-    if (!content)
-        return fail(file, content.error().message);
+    std::expected<LoadedDocument, FileError> loaded = loadDocument(file);
+    if (!loaded)
+        return fail(file, loaded.error().message);
 
     const QString location = QFileInfo(file).absoluteFilePath();
     EditorView window(std::make_shared<JSONDocument>(std::make_shared<DocumentConfiguration>(location)));
     addWindowMenus(window, controller);
-    window.document().apply(*std::move(content));
+    window.document().apply(std::move(loaded->content));
     window.showDocument();
     window.resize(EditorView::defaultSize());
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -19,5 +20,8 @@ struct ClosingAnswers {
 /// Asks whether the changes of a document of that name are to be saved and returns at once; the box deletes itself when
 /// it is answered. It belongs to the window and blocks no other.
 QMessageBox* askBeforeClosing(QWidget& window, const QString& name, ClosingAnswers answers);
+
+/// Asks likewise about several documents at once when all windows are to be closed.
+QMessageBox* askBeforeQuitting(QWidget& window, const QStringList& names, ClosingAnswers answers);
 
 } // namespace quelm

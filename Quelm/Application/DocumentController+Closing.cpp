@@ -1,12 +1,12 @@
 #include "Quelm/Application/BringForward.h"
 #include "Quelm/Application/ClosingQuestion.h"
 #include "Quelm/Application/DocumentController.h"
+#include "Quelm/Application/WindowPlaces.h"
 
 #include <QCloseEvent>
 #include <QMessageBox>
 
 #include <algorithm>
-#include <utility>
 
 namespace quelm {
 
@@ -26,6 +26,8 @@ bool DocumentController::eventFilter(QObject* watched, QEvent* event) {
         closingWhenExported_.insert(&window);
         return true;
     }
+    if (window.isVisible())
+        WindowPlaces::note(window.document().configuration().fileLocation(), WindowPlace::of(window));
     return QObject::eventFilter(watched, event);
 }
 
@@ -34,15 +36,18 @@ bool DocumentController::isToBeAskedAbout(EditorView& window) const {
     const bool isDiscarded =
         discarded != discarding_.end() && discarded->second == window.document().stateToken().current();
     // What is being written may be a state that was left since: then the file will not be what the window shows.
-    const auto saving = savings_.find(&window);
-    const bool isSaved = !window.document().isModified() &&
-                         (saving == savings_.end() || saving->second.token == window.document().stateToken().current());
+    const bool isSaved =
+        !window.document().isModified() && (!savings_.contains(&window) || isBeingSavedAsItIs(window));
     return !isSaved && !isDiscarded;
 }
 
-void DocumentController::askBeforeClosing(EditorView& window) {
+bool DocumentController::isBeingSavedAsItIs(EditorView& window) const {
     const auto saving = savings_.find(&window);
-    if (saving != savings_.end() && saving->second.token == window.document().stateToken().current()) {
+    return saving != savings_.end() && saving->second.token == window.document().stateToken().current();
+}
+
+void DocumentController::askBeforeClosing(EditorView& window) {
+    if (isBeingSavedAsItIs(window)) {
         closingWhenSaved_.insert(&window);
         return;
     }
@@ -77,7 +82,7 @@ void DocumentController::discardAndClose(EditorView& window) {
 }
 
 void DocumentController::goOnClosing(EditorView& window) {
-    if (isQuitting_)
+    if (quitting_ != Quitting::no)
         continueQuitting();
     else
         window.close();
@@ -87,36 +92,14 @@ void DocumentController::cancelClosing(EditorView& window) {
     closingWhenSaved_.erase(&window);
     closingWhenExported_.erase(&window);
     discarding_.erase(&window);
-    if (std::exchange(isQuitting_, false))
-        discarding_.clear();
+    stopQuitting();
 }
 
 void DocumentController::finishExporting(EditorView& window, bool succeeded) {
     if (!succeeded)
         cancelClosing(window);
-    else if (closingWhenExported_.erase(&window) > 0 || isQuitting_)
+    else if (closingWhenExported_.erase(&window) > 0 || quitting_ != Quitting::no)
         goOnClosing(window);
-}
-
-void DocumentController::quit() {
-    isQuitting_ = true;
-    continueQuitting();
-}
-
-/// Asks about one window after the other, waits for what they export, and closes them when all are settled.
-void DocumentController::continueQuitting() {
-    for (EditorView* window : windows_)
-        window->finishEditing();
-    const auto next = std::ranges::find_if(windows_, [this](EditorView* view) { return isToBeAskedAbout(*view); });
-    if (next != windows_.end()) {
-        (*next)->close();
-        return;
-    }
-    if (std::ranges::any_of(windows_, [](EditorView* window) { return window->model().isExporting(); }))
-        return;
-    isQuitting_ = false;
-    for (EditorView* window : std::vector(windows_))
-        window->close();
 }
 
 } // namespace quelm

@@ -1,8 +1,11 @@
 #include "Quelm/Application/BringForward.h"
 #include "Quelm/Application/DocumentController.h"
+#include "Quelm/Application/DocumentJournals.h"
 #include "Quelm/Application/FileDialogs.h"
 #include "Quelm/Application/RecentFiles.h"
 #include "Quelm/Documents/DocumentLoading.h"
+#include "Quelm/Documents/SameFile.h"
+#include "Quelm/Foundation/VisibleText.h"
 
 #include <QFileDialog>
 #include <QFileInfo>
@@ -23,15 +26,16 @@ constexpr std::chrono::milliseconds patience{200};
 void DocumentController::newDocument() {
     EditorView* window = addWindow(std::make_shared<JSONDocument>());
     hasOpened_ = true;
+    if (journals_)
+        journals_->follow(*window);
     window->showDocument();
     window->show();
 }
 
 EditorView* DocumentController::windowOf(const QString& path) const {
-    const QFileInfo file(path);
     const auto found = std::ranges::find_if(windows_, [&](const EditorView* window) {
         const auto& location = window->document().configuration().fileLocation();
-        return location && QFileInfo(*location) == file;
+        return location && leadToSameFile(*location, path);
     });
     return found == windows_.end() ? nullptr : *found;
 }
@@ -42,33 +46,79 @@ void DocumentController::open(const QString& path) {
         return;
     }
 
+    if (path.isEmpty()) {
+        hasFailed_ = true;
+        alert(nullptr, tr("No se pudo abrir el archivo."), tr("El nombre está vacío."));
+        return;
+    }
+    startOpening(QFileInfo(path).absoluteFilePath());
+}
+
+EditorView* DocumentController::startOpening(const QString& location) {
     // The window is made while the file is read, and read before it is shown as a rule.
-    const QString location = QFileInfo(path).absoluteFilePath();
     EditorView* window = addWindow(std::make_shared<JSONDocument>(std::make_shared<DocumentConfiguration>(location)));
+    const auto progress = std::make_shared<WorkProgress>();
+    window->noteOpeningStarted(progress);
     openings_[window] = startInBackground(
-        window, [location](std::stop_token stop) { return loadDocument(location, std::move(stop)); },
-        [this, window, location](std::expected<JSONContent, FileError> content) {
-            finishOpening(window, location, std::move(content));
+        window,
+        [location, progress](std::stop_token stop) {
+            return loadDocument(location, std::move(stop), progress.get());
+        },
+        [this, window, location](std::expected<LoadedDocument, FileError> loaded) {
+            finishOpening(window, location, std::move(loaded));
         });
     QTimer::singleShot(patience, window, [window] { window->show(); });
+    return window;
+}
+
+void DocumentController::reopen(const QStringList& paths) {
+    reopening_.assign(paths.begin(), paths.end());
+    reopenNext();
+}
+
+/// In a turn of the event loop each, so that the first window does not wait for the others.
+void DocumentController::reopenNext() {
+    if (reopening_.empty()) {
+        if (windows_.empty())
+            newDocument();
+        return;
+    }
+    const QString path = reopening_.front();
+    reopening_.pop_front();
+    if (!windowOf(path))
+        reopened_.insert(startOpening(path));
+    QTimer::singleShot(0, this, &DocumentController::reopenNext);
 }
 
 void DocumentController::finishOpening(EditorView* window, const QString& path,
-                                       std::expected<JSONContent, FileError> content) {
+                                       std::expected<LoadedDocument, FileError> loaded) {
     openings_.erase(window);
-    if (!content) {
-        hasFailed_ = true;
-        RecentFiles::remove(path);
-        const QString name = window->document().configuration().displayName();
-        alert(nullptr, tr("No se pudo abrir «%1».").arg(name), content.error().message);
-        delete window;
-        return;
-    }
+    if (!loaded)
+        return reportOpening(window, path, loaded.error());
+    reopened_.erase(window);
     hasOpened_ = true;
-    window->document().apply(*std::move(content));
+    window->document().configuration().setFileState(loaded->state);
+    window->document().apply(std::move(loaded->content));
+    if (journals_)
+        journals_->follow(*window);
     window->showDocument();
     window->show();
     RecentFiles::note(path);
+}
+
+void DocumentController::reportOpening(EditorView* window, const QString& path, const FileError& error) {
+    const bool isReopened = reopened_.contains(window);
+    if (!error.isCancellation)
+        RecentFiles::remove(path);
+    if (!error.isCancellation && !isReopened) {
+        hasFailed_ = true;
+        const QString name = visibleCharacters(window->document().configuration().displayName());
+        alert(nullptr, tr("No se pudo abrir «%1».").arg(name), error.message);
+    }
+    const bool isLast = windows_.size() == 1 && reopening_.empty();
+    if (isReopened && isLast)
+        newDocument();
+    delete window;
 }
 
 void DocumentController::showOpenDialog(EditorView& window) {

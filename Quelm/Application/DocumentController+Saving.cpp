@@ -1,14 +1,18 @@
 #include "Quelm/Application/DocumentController.h"
+#include "Quelm/Application/DocumentJournals.h"
 #include "Quelm/Application/FileDialogs.h"
+#include "Quelm/Application/FileExpectation.h"
 #include "Quelm/Application/RecentFiles.h"
-#include "Quelm/Application/RevertQuestion.h"
-#include "Quelm/Documents/DocumentLoading.h"
 #include "Quelm/Documents/DocumentSaving.h"
+#include "Quelm/Foundation/VisibleText.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
 
+#include <QFile>
 #include <QFileDialog>
 #include <QFileInfo>
+
+#include <utility>
 
 namespace quelm {
 
@@ -25,9 +29,10 @@ void DocumentController::saveAs(EditorView& window) {
     if (window.isOpening())
         return;
     window.finishEditing();
-    QFileDialog* dialog = makeSaveDialog(window);
-    const auto& location = window.document().configuration().fileLocation();
-    dialog->selectFile(location.value_or(window.document().baseName() + QStringLiteral(".json")));
+    QPointer<QFileDialog>& dialog = saveDialogs_[&window];
+    if (dialog)
+        return dialog->activateWindow();
+    dialog = makeSaveDialog(window, window.document().configuration());
     connect(dialog, &QFileDialog::fileSelected, &window, [this, &window](const QString& path) {
         if (isOpenElsewhere(window, path))
             refuseSaving(window, path);
@@ -54,95 +59,109 @@ void DocumentController::write(EditorView& window, const QString& path) {
     window.finishEditing();
     // The document as it is is what the user wants.
     cancelReverting(window);
+    outsideChanges_.follower(window).cancelReload();
+    if (const auto saving = savings_.find(&window); saving != savings_.end()) {
+        // One after the other; what has been typed by then is saved with it.
+        std::deque<QString>& waiting = saving->second.waiting;
+        if (waiting.empty() || waiting.back() != path)
+            waiting.push_back(path);
+        return;
+    }
     ++saveCount_;
     const auto document = window.sharedDocument();
-    const QPointer<EditorView> owner(&window);
     // What is typed from now on is another step than what is saved.
     if (const JSONTextView* editor = window.textEditor())
         editor->textView().editing().endTypingStep();
     const StateToken::Value token = document->stateToken().current();
-    startSaving(window, token);
+    const auto expectation = outsideChanges_.follower(window).expectation(path);
     startInBackground(
         savingThread_, this,
-        [path, snapshot = document->snapshot()](std::stop_token) { return saveDocument(path, snapshot); },
-        [this, path, document, owner, token](const std::expected<void, FileError>& result) {
-            --saveCount_;
-            if (result) {
-                if (document->configuration().fileLocation() != path)
-                    RecentFiles::note(path);
-                document->configuration().setFileLocation(path);
-                document->noteSaved(token);
-            } else {
-                if (owner)
-                    cancelClosing(*owner);
-                alert(owner, tr("No se pudo guardar «%1».").arg(QFileInfo(path).fileName()), result.error().message);
-            }
+        [path, expectation, snapshot = document->snapshot(), options = startSaving(window, path, token)](
+            std::stop_token) mutable -> std::expected<SavedFile, FileError> {
+            if (expectation && expectation->isChanged(options.save.stop))
+                return std::unexpected(FileError{.message = {}, .isCancellation = true});
+            return saveDocument(path, snapshot, std::move(options.save));
+        },
+        [this, path, document, owner = QPointer<EditorView>(&window), token,
+         expectation](const std::expected<SavedFile, FileError>& result) {
+            const bool isClosing = closingWhenSaved_.contains(owner);
+            finishWriting(owner, *document, path, token, result);
+            if (owner && expectation && expectation->change())
+                askBeforeSavingOver(*owner, path, *expectation->change(), isClosing);
             if (owner)
-                finishSaving(*owner);
-            announceIdle();
+                outsideChanges_.follower(*owner).resume();
         })
         .detach();
 }
 
-void DocumentController::startSaving(EditorView& window, StateToken::Value token) {
+void DocumentController::askBeforeSavingOver(EditorView& window, const QString& path, const FileStamp& found,
+                                             bool isClosing) {
+    const auto goOn = [this, &window, path, isClosing] {
+        if (isClosing)
+            closingWhenSaved_.insert(&window);
+        write(window, path);
+    };
+    outsideChanges_.follower(window).askBeforeSaving(found, goOn);
+}
+
+bool DocumentController::isInHand(EditorView& window) const {
+    return savings_.contains(&window) || revertings_.contains(&window);
+}
+
+DocumentController::SavingOptions DocumentController::startSaving(EditorView& window, const QString& path,
+                                                                  StateToken::Value token) {
+    SavingOptions options{.progress = std::make_shared<WorkProgress>(), .save = {}};
     Saving& saving = savings_[&window];
-    ++saving.count;
     saving.token = token;
+    options.save.stop = saving.stop.get_token();
+    options.save.progress = options.progress.get();
+    if (journals_) {
+        options.save.backupFolder = QFile::encodeName(journals_->folder()).toStdString();
+        options.save.willReplace = journals_->willSave(window, path);
+    }
+    window.model().noteSavingStarted(options.progress);
+    return options;
+}
+
+/// The window, which may be gone, is the document's.
+void DocumentController::finishWriting(EditorView* window, JSONDocument& document, const QString& path,
+                                       StateToken::Value token, const std::expected<SavedFile, FileError>& result) {
+    --saveCount_;
+    if (result) {
+        if (document.configuration().fileLocation() != path)
+            RecentFiles::note(path);
+        document.configuration().setFileLocation(path);
+        document.configuration().setFileState(FileState{result->stamp, result->checksum});
+        document.noteSaved(token);
+        if (window)
+            outsideChanges_.follower(*window).noteInStep();
+    }
+    if (window && journals_)
+        result ? journals_->didSave(*window) : journals_->didNotSave(*window);
+    if (window && !result)
+        cancelClosing(*window);
+    if (!result && !result.error().isCancellation)
+        alert(window, tr("No se pudo guardar «%1».").arg(visibleCharacters(QFileInfo(path).fileName())),
+              result.error().message);
+    if (window)
+        finishSaving(*window);
+    announceIdle();
 }
 
 void DocumentController::finishSaving(EditorView& window) {
-    if (--savings_[&window].count > 0)
+    window.model().noteSavingFinished();
+    auto node = savings_.extract(&window);
+    const Saving& saving = node.mapped();
+    if (!saving.waiting.empty() && !saving.stop.stop_requested()) {
+        write(window, saving.waiting.front());
+        savings_[&window].waiting.assign(saving.waiting.begin() + 1, saving.waiting.end());
         return;
-    savings_.erase(&window);
+    }
     // What is asked about may have been saved meanwhile.
     const bool isAnswered = dismissSettledQuestion(window);
     // What was saved may be less than what the window holds now: closing asks again then.
-    if (closingWhenSaved_.erase(&window) > 0 || isAnswered)
+    if (closingWhenSaved_.erase(&window) > 0 || isAnswered || quitting_ != Quitting::no)
         goOnClosing(window);
-}
-
-// Reverting.
-
-bool DocumentController::canRevert(EditorView& window) const {
-    return !window.isOpening() && window.document().configuration().fileLocation() && window.document().isModified() &&
-           !savings_.contains(&window) && !revertings_.contains(&window);
-}
-
-void DocumentController::revert(EditorView& window) {
-    window.finishEditing();
-    if (canRevert(window))
-        askBeforeReverting(window, window.document().configuration().displayName(),
-                           [this, &window] { startReverting(window); });
-}
-
-void DocumentController::startReverting(EditorView& window) {
-    if (!canRevert(window))
-        return;
-    window.setEditingLocked(true);
-    revertings_[&window] = startInBackground(
-        &window,
-        [location = *window.document().configuration().fileLocation()](std::stop_token stop) {
-            return loadDocument(location, std::move(stop));
-        },
-        [this, &window](std::expected<JSONContent, FileError> content) {
-            finishReverting(window, std::move(content));
-        });
-}
-
-void DocumentController::finishReverting(EditorView& window, std::expected<JSONContent, FileError> content) {
-    if (content)
-        window.document().apply(*std::move(content));
-    cancelReverting(window);
-    if (!content)
-        alert(&window, tr("No se pudo volver a leer «%1».").arg(window.document().configuration().displayName()),
-              content.error().message);
-    else if (dismissSettledQuestion(window))
-        goOnClosing(window);
-}
-
-void DocumentController::cancelReverting(EditorView& window) {
-    if (revertings_.erase(&window) > 0)
-        window.setEditingLocked(false);
 }
 
 } // namespace quelm

@@ -1,5 +1,8 @@
 #pragma once
 
+#include "FileCore/FileSaving.h"
+#include "Quelm/Application/OutsideChanges.h"
+#include "Quelm/Documents/DocumentLoading.h"
 #include "Quelm/Documents/FileError.h"
 #include "Quelm/EditorWindow/EditorView.h"
 #include "Quelm/Foundation/BackgroundTask.h"
@@ -9,17 +12,24 @@
 #include <QString>
 #include <QThreadPool>
 
+#include <cstdint>
+#include <deque>
 #include <expected>
 #include <functional>
+#include <memory>
+#include <stop_token>
 #include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
+class QFileDialog;
 class QMessageBox;
 
 namespace quelm {
 
+class DocumentJournals;
 class SettingsView;
+struct RecoveredDocument;
 
 /// Opens documents in windows, saves and reverts them, and closes the windows. Files are read and written off the main
 /// thread; what fails is told in an alert. It lives longer than all of its windows.
@@ -42,8 +52,23 @@ public:
     /// moment to say that this takes longer.
     void open(const QString& path);
 
+    /// Opens the files that were open when the user quit, one after the other, and says nothing of those that cannot be
+    /// opened any more. A window with an empty object when there is none that can.
+    void reopen(const QStringList& paths);
+
     /// Asks which files to open, first in the folder of the window's document.
     void showOpenDialog(EditorView& window);
+
+    // Recovery.
+
+    /// Keeps unsaved changes in journals in that folder from now on, where backups go too.
+    void keepJournals(const QString& folder);
+
+    /// A window with the unsaved document, whose file stays as it is until it is saved.
+    EditorView& openRecovered(RecoveredDocument recovered);
+
+    /// An alert over the window, or over none.
+    void tell(QWidget* window, const QString& message, const QString& details);
 
     // Saving.
 
@@ -58,11 +83,18 @@ public:
     /// changes, or while the document is being saved.
     void revert(EditorView& window);
 
+    /// Whether the document is being saved, or given up for what its file holds.
+    bool isInHand(EditorView& window) const;
+
     // Closing.
 
-    /// Closes all windows, once it has been asked what becomes of the changes of each and their exports are written;
-    /// none if one question is cancelled or one export fails.
+    /// Closes all windows, once it has been asked what becomes of their changes and their exports are written; none if
+    /// the question is cancelled, or something cannot be saved or exported. Their files are remembered for `reopen`.
     void quit();
+
+    /// The program ends without closing its windows: remembers their files, but for those with changes, which are
+    /// recovered at the next start, and where the windows are.
+    void rememberSession() const;
 
     /// Asks what becomes of the window's changes before it closes, and lets an export that is being written come to its
     /// end: the window closes by itself then, or stays if that fails.
@@ -78,7 +110,7 @@ public:
     // The end.
 
     /// Whether there is neither a window nor an alert, and nothing being opened or saved.
-    bool isIdle() const { return windows_.empty() && alertCount_ == 0 && saveCount_ == 0; }
+    bool isIdle() const { return windows_.empty() && reopening_.empty() && alertCount_ == 0 && saveCount_ == 0; }
 
     /// Whether files were to be opened and none could.
     bool hasOnlyFailed() const { return hasFailed_ && !hasOpened_; }
@@ -90,25 +122,39 @@ Q_SIGNALS:
 
 private:
     EditorView* addWindow(std::shared_ptr<JSONDocument> document);
+    void placeWindow(EditorView& window) const;
     void removeWindow(EditorView* window);
     void alert(QWidget* parent, const QString& message, const QString& details);
     void announceIdle();
+    void closeUntouched(const EditorView& newcomer);
 
-    void finishOpening(EditorView* window, const QString& path, std::expected<JSONContent, FileError> content);
+    EditorView* startOpening(const QString& path);
+    void finishOpening(EditorView* window, const QString& path, std::expected<LoadedDocument, FileError> loaded);
+    void reportOpening(EditorView* window, const QString& path, const FileError& error);
+    void reopenNext();
 
     void write(EditorView& window, const QString& path);
     bool isOpenElsewhere(const EditorView& window, const QString& path) const;
     void refuseSaving(EditorView& window, const QString& path);
     /// The window that shows the file; null when none does.
     EditorView* windowOf(const QString& path) const;
-    void startSaving(EditorView& window, StateToken::Value token);
+    struct SavingOptions {
+        /// Outlives the saving.
+        std::shared_ptr<WorkProgress> progress;
+        SaveOptions save;
+    };
+    SavingOptions startSaving(EditorView& window, const QString& path, StateToken::Value token);
+    void finishWriting(EditorView* window, JSONDocument& document, const QString& path, StateToken::Value token,
+                       const std::expected<SavedFile, FileError>& result);
     void finishSaving(EditorView& window);
+    void askBeforeSavingOver(EditorView& window, const QString& path, const FileStamp& found, bool isClosing);
     bool canRevert(EditorView& window) const;
     void startReverting(EditorView& window);
-    void finishReverting(EditorView& window, std::expected<JSONContent, FileError> content);
+    void finishReverting(EditorView& window, std::expected<LoadedDocument, FileError> loaded);
     void cancelReverting(EditorView& window);
 
     bool isToBeAskedAbout(EditorView& window) const;
+    bool isBeingSavedAsItIs(EditorView& window) const;
     void askBeforeClosing(EditorView& window);
     bool dismissSettledQuestion(EditorView& window);
     void saveAndClose(EditorView& window);
@@ -117,11 +163,26 @@ private:
     void goOnClosing(EditorView& window);
     void finishExporting(EditorView& window, bool succeeded);
     void continueQuitting();
+    void stopQuitting();
+    void closeAll();
+    std::vector<EditorView*> unsettledWindows() const;
+    void askAboutAll(const std::vector<EditorView*>& windows);
+    void saveAll(const std::vector<EditorView*>& windows);
+    void dismissQuittingQuestion();
+    void saveAllAndQuit();
+    void discardAllAndQuit();
+    QStringList sessionFiles() const;
 
     std::function<void(EditorView&)> prepareWindow_;
     std::vector<EditorView*> windows_;
+    /// Null while no journals are kept.
+    std::unique_ptr<DocumentJournals> journals_;
+    OutsideChanges outsideChanges_;
     QPointer<SettingsView> settings_;
     std::unordered_map<EditorView*, BackgroundTask> openings_;
+    /// Files that are still to be reopened, and windows that are being.
+    std::deque<QString> reopening_;
+    std::unordered_set<EditorView*> reopened_;
     std::unordered_map<EditorView*, BackgroundTask> revertings_;
     /// Windows whose changes are being asked about.
     std::unordered_map<EditorView*, QPointer<QMessageBox>> questions_;
@@ -131,12 +192,24 @@ private:
     /// Windows that close with their changes: those up to that state.
     std::unordered_map<EditorView*, StateToken::Value> discarding_;
     struct Saving {
-        int count = 0;
-        /// The state that the last of them saves.
+        /// The state that is saved.
         StateToken::Value token = 0;
+        std::stop_source stop;
+        /// Where it is to be saved afterwards.
+        std::deque<QString> waiting;
     };
     std::unordered_map<EditorView*, Saving> savings_;
-    bool isQuitting_ = false;
+    /// The dialogs that ask where to save.
+    std::unordered_map<EditorView*, QPointer<QFileDialog>> saveDialogs_;
+    enum class Quitting : std::uint8_t {
+        no,
+        asking,
+        /// All that is unsaved is to be saved first.
+        saving,
+    };
+    Quitting quitting_ = Quitting::no;
+    /// About several windows.
+    QPointer<QMessageBox> quittingQuestion_;
     /// One thread: what is saved later is written later.
     QThreadPool savingThread_;
     int alertCount_ = 0;

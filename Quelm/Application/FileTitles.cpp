@@ -23,15 +23,24 @@ QString folderOf(const QString& path) {
 
 } // namespace
 
-QStringList fileTitles(const QStringList& paths) {
+QStringList tellingFolders(const QStringList& paths) {
     QHash<QString, int> counts;
     for (const QString& path : paths)
         ++counts[QFileInfo(path).fileName()];
-    QStringList titles;
+    QStringList folders;
     for (const QString& path : paths) {
-        const QString name = QFileInfo(path).fileName();
-        const bool isAlone = counts.value(name) == 1;
-        titles += isAlone ? name : QStringLiteral("%1 (%2)").arg(name, QDir::toNativeSeparators(folderOf(path)));
+        const bool isAlone = counts.value(QFileInfo(path).fileName()) == 1;
+        folders += isAlone ? QString() : QDir::toNativeSeparators(folderOf(path));
+    }
+    return folders;
+}
+
+QStringList fileTitles(const QStringList& paths) {
+    const QStringList folders = tellingFolders(paths);
+    QStringList titles;
+    for (qsizetype index = 0; index < paths.size(); ++index) {
+        const QString name = QFileInfo(paths[index]).fileName();
+        titles += folders[index].isEmpty() ? name : QStringLiteral("%1 (%2)").arg(name, folders[index]);
     }
     return titles;
 }

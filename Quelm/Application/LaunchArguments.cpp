@@ -1,6 +1,7 @@
 #include "Quelm/Application/LaunchArguments.h"
 
 #include <QCoreApplication>
+#include <QUrl>
 
 namespace quelm {
 
@@ -29,7 +30,7 @@ private:
     void readOne(const QString& argument) {
         const bool isOption = argument.startsWith(u'-') && argument.size() > 1 && !isAfterOptions_;
         if (!isOption)
-            result_.files += argument;
+            result_.files += pathOf(argument);
         else if (argument == QLatin1String("--"))
             isAfterOptions_ = true;
         else if (argument == QLatin1String("--help") || argument == QLatin1String("-h"))
@@ -44,6 +45,14 @@ private:
             readAppearance(argument);
         else
             error_ = Launch::tr("No existe la opción %1.").arg(argument);
+    }
+
+    /// Programs that list files may name them by addresses.
+    static QString pathOf(const QString& argument) {
+        if (!argument.startsWith(QLatin1String("file://")))
+            return argument;
+        const QString path = QUrl(argument).toLocalFile();
+        return path.isEmpty() ? argument : path;
     }
 
     QString valueOf(const QString& option) {
@@ -99,6 +108,7 @@ std::expected<LaunchArguments, QString> LaunchArguments::parse(const QStringList
 QString LaunchArguments::usage() {
     return Launch::tr("Uso: quelm [OPCIÓN]… [ARCHIVO]…\n"
                       "Editor de archivos JSON: abre una ventana por archivo, o un documento nuevo.\n"
+                      "Si Quelm ya está abierto, los archivos se abren en él.\n"
                       "\n"
                       "  --capture PNG          pinta la ventana de un archivo en una imagen y termina\n"
                       "  --scale NÚMERO         puntos de la imagen por punto de la ventana (1)\n"

@@ -16,7 +16,7 @@ struct LaunchArguments {
     enum class Task : std::uint8_t { openWindows, capture, showHelp, showVersion };
 
     Task task = Task::openWindows;
-    /// In the order given; exactly one for a capture.
+    /// Paths, also of those given as addresses (file://), in the order given; exactly one for a capture.
     QStringList files;
     QString capturePath;
     /// Device pixels a logical pixel of a capture; above 0 and at most 8.

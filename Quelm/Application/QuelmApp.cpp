@@ -1,13 +1,19 @@
 #include "Quelm/Application/QuelmApp.h"
 
+#include "Quelm/Application/BringForward.h"
 #include "Quelm/Application/Capture.h"
 #include "Quelm/Application/FontPreparation.h"
+#include "Quelm/Application/InstanceClient.h"
 #include "Quelm/Application/LaunchArguments.h"
 #include "Quelm/Application/Localization.h"
 #include "Quelm/Application/Look.h"
+#include "Quelm/Application/Session.h"
 #include "Quelm/Application/WindowMenus.h"
+#include "Quelm/Recovery/RecoveryFolder.h"
 
 #include <QApplication>
+#include <QFileInfo>
+#include <QTimer>
 
 #include <algorithm>
 #include <cstdio>
@@ -74,12 +80,31 @@ void describeApplication() {
     QGuiApplication::setDesktopFileName(QStringLiteral("quelm"));
 }
 
-int openWindows(const QStringList& files) {
+/// The role of this process among those of its kind, for a command line that opens windows; absent for any other.
+std::optional<InstanceClaim> claimInstanceFor(std::span<char*> raw) {
+    QStringList words;
+    for (const char* word : raw.subspan(1))
+        words += QString::fromLocal8Bit(word);
+    const auto arguments = LaunchArguments::parse(words);
+    const auto address = InstanceAddress::own();
+    if (!arguments || arguments->task != LaunchArguments::Task::openWindows || !address)
+        return std::nullopt;
+    // Another program does not change its looks for this one.
+    if (arguments->appearance)
+        return InstanceClaim{.isHandedOver = false, .socket = InstanceSocket::claim(*address)};
+    InstanceRequest request;
+    for (const QString& file : arguments->files)
+        request.paths.push_back(QFileInfo(file).absoluteFilePath().toStdString());
+    return claimInstance(*address, request);
+}
+
+int openWindows(const QStringList& files, std::optional<InstanceClaim> claim) {
     QuelmApp quelm;
-    if (files.isEmpty())
-        quelm.documents().newDocument();
-    for (const QString& file : files)
-        quelm.documents().open(file);
+    quelm.recoverWork();
+    quelm.followSystem();
+    if (claim && claim->socket)
+        quelm.answerOthers(*std::move(claim->socket));
+    quelm.openWindows(files);
     return QApplication::exec();
 }
 
@@ -97,6 +122,11 @@ int QuelmApp::run(int argc, char** argv) {
         return complainAndEnd(
             QCoreApplication::translate("quelm::QuelmApp", "No hay pantalla en la que abrir ventanas."), nothingOpened);
 
+    // Before anything that takes its time.
+    std::optional<InstanceClaim> claim = claimInstanceFor(raw);
+    if (claim && claim->isHandedOver)
+        return 0;
+
     // No variable may be set while another thread reads any.
     const bool isGraphicsLeftOut = leaveGraphicsLibraryOut();
     std::optional<FontPreparation> fonts(std::in_place);
@@ -112,16 +142,65 @@ int QuelmApp::run(int argc, char** argv) {
     installTranslations(application);
     applyLook(arguments->appearance);
     if (arguments->task != LaunchArguments::Task::capture)
-        return openWindows(arguments->files);
+        return quelm::openWindows(arguments->files, std::move(claim));
     QuelmApp quelm;
     return captureWindow(quelm.documents(), arguments->files.constFirst(), arguments->capturePath,
                          arguments->captureScale);
 }
 
-QuelmApp::QuelmApp() : documents_([this](EditorView& window) { addWindowMenus(window, documents_); }) {
+QuelmApp::QuelmApp()
+    : documents_([this](EditorView& window) { addWindowMenus(window, documents_); }),
+      recovery_(documents_, recoveryFolder()) {
     QObject::connect(&documents_, &DocumentController::madeWindow, &appDelegate_, &AppDelegate::observe);
     QObject::connect(
         &documents_, &DocumentController::becameIdle, &appDelegate_, [this] { endWhenIdle(); }, Qt::QueuedConnection);
+}
+
+void QuelmApp::recoverWork() {
+    documents_.keepJournals(recoveryFolder());
+    // The first window comes first.
+    QTimer::singleShot(0, &recovery_, &WorkRecovery::start);
+}
+
+void QuelmApp::openWindows(const QStringList& files) {
+    const QStringList session = files.isEmpty() ? Session::take() : QStringList();
+    if (!session.isEmpty())
+        documents_.reopen(session);
+    else if (files.isEmpty())
+        documents_.newDocument();
+    for (const QString& file : files)
+        documents_.open(file);
+}
+
+void QuelmApp::answerOthers(InstanceSocket socket) {
+    server_ = std::make_unique<InstanceServer>(std::move(socket));
+    QObject::connect(server_.get(), &InstanceServer::requested, server_.get(),
+                     [this](const InstanceRequest& request) { fulfil(request); });
+}
+
+void QuelmApp::fulfil(const InstanceRequest& request) {
+    if (request.paths.empty()) {
+        documents_.newDocument();
+        bringForward(*documents_.windows().back());
+    }
+    for (const std::string& path : request.paths)
+        documents_.open(QString::fromStdString(path));
+}
+
+void QuelmApp::followSystem() {
+    endSignals_ = std::make_unique<EndSignals>();
+    QObject::connect(endSignals_.get(), &EndSignals::received, endSignals_.get(),
+                     [this](int signal) { endOnSignal(signal); });
+    // A session that is about to end may yet be kept: only what the next start needs is put down.
+    QObject::connect(qGuiApp, &QGuiApplication::commitDataRequest, endSignals_.get(),
+                     [this] { documents_.rememberSession(); });
+}
+
+void QuelmApp::endOnSignal(int signal) {
+    // As a shell tells of a process that a signal has ended.
+    constexpr int signalled = 128;
+    documents_.rememberSession();
+    QCoreApplication::exit(signalled + signal);
 }
 
 void QuelmApp::endWhenIdle() {

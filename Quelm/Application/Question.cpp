@@ -7,15 +7,22 @@
 #include <QPushButton>
 
 #include <algorithm>
+#include <utility>
 
 namespace quelm {
 
 QMessageBox* ask(QWidget& window, const QString& question, std::vector<Answer> answers) {
+    return ask(window, question, QString(), std::move(answers));
+}
+
+QMessageBox* ask(QWidget& window, const QString& question, const QString& details, std::vector<Answer> answers) {
     require(!answers.empty(), "a question has an answer");
     auto* box = new QMessageBox(QMessageBox::Question, QGuiApplication::applicationDisplayName(), question,
                                 QMessageBox::NoButton, &window);
     box->setTextFormat(Qt::PlainText);
     useWarningSymbol(*box);
+    if (!details.isEmpty())
+        showDetails(*box, details);
     std::vector<QPushButton*> buttons;
     for (const Answer& answer : answers)
         buttons.push_back(box->addButton(answer.title, answer.role));

@@ -20,4 +20,7 @@ struct Answer {
 /// that accepts, or else the last: never one that destroys.
 QMessageBox* ask(QWidget& window, const QString& question, std::vector<Answer> answers);
 
+/// The same with a paragraph of details below the question.
+QMessageBox* ask(QWidget& window, const QString& question, const QString& details, std::vector<Answer> answers);
+
 } // namespace quelm

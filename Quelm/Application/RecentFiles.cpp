@@ -1,13 +1,11 @@
 #include "Quelm/Application/RecentFiles.h"
 
-#include "Quelm/Foundation/Disposal.h"
 #include "Quelm/Foundation/Preferences.h"
 
 #include <QDir>
 #include <QFileInfo>
 #include <QSettings>
 
-#include <memory>
 #include <utility>
 
 namespace quelm::RecentFiles {
@@ -15,13 +13,6 @@ namespace quelm::RecentFiles {
 namespace {
 
 constexpr QLatin1String key("recentFiles");
-
-/// Writes what was set, in the background: the store waits for the disk. Whoever opens it meanwhile sees it all the
-/// same.
-void writeInBackground(std::shared_ptr<QSettings> store) {
-    store->moveToThread(nullptr);
-    runDisposal([store = std::move(store)]() mutable { store.reset(); });
-}
 
 QString absolute(const QString& path) {
     return QDir::cleanPath(QFileInfo(path).absoluteFilePath());
@@ -44,7 +35,7 @@ void note(const QString& path) {
     if (paths == before)
         return;
     store->setValue(key, paths);
-    writeInBackground(std::move(store));
+    Preferences::writeInBackground(std::move(store));
 }
 
 void remove(const QString& path) {
@@ -53,13 +44,13 @@ void remove(const QString& path) {
     if (paths.removeAll(absolute(path)) == 0)
         return;
     store->setValue(key, paths);
-    writeInBackground(std::move(store));
+    Preferences::writeInBackground(std::move(store));
 }
 
 void clear() {
     auto store = Preferences::openStore();
     store->remove(key);
-    writeInBackground(std::move(store));
+    Preferences::writeInBackground(std::move(store));
 }
 
 } // namespace quelm::RecentFiles

@@ -3,6 +3,7 @@
 #include "Quelm/Application/BringForward.h"
 #include "Quelm/Application/DocumentController.h"
 #include "Quelm/Application/FileTitles.h"
+#include "Quelm/Application/WindowTitles.h"
 
 #include <QCoreApplication>
 #include <QFontMetrics>
@@ -34,7 +35,7 @@ private:
         maximize_->setText(window_.isMaximized() ? tr("&Restaurar") : tr("Ma&ximizar"));
         qDeleteAll(std::exchange(windows_, {}));
         const std::vector<EditorView*> views = shownWindows();
-        const QStringList titles = titlesOf(views);
+        const QStringList titles = documentTitles(views);
         for (std::size_t index = 0; index < views.size(); ++index)
             addWindow(*views[index], titles[static_cast<qsizetype>(index)]);
     }
@@ -62,20 +63,6 @@ private:
         std::vector<EditorView*> views = controller_.windows();
         std::erase_if(views, [](const EditorView* view) { return !view->isVisible(); });
         return views;
-    }
-
-    static QStringList titlesOf(const std::vector<EditorView*>& views) {
-        QStringList files;
-        for (const EditorView* view : views) {
-            const DocumentConfiguration& configuration = view->document().configuration();
-            files += configuration.fileLocation().value_or(configuration.displayName());
-        }
-        QStringList titles = fileTitles(files);
-        for (std::size_t index = 0; index < views.size(); ++index)
-            if (const DocumentConfiguration& configuration = views[index]->document().configuration();
-                !configuration.fileLocation())
-                titles[static_cast<qsizetype>(index)] = configuration.displayName();
-        return titles;
     }
 
     QMenu& menu_;

@@ -26,6 +26,15 @@ void emphasizeMessage(QMessageBox& box) {
 
 } // namespace
 
+void showDetails(QMessageBox& box, const QString& details) {
+    box.setInformativeText(details);
+    // The format of the box is that of its heading only.
+    if (auto* label = box.findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel")))
+        label->setTextFormat(Qt::PlainText);
+    widen(box);
+    emphasizeMessage(box);
+}
+
 void useWarningSymbol(QMessageBox& box) {
     const int size = scaledPixels(40);
     box.setIconPixmap(symbolIcon(QStringLiteral("exclamationmark.triangle.fill"), ColorRole::warning)
@@ -36,13 +45,8 @@ QMessageBox* showAlert(QWidget* parent, const QString& message, const QString& d
     auto* box = new QMessageBox(QMessageBox::Warning, QGuiApplication::applicationDisplayName(), message,
                                 QMessageBox::Ok, parent);
     box->setTextFormat(Qt::PlainText);
-    box->setInformativeText(details);
-    // The format of the box is that of its heading only.
-    if (auto* label = box->findChild<QLabel*>(QStringLiteral("qt_msgbox_informativelabel")))
-        label->setTextFormat(Qt::PlainText);
     useWarningSymbol(*box);
-    widen(*box);
-    emphasizeMessage(*box);
+    showDetails(*box, details);
     box->setAttribute(Qt::WA_DeleteOnClose);
     if (parent)
         box->open();

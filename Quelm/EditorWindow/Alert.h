@@ -11,6 +11,9 @@ namespace quelm {
 /// belongs to that window and blocks no other.
 QMessageBox* showAlert(QWidget* parent, const QString& message, const QString& details);
 
+/// Explains a box's text, which becomes its heading, in a paragraph below it.
+void showDetails(QMessageBox& box, const QString& details);
+
 /// Gives a box the symbol of warnings in place of the style's own.
 void useWarningSymbol(QMessageBox& box);
 

@@ -38,8 +38,8 @@ void EditorModel::startNextExport() {
     begin(exporting_);
     exporting_.task = startInBackground(
         this,
-        [document = std::move(next.document), path = next.path](const std::stop_token& stop) {
-            return document->writeFile(path, stop);
+        [document = std::move(next.document), path = next.path, folder = backupFolder_](const std::stop_token& stop) {
+            return document->writeFile(path, {.backupFolder = folder, .stop = stop});
         },
         [this, path = next.path](const std::expected<void, ExportDocument::Failure>& result) {
             finishExport(path, result);

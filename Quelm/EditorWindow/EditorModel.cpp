@@ -2,6 +2,7 @@
 
 #include "Quelm/Foundation/BackgroundThreads.h"
 #include "Quelm/TextEngine/TextStorage.h"
+#include "TextCore/Check.h"
 
 #include <QThreadPool>
 
@@ -27,10 +28,10 @@ EditorModel::EditorModel(std::shared_ptr<JSONDocument> document, Clock& clock)
 EditorModel::~EditorModel() {
     exporting_.task.detach();
     if (!waitingExports_.empty())
-        backgroundThreads().start([exports = std::move(waitingExports_)] {
+        backgroundThreads().start([exports = std::move(waitingExports_), folder = backupFolder_] {
             // There is nobody left to be told how they end.
             for (const Export& next : exports)
-                (void)next.document->writeFile(next.path, {});
+                (void)next.document->writeFile(next.path, {.backupFolder = folder});
         });
     if (isBusy_)
         setDocumentLocked(false);
@@ -116,7 +117,7 @@ void EditorModel::finishFormatting(ContentConversion::Result result, UndoManager
         report(tr("No se puede dar formato a un JSON inválido.\n"), result.error());
     else
         // Moved rather than copied: its tree keeps the index of its keys.
-        document_->replaceContent(*std::move(result), undoManager);
+        document_->replaceContent(*std::move(result), undoManager, ContentOrigin::reformatting);
     setBusy(false);
 }
 
@@ -164,19 +165,40 @@ void EditorModel::end(Work& work) {
 }
 
 void EditorModel::updateWorkShown() {
-    const bool isShown = operation_.isLong || exporting_.isLong;
-    if (std::exchange(isWorkShown_, isShown) != isShown)
+    const ShownWork shown{operation_.isLong || exporting_.isLong, saving_.isLong ? savingProgress_ : nullptr};
+    if (std::exchange(shownWork_, shown) != shown)
         Q_EMIT isWorkShownChanged();
 }
 
 void EditorModel::cancelWork() {
     dropOperation();
     cancelExports();
+    if (saving_.isLong)
+        Q_EMIT savingCancelled();
 }
 
 void EditorModel::dropOperation() {
     operation_.task.cancel();
     setBusy(false);
+}
+
+// Saving.
+
+void EditorModel::noteSavingStarted(std::shared_ptr<const WorkProgress> progress) {
+    require(progress != nullptr, "saving has a progress");
+    savingProgress_ = std::move(progress);
+    if (++savingCount_ == 1)
+        begin(saving_);
+    else
+        updateWorkShown();
+}
+
+void EditorModel::noteSavingFinished() {
+    require(savingCount_ > 0, "saving ends as often as it has begun");
+    if (--savingCount_ > 0)
+        return;
+    end(saving_);
+    savingProgress_ = nullptr;
 }
 
 // The text editor.

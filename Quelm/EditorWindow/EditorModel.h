@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileCore/WorkProgress.h"
 #include "Quelm/Documents/ContentConversion.h"
 #include "Quelm/Documents/JSONDocument.h"
 #include "Quelm/Documents/TextValidator.h"
@@ -19,6 +20,7 @@
 #include <expected>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace quelm {
 
@@ -69,8 +71,10 @@ public:
     /// Whether a change of the mode or a formatting has the document in hand.
     bool isBusy() const { return isBusy_; }
 
-    /// Whether an operation, or the writing of an export, has been under way for longer than `patience`.
-    bool isWorkShown() const { return isWorkShown_; }
+    /// Whether an operation, the writing of an export or saving has been under way for longer than `patience`.
+    bool isWorkShown() const { return shownWork_ != ShownWork(); }
+    /// How far the saving that was begun last is; null while none is shown.
+    const std::shared_ptr<const WorkProgress>& shownSaving() const { return shownWork_.saving; }
     static constexpr std::chrono::milliseconds patience{500};
 
     /// Whether an export is being written or waits for that.
@@ -93,9 +97,20 @@ public:
     /// reported. One at a time: it waits for those that were asked for before.
     void writeExport(std::shared_ptr<const ExportDocument> exportDocument, const QString& path);
 
+    /// Where the former contents go of a file that an export is written into, see `SaveOptions`; none at first.
+    void setBackupFolder(std::string folder) { backupFolder_ = std::move(folder); }
+
     /// Ends the operation at once, without effect, and asks the export that is being written to end without effect,
-    /// which may come too late; those that wait are dropped. Nothing of all that is reported.
+    /// which may come too late; those that wait are dropped. Saving is asked likewise where it is shown: a key that was
+    /// meant for something else must not keep a file from being written. Nothing of all that is reported.
     void cancelWork();
+
+    // Saving, which others do while the document goes on being edited.
+
+    /// The document is being saved; once more when it is saved again meanwhile.
+    void noteSavingStarted(std::shared_ptr<const WorkProgress> progress);
+    /// One of those has come to its end.
+    void noteSavingFinished();
 
     /// Sends the caret to the error that the validator knows of the text.
     void goToError();
@@ -119,6 +134,8 @@ Q_SIGNALS:
     /// An export was begun to be written, or that has ended; `succeeded` says how.
     void exportingStarted();
     void exportingFinished(bool succeeded);
+    /// Whoever saves the document is asked to end that without effect.
+    void savingCancelled();
     /// An operation is about to read the whole document: whoever shows it hands in what is open in a field or being
     /// composed.
     void willReadDocument();
@@ -129,6 +146,11 @@ private:
         BackgroundTask task;
         DelayedCall patienceCall;
         bool isLong = false;
+    };
+    struct ShownWork {
+        bool isOther = false;
+        std::shared_ptr<const WorkProgress> saving;
+        friend bool operator==(const ShownWork&, const ShownWork&) = default;
     };
     struct Export {
         std::shared_ptr<const ExportDocument> document;
@@ -162,13 +184,17 @@ private:
     std::optional<TextLocation> goTo_;
     bool isGoToLinePresented_ = false;
     bool isBusy_ = false;
-    bool isWorkShown_ = false;
     QPointer<UndoManager> undoManager_;
     /// The change of the mode or the formatting.
     Work operation_;
     Work exporting_;
+    Work saving_;
+    ShownWork shownWork_;
+    int savingCount_ = 0;
+    std::shared_ptr<const WorkProgress> savingProgress_;
     /// The user has called it off: how it ends is not told.
     bool isExportCancelled_ = false;
+    std::string backupFolder_;
     /// Those that are not begun.
     std::deque<Export> waitingExports_;
 };

@@ -6,6 +6,7 @@
 #include "Quelm/EditorWindow/OpeningPage.h"
 #include "Quelm/EditorWindow/StatusBar.h"
 #include "Quelm/Foundation/Fonts.h"
+#include "Quelm/Foundation/VisibleText.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
 #include "Quelm/TreeEditor/TreeView.h"
@@ -19,7 +20,7 @@
 namespace quelm {
 
 EditorView::EditorView(std::shared_ptr<JSONDocument> document, QWidget* parent, Clock& clock)
-    : QMainWindow(parent), model_(std::move(document), clock) {
+    : QMainWindow(parent), model_(std::move(document), clock), clock_(clock) {
     setMinimumSize(scaledPixels(480), scaledPixels(320));
     // The desktop's frame and title bar need room as well.
     const QSize frame(scaledPixels(16), scaledPixels(64));
@@ -100,13 +101,16 @@ TreeView* EditorView::treeView() const {
 void EditorView::showEvent(QShowEvent* event) {
     // As a rule the document is there before the window is shown.
     if (isOpening_ && !editorArea_)
-        replaceEditorArea(new OpeningPage);
+        showOpeningPage();
     QMainWindow::showEvent(event);
 }
 
 void EditorView::keyPressEvent(QKeyEvent* event) {
     // Whoever has the focus had its turn.
-    if (event->key() == Qt::Key_Escape && (model_.isBusy() || model_.isExporting()))
+    const bool isUnderWay = model_.isBusy() || model_.isExporting() || model_.isWorkShown();
+    if (event->key() == Qt::Key_Escape && isOpening_)
+        Q_EMIT openingCancelled();
+    else if (event->key() == Qt::Key_Escape && isUnderWay)
         model_.cancelWork();
     else if (event->key() == Qt::Key_F6 && event->modifiers() == Qt::NoModifier && editorArea_)
         changeFocusedArea();
@@ -125,12 +129,48 @@ void EditorView::changeFocusedArea() {
 }
 
 void EditorView::updateTitle() {
-    setWindowTitle(document().configuration().displayName() + QStringLiteral("[*]"));
+    // What a name has of the mark's own characters is none.
+    const auto shown = [](const QString& text) {
+        return visibleCharacters(text).replace(QStringLiteral("[*]"), QStringLiteral("[*][*]"));
+    };
+    QString title = shown(document().configuration().displayName()) + QStringLiteral("[*]");
+    if (!titleFolder_.isEmpty())
+        title += QStringLiteral(" (%1)").arg(shown(titleFolder_));
+    setWindowTitle(title);
+}
+
+void EditorView::setTitleFolder(const QString& folder) {
+    if (std::exchange(titleFolder_, folder) != folder)
+        updateTitle();
+}
+
+// Until the document is there.
+
+void EditorView::noteOpeningStarted(std::shared_ptr<const WorkProgress> progress) {
+    openingCall_ = clock_.callAfter(EditorModel::patience, [this, progress = std::move(progress)]() mutable {
+        openingProgress_ = std::move(progress);
+        showOpeningProgress();
+    });
+}
+
+void EditorView::showOpeningPage() {
+    auto* page = new OpeningPage;
+    connect(page, &OpeningPage::cancelled, this, &EditorView::openingCancelled);
+    replaceEditorArea(page);
+    showOpeningProgress();
+}
+
+void EditorView::showOpeningProgress() {
+    auto* page = qobject_cast<OpeningPage*>(editorArea_.data());
+    if (page && openingProgress_)
+        page->showProgress(openingProgress_);
 }
 
 void EditorView::showDocument() {
     if (!std::exchange(isOpening_, false))
         return;
+    openingCall_.reset();
+    openingProgress_.reset();
     divider_->show();
     statusBar_->setVisible(true);
     updateToolBar();

@@ -59,8 +59,14 @@ public:
     /// Whether the document's content has still to come; what the document holds until then is not the file's.
     bool isOpening() const { return isOpening_; }
 
+    /// The document is being read from now on: when that takes long, the window says how far it is.
+    void noteOpeningStarted(std::shared_ptr<const WorkProgress> progress);
+
     /// The document has its content: from now on the window shows it.
     void showDocument();
+
+    /// The folder by which its title tells the window from another one; empty for none.
+    void setTitleFolder(const QString& folder);
 
     /// What is being typed into a field of the tree, or composed in the text, becomes a part of the document: for
     /// whoever is about to save it, or to ask whether it is modified.
@@ -73,6 +79,8 @@ public:
 Q_SIGNALS:
     /// There is another editor in the window.
     void editorAreaChanged();
+    /// The user does not want to wait for the document any more.
+    void openingCancelled();
 
 protected:
     void showEvent(QShowEvent* event) override;
@@ -83,6 +91,8 @@ private:
     void connectDocument();
     void connectModel();
     void updateTitle();
+    void showOpeningPage();
+    void showOpeningProgress();
 
     // What can be done.
     bool isHeld() const { return isEditingLocked_ || model_.isBusy(); }
@@ -119,9 +129,14 @@ private:
     QPointer<QWidget> focusedItem_;
     /// The last request for a place that a text editor was given.
     std::optional<TextLocation> deliveredGoTo_;
+    QString titleFolder_;
     /// What was last typed into the prompt for a line.
     QString lineInput_;
     bool isOpening_ = true;
+    Clock& clock_;
+    DelayedCall openingCall_;
+    /// From when on it is shown.
+    std::shared_ptr<const WorkProgress> openingProgress_;
     bool isEditingLocked_ = false;
 };
 

@@ -1,8 +1,10 @@
 #include "Quelm/EditorWindow/ExportDocument.h"
 
 #include "Quelm/Documents/ContentConversion.h"
-#include "Quelm/Documents/FileWriting.h"
+#include "Quelm/Documents/FileFailureText.h"
 #include "Quelm/Documents/JSONDocument.h"
+
+#include <QFile>
 
 namespace quelm {
 
@@ -16,17 +18,22 @@ std::expected<void, ConversionError> ExportDocument::write(const std::function<b
 }
 
 std::expected<void, ExportDocument::Failure> ExportDocument::writeFile(const QString& path,
-                                                                       const std::stop_token& stop) const {
+                                                                       const SaveOptions& options) const {
     std::expected<void, ConversionError> conversion;
-    const auto written = writeFileInPieces(path, [&](const TakeBytes& take) {
-        conversion = write(take, stop);
-        return conversion.has_value();
-    });
-    if (!written)
-        return std::unexpected(Failure(written.error()));
+    const auto saved = saveFile(
+        QFile::encodeName(path).toStdString(),
+        [&](const TakePiece& take) {
+            conversion = write(take, options.stop);
+            return conversion.has_value();
+        },
+        options);
+    if (saved)
+        return {};
     if (!conversion)
         return std::unexpected(Failure(conversion.error()));
-    return {};
+    const SaveFailure& failure = saved.error();
+    const QString message = saveFailureText(failure, path) + QLatin1Char(' ') + untouchedFileText(failure, path);
+    return std::unexpected(Failure(FileError{message.trimmed(), failure.reason == SaveFailure::Reason::cancelled}));
 }
 
 } // namespace quelm

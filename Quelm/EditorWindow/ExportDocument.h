@@ -1,5 +1,6 @@
 #pragma once
 
+#include "FileCore/FileSaving.h"
 #include "JSONCore/JSONContent.h"
 #include "Quelm/Documents/ConversionError.h"
 #include "Quelm/Documents/FileError.h"
@@ -34,8 +35,9 @@ public:
 
     /// Why there is no file: the content has no such form, or the file could not be written.
     using Failure = std::variant<ConversionError, FileError>;
-    /// Writes it as the whole file, which stays as it was when anything fails or `stop` is requested in time. Blocks.
-    std::expected<void, Failure> writeFile(const QString& path, const std::stop_token& stop) const;
+    /// Writes it as the whole file, which stays as it was when anything fails or `options.stop` is requested in time.
+    /// Blocks.
+    std::expected<void, Failure> writeFile(const QString& path, const SaveOptions& options) const;
 
 private:
     // What was edited since may leave this the last to hold it.

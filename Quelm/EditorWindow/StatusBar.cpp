@@ -103,7 +103,7 @@ StatusBar::StatusBar(EditorModel& model, QWidget* parent, StateNotices::Receiver
       notices_(contents_.state, std::move(receiver)), stateSymbol_(new SymbolLabel(this)),
       stateText_(new ElidedLabel(Qt::ElideRight, this)), goToErrorButton_(new PlainButton(tr("Ir al error"), this)),
       nodeCount_(new ElidedLabel(Qt::ElideRight, this)), format_(new ElidedLabel(Qt::ElideRight, this)),
-      path_(new ElidedLabel(Qt::ElideLeft, this)), workIndicator_(new WorkIndicator(this)),
+      path_(new ElidedLabel(Qt::ElideLeft, this)), workTitle_(new ElidedLabel(Qt::ElideRight, this)), workIndicator_(new WorkIndicator(this)),
       cancelButton_(new PlainButton(tr("Cancelar"), this)) {
     setFont(systemFont(TextStyle::caption));
     path_->setFont(monospacedFont(TextStyle::caption));
@@ -143,7 +143,10 @@ void StatusBar::followModel() {
     follow(&model_.tree(), &TreeEditor::selectionChanged);
     follow(&model_.tree(), &TreeEditor::outlineChanged);
     follow(&model_.tree(), &TreeEditor::didEdit);
-    follow(&model_, &EditorModel::isWorkShownChanged);
+    connect(&model_, &EditorModel::isWorkShownChanged, this, [this] {
+        isWorkTold_ = false;
+        scheduleRefresh();
+    });
 }
 
 void StatusBar::scheduleRefresh() {
@@ -155,8 +158,8 @@ void StatusBar::scheduleRefresh() {
 void StatusBar::refresh() {
     isRefreshScheduled_ = false;
     StatusContents contents = StatusContents::of(model_);
-    const bool isWorkShown = !workIndicator_->isHidden();
-    if (contents == contents_ && isWorkShown == model_.isWorkShown())
+    const bool isWorkTold = std::exchange(isWorkTold_, true);
+    if (contents == contents_ && isWorkTold)
         return;
     contents_ = std::move(contents);
     showContents(contents_);
@@ -193,6 +196,10 @@ void StatusBar::announceState() {
 }
 
 void StatusBar::showWork() {
+    const QString title = model_.shownSaving() ? tr("Guardando…") : QString();
+    workTitle_->setText(title, title);
+    workTitle_->setVisible(!title.isEmpty());
+    workIndicator_->follow(model_.shownSaving());
     workIndicator_->setVisible(model_.isWorkShown());
     cancelButton_->setVisible(model_.isWorkShown());
 }
@@ -210,7 +217,9 @@ void StatusBar::arrange() {
                                {nodeCount_, stateText_->isHidden() ? narrowGap() : wideGap()},
                                {format_, wideGap()},
                                {path_, wideGap()}}};
-    std::array<Part, 2> work{{{workIndicator_, wideGap()}, {cancelButton_, narrowGap()}}};
+    std::array<Part, 3> work{{{workTitle_, wideGap()},
+                              {workIndicator_, workTitle_->isHidden() ? wideGap() : narrowGap()},
+                              {cancelButton_, narrowGap()}}};
 
     const auto extentOf = [](std::span<const Part> parts) {
         int extent = 0;
@@ -224,6 +233,7 @@ void StatusBar::arrange() {
     excess = facts[format].giveWay(excess, 0);
     excess = facts[nodeCount].giveWay(excess, 0);
     excess = facts[text].giveWay(excess, 0);
+    excess = work[0].giveWay(excess, 0);
     const int room = facts[text].takeBack(-excess);
     facts[nodeCount].takeBack(room);
 

@@ -16,8 +16,8 @@ class SymbolLabel;
 class WorkIndicator;
 
 /// The line under a document: whether it is valid and where it is not, how many nodes it has, the style it is written
-/// in, and the path of the node that is selected in a tree; at the right end, what is under way and a button to cancel
-/// it. Follows the model, once a turn of the event loop; what runs short of space is cut with "…" and told by a
+/// in, and the path of the node that is selected in a tree; at the right end, what is under way, how far it is if that
+/// is known, and a button to cancel it. Follows the model, once a turn of the event loop; what runs short of space is cut with "…" and told by a
 /// tooltip.
 class StatusBar : public QWidget {
     Q_OBJECT
@@ -54,12 +54,15 @@ private:
     StatusContents contents_;
     StateNotices notices_;
     bool isRefreshScheduled_ = false;
+    /// Whether it shows what the model has under way.
+    bool isWorkTold_ = true;
     SymbolLabel* stateSymbol_;
     ElidedLabel* stateText_;
     PlainButton* goToErrorButton_;
     ElidedLabel* nodeCount_;
     ElidedLabel* format_;
     ElidedLabel* path_;
+    ElidedLabel* workTitle_;
     WorkIndicator* workIndicator_;
     PlainButton* cancelButton_;
 };

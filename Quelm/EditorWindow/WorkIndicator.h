@@ -3,14 +3,21 @@
 #include <QBasicTimer>
 #include <QProgressBar>
 
+#include <memory>
+
 namespace quelm {
 
-/// A small ring that turns while it can be seen: something is under way, and nobody knows for how long.
+class WorkProgress;
+
+/// A small ring: something is under way. It fills up as far as that is known, and turns while it is not.
 class WorkIndicator : public QProgressBar {
     Q_OBJECT
 
 public:
     explicit WorkIndicator(QWidget* parent = nullptr);
+
+    /// What it fills up with from now on; null for what nobody knows the length of, as at first.
+    void follow(std::shared_ptr<const WorkProgress> progress);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override { return sizeHint(); }
@@ -22,6 +29,9 @@ protected:
     void timerEvent(QTimerEvent* event) override;
 
 private:
+    void readProgress();
+
+    std::shared_ptr<const WorkProgress> progress_;
     QBasicTimer timer_;
     int step_ = 0;
 };

@@ -1,5 +1,6 @@
 #include "Quelm/Foundation/Preferences.h"
 
+#include "Quelm/Foundation/Disposal.h"
 #include "TextCore/Check.h"
 
 #include <QSettings>
@@ -56,6 +57,11 @@ bool sortsKeys() {
 
 void setSortsKeys(bool sortsKeys) {
     openStore()->setValue(sortKeysKey, sortsKeys);
+}
+
+void writeInBackground(std::unique_ptr<QSettings> store) {
+    store->moveToThread(nullptr);
+    runDisposal([store = std::shared_ptr<QSettings>(std::move(store))]() mutable { store.reset(); });
 }
 
 InitialMode initialMode() {

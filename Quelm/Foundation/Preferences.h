@@ -46,6 +46,10 @@ JSONStyle preferredStyle();
 /// The store behind the functions above, for other facts that belong to the user's installation (the place of windows).
 std::unique_ptr<QSettings> openStore();
 
+/// Writes what was set in the store, in the background: that waits for the disk. Whoever opens it meanwhile sees it all
+/// the same.
+void writeInBackground(std::unique_ptr<QSettings> store);
+
 /// While it lives, preferences are kept in one file of its own instead of the user's: for tests. Not nested.
 class FileOverride {
 public:

@@ -1,6 +1,7 @@
 #include "Quelm/TreeEditor/TreeEditor.h"
 
 #include "JSONCore/JSONSerializer.h"
+#include "Quelm/Foundation/Disposal.h"
 #include "Quelm/Foundation/Pasteboard.h"
 #include "Quelm/Foundation/UndoManager.h"
 #include "Quelm/Foundation/WaitCursor.h"
@@ -10,6 +11,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace quelm {
 
@@ -100,9 +102,31 @@ void TreeEditor::reload() {
     const JSONTree* tree = this->tree();
     if (!tree)
         return;
+    if (preparedRows_) {
+        takeRows(*std::exchange(preparedRows_, std::nullopt));
+        return;
+    }
     const WaitCursor waiting(std::max(outline_.rowCount(), tree->children(tree->root()).size()) > longWalk);
     if (!makeRowsAnew(std::nullopt))
         report(tr("No hay memoria suficiente para mostrar todas las filas.\n"));
+}
+
+void TreeEditor::setPreparedRows(std::optional<PreparedRows> rows) {
+    disposeInBackground(std::exchange(preparedRows_, std::move(rows)));
+}
+
+void TreeEditor::takeRows(PreparedRows rows) {
+    disposeInBackground(std::exchange(outline_, std::move(rows.outline)));
+    require(outline_.rowCount() > 0 && outline_.index(rows.selection), "a node selected among rows has one");
+    noteRowsAreCurrent();
+    const bool wasEditing = std::exchange(editing_, std::nullopt).has_value();
+    selection_ = rows.selection;
+
+    Q_EMIT outlineChanged();
+    if (wasEditing)
+        Q_EMIT editingChanged();
+    // It is another node, whatever its number.
+    Q_EMIT selectionChanged();
 }
 
 /// Returns whether all rows are there that should be.

@@ -91,6 +91,15 @@ public:
     /// afterwards goes to the top-level value. Happens by itself whenever the document's revision changes. O(rows).
     void reload();
 
+    /// Rows that were made elsewhere, with the node to be selected among them.
+    struct PreparedRows {
+        TreeOutline outline;
+        NodeID selection;
+    };
+    /// Rows for the tree that the document is about to get: the next `reload` takes them rather than make any, in O(1),
+    /// and they must be right by then. Absent takes those back that were not taken.
+    void setPreparedRows(std::optional<PreparedRows> rows);
+
     /// The node to the opposite state, with all containers below it when `recursive`.
     void toggleExpansion(NodeID id, bool recursive);
 
@@ -177,6 +186,7 @@ private:
     /// After a failure that came when the tree or the rows had begun to change.
     void recover();
     bool makeRowsAnew(std::optional<Editing> editing);
+    void takeRows(PreparedRows rows);
     bool rebuildRows();
     void noteRowsAreCurrent();
     void report(const QString& message) const;
@@ -186,6 +196,7 @@ private:
     QPointer<UndoManager> undoManager_;
     TreeOutline outline_;
     std::optional<std::int64_t> outlineRevision_;
+    std::optional<PreparedRows> preparedRows_;
     std::optional<NodeID> selection_;
     std::optional<Editing> editing_;
     bool isReadOnly_ = false;

@@ -283,6 +283,18 @@ void TreeView::revealHorizontally(std::int64_t row) {
     horizontal_.reveal(start, std::min<std::int64_t>(length, viewport()->width()));
 }
 
+std::vector<NodeID> TreeView::visibleNodes() const {
+    std::vector<NodeID> nodes;
+    const RowRange visible = visibleRows();
+    for (std::int64_t row = visible.first; row < visible.end; ++row)
+        nodes.push_back(editor_.outline().rowID(row));
+    return nodes;
+}
+
+void TreeView::scrollRowToTop(std::int64_t row, std::int64_t pixelsAbove) {
+    vertical_.setPosition(contentTop(row) + pixelsAbove);
+}
+
 void TreeView::scrollToRow(std::int64_t row) {
     // The margins belong to the first and last row.
     const bool isFirst = row == 0;

@@ -13,6 +13,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <vector>
 
 class QMenu;
 
@@ -61,6 +62,13 @@ public:
 
     /// Opens the menu of the selected row, below it, as keys do, which it uses up also without one.
     bool showSelectionMenu();
+
+    /// The rows that meet the viewport, from the topmost on: their nodes.
+    std::vector<NodeID> visibleNodes() const;
+
+    /// Scrolls, as far as there is content, until the row begins that many pixels above the top of the viewport (below, if
+    /// negative).
+    void scrollRowToTop(std::int64_t row, std::int64_t pixelsAbove);
 
     /// Scrolls, as little as possible, until the whole row can be seen.
     void scrollToRow(std::int64_t row);

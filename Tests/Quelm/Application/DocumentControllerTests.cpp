@@ -17,12 +17,6 @@
 #include <algorithm>
 #include <gtest/gtest.h>
 
-#ifdef Q_OS_UNIX
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
-
 namespace quelm {
 namespace {
 
@@ -148,28 +142,6 @@ TEST_F(DocumentControllerTests, ClosingTheLastWindowLeavesTheControllerIdle) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return idle.count() == 1; }));
     EXPECT_TRUE(controller.isIdle());
 }
-
-#ifdef Q_OS_UNIX
-TEST_F(DocumentControllerTests, AFileThatTakesLongIsAnnouncedAndCanBeGivenUp) {
-    // Nobody writes into the pipe yet: reading it waits.
-    const QString pipe = folder.path(QStringLiteral("tubo.json"));
-    ASSERT_EQ(mkfifo(qUtf8Printable(pipe), 0600), 0);
-    controller.open(pipe);
-    EXPECT_FALSE(window()->isVisible());
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window()->isVisible(); }));
-    EXPECT_TRUE(window()->isOpening());
-    controller.save(*window());
-    controller.saveAs(*window());
-    EXPECT_EQ(shownDialog<QFileDialog>(), nullptr) << "there is nothing to save yet";
-    window()->close();
-    EXPECT_TRUE(QTest::qWaitFor([&] { return controller.windows().empty(); }));
-    const int writer = ::open(qUtf8Printable(pipe), O_WRONLY);
-    ::close(writer);
-    QTest::qWait(50);
-    EXPECT_EQ(shownDialog<QMessageBox>(), nullptr);
-    EXPECT_TRUE(controller.windows().empty());
-}
-#endif
 
 TEST_F(DocumentControllerTests, SavingWritesTheFileBackByteForByte) {
     const std::string bytes = "\xEF\xBB\xBF{ \"b\":1,\r\n \"a\" : [ ] }";

@@ -67,5 +67,13 @@ TEST(LaunchArgumentsTests, WhatIsWrongIsToldInWords) {
               QStringLiteral("La apariencia tiene que ser light o dark, no «azul»."));
 }
 
+TEST(LaunchArgumentsTests, FilesMayBeGivenAsAddresses) {
+    const auto arguments = LaunchArguments::parse(
+        {QStringLiteral("file:///tmp/a%20%C3%B1.json"), QStringLiteral("file://otra/a.json"), QStringLiteral("file:a")});
+    ASSERT_TRUE(arguments);
+    EXPECT_EQ(arguments->files[0], QStringLiteral("/tmp/a ñ.json"));
+    EXPECT_EQ(arguments->files[2], QStringLiteral("file:a"));
+}
+
 } // namespace
 } // namespace quelm

@@ -94,7 +94,8 @@ TEST(ExportDocumentTests, AskedToStopItLeavesTheFileAsItWas) {
     const QString path = folder.write(QStringLiteral("a.json"), "antes");
     std::stop_source source;
     source.request_stop();
-    const auto result = ExportDocument(contentOf("[1]"), JSONStyle::compact()).writeFile(path, source.get_token());
+    const auto result =
+        ExportDocument(contentOf("[1]"), JSONStyle::compact()).writeFile(path, {.stop = source.get_token()});
     ASSERT_FALSE(result);
     ASSERT_TRUE(std::holds_alternative<ConversionError>(result.error()));
     EXPECT_TRUE(std::get<ConversionError>(result.error()).isCancellation());

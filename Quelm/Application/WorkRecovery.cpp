@@ -1,0 +1,161 @@
+#include "Quelm/Application/WorkRecovery.h"
+
+#include "Quelm/Application/DocumentController.h"
+#include "Quelm/Application/RecoveryQuestion.h"
+
+#include <QMessageBox>
+#include <QTimer>
+#include <QWindow>
+
+#include <algorithm>
+#include <chrono>
+#include <iterator>
+#include <utility>
+
+namespace quelm {
+
+namespace {
+
+/// How often and for how long a window is given time to appear before it is asked in nevertheless.
+constexpr std::chrono::milliseconds timeBetweenLooks{50};
+constexpr int mostLooks = 20;
+
+} // namespace
+
+WorkRecovery::WorkRecovery(DocumentController& documents, QString folder, QObject* parent)
+    : QObject(parent), documents_(documents), folder_(std::move(folder)) {}
+
+WorkRecovery::~WorkRecovery() = default;
+
+void WorkRecovery::end() {
+    if (--runningCount_ == 0)
+        Q_EMIT becameIdle();
+}
+
+/// Where to ask, and to say what happened: the first window, since none may be in front yet.
+EditorView& WorkRecovery::window() {
+    if (documents_.windows().empty())
+        documents_.newDocument();
+    return *documents_.windows().front();
+}
+
+void WorkRecovery::start() {
+    begin();
+    startInBackground(
+        this,
+        [folder = folder_](const std::stop_token& stop) {
+            Found found;
+            for (LeftBehind& leftBehind : findLeftBehind(folder, stop))
+                found.push_back(std::make_shared<LeftBehind>(std::move(leftBehind)));
+            return found;
+        },
+        [this](Found found) {
+            offer(std::move(found));
+            end();
+        })
+        .detach();
+}
+
+void WorkRecovery::offer(Found found) {
+    Found lost;
+    const auto isRecoverable = [](const auto& each) { return each->state == LeftBehind::State::recoverable; };
+    const auto bad = std::stable_partition(found.begin(), found.end(), isRecoverable);
+    lost.assign(std::make_move_iterator(bad), std::make_move_iterator(found.end()));
+    found.erase(bad, found.end());
+    if (!lost.empty())
+        reportLost(lost);
+    if (!found.empty())
+        askWhenShown(found, mostLooks);
+}
+
+/// A box finds its place over a window only once the window has its own.
+void WorkRecovery::askWhenShown(const Found& found, int looksLeft) {
+    const QWindow* shown = window().windowHandle();
+    if ((shown && shown->isExposed()) || looksLeft == 0)
+        return ask(found);
+    begin();
+    QTimer::singleShot(timeBetweenLooks, this, [this, found, looksLeft] {
+        askWhenShown(found, looksLeft - 1);
+        end();
+    });
+}
+
+void WorkRecovery::ask(const Found& found) {
+    QStringList names;
+    for (const auto& each : found)
+        names.append(each->name);
+    begin();
+    const QMessageBox* question = askBeforeRecovering(window(), names,
+                                                      {.recover = [this, found] { recover(found); },
+                                                       .discard = [this, found] { discard(found); },
+                                                       .leave = {}});
+    connect(question, &QObject::destroyed, this, &WorkRecovery::end);
+}
+
+void WorkRecovery::reportLost(const Found& lost) {
+    begin();
+    startInBackground(
+        this,
+        [lost](const std::stop_token&) {
+            QStringList lines;
+            for (const auto& each : lost) {
+                const QString reason = each->state == LeftBehind::State::stale
+                                           ? tr("«%1»: el archivo ha cambiado, o ya no está, desde entonces.")
+                                           : tr("«%1»: la copia de recuperación está dañada.");
+                QString line = reason.arg(each->name);
+                const auto aside = keepAside(std::move(*each));
+                line += QChar::Space + (aside ? tr("Se conserva en «%1».").arg(*aside) : aside.error().message);
+                lines.append(line);
+            }
+            return lines;
+        },
+        [this](const QStringList& lines) {
+            documents_.tell(&window(),
+                            tr("Quelm se cerró inesperadamente y hay cambios sin guardar que no se pueden recuperar."),
+                            lines.join(u'\n'));
+            end();
+        })
+        .detach();
+}
+
+void WorkRecovery::recover(const Found& found) {
+    for (const auto& leftBehind : found) {
+        begin();
+        startInBackground(
+            this,
+            [leftBehind](const std::stop_token& stop) { return quelm::recover(std::move(*leftBehind), stop); },
+            [this, leftBehind](std::expected<RecoveredDocument, FileError> recovered) {
+                finish(leftBehind, std::move(recovered));
+                end();
+            })
+            .detach();
+    }
+}
+
+void WorkRecovery::finish(const std::shared_ptr<LeftBehind>& leftBehind,
+                          std::expected<RecoveredDocument, FileError> recovered) {
+    const QString name = leftBehind->name;
+    if (!recovered)
+        return documents_.tell(&window(), tr("No se pudieron recuperar los cambios de «%1».").arg(name),
+                               recovered.error().message);
+    const bool isPartial = recovered->isPartial;
+    EditorView& shown = documents_.openRecovered(*std::move(recovered));
+    if (isPartial)
+        documents_.tell(&shown, tr("Los cambios de «%1» se recuperaron solo en parte.").arg(name),
+                        tr("El final de la copia de recuperación está dañado."));
+}
+
+void WorkRecovery::discard(const Found& found) {
+    begin();
+    startInBackground(
+        this,
+        [found](const std::stop_token&) {
+            for (const auto& each : found)
+                quelm::discard(std::move(*each));
+            return 0;
+        },
+        [this](int) { end(); })
+        .detach();
+}
+
+} // namespace quelm
