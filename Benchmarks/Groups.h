@@ -11,6 +11,9 @@ bool runJSONGroup(const Options& options);
 /// The outline of a document of five million values: rows and edits.
 bool runOutlineGroup(const Options& options);
 
+/// Saving, loading, the journals of unsaved changes and repeating them. Needs no screen.
+bool runFilesGroup(const Options& options);
+
 /// The text editor at five sizes, by lines and in one line: opening, keys, pages, clicks, pasting, copying. Needs no
 /// screen.
 bool runTextGroup(const Options& options);

@@ -17,7 +17,11 @@ struct Group {
 };
 
 constexpr std::array groups = std::to_array<Group>(
-    {{"json", runJSONGroup}, {"outline", runOutlineGroup}, {"text", runTextGroup}, {"window", runWindowGroup}});
+    {{"json", runJSONGroup},
+                                                    {"outline", runOutlineGroup},
+                                                    {"text", runTextGroup},
+                                                    {"window", runWindowGroup},
+                                                    {"files", runFilesGroup}});
 
 constexpr char usage[] =
     "Usage: quelm-bench [GROUP...] [--corpus FILE...] [--size MB] [--only TEXT] [--all-peers] [--warm]\n"

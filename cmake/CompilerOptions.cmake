@@ -18,6 +18,12 @@ if(QUELM_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
 endif()
+if(QUELM_FUZZING)
+  # Everything is watched for where an input leads, the programs of Fuzzing/ bring libFuzzer itself.
+  add_compile_options(-fsanitize=fuzzer-no-link,address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+                      -Wno-unknown-warning-option)
+  add_link_options(-fsanitize=address,undefined)
+endif()
 
 # A fast linker and a compiler cache, where they are installed, keep a rebuild after one edit within seconds.
 find_program(QUELM_MOLD mold)

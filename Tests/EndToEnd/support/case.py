@@ -70,11 +70,15 @@ class EndToEndCase(unittest.TestCase):
         """Starts the program on the file, which is written first if there is content; its window has the keyboard."""
         if content is not None:
             self.write(name, content)
-        quelm = Quelm(self.desktop, self.program, self.path(name))
-        self._started.append(quelm)
-        self.quelm = quelm
+        quelm = self.start(self.path(name))
         self.window = quelm.wait_for_window(name)
         return quelm
+
+    def start(self, *arguments):
+        """Starts the program, and waits for nothing."""
+        self.quelm = Quelm(self.desktop, self.program, *arguments)
+        self._started.append(self.quelm)
+        return self.quelm
 
     def wait_for_title(self, title):
         """The only window is called that for the window manager, where a "*" after the file's marks changes."""

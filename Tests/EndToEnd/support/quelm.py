@@ -1,6 +1,7 @@
 """The program under test: started on the desktop, and what can be said of it from outside."""
 
 import os
+import signal
 from subprocess import CalledProcessError
 
 from . import hands
@@ -20,6 +21,11 @@ class Quelm:
         self.pid = self._server.pid
 
     def stop(self):
+        self._server.stop()
+
+    def kill(self):
+        """Ends it at once, as a crash does."""
+        os.killpg(self.pid, signal.SIGKILL)
         self._server.stop()
 
     def log_text(self):
