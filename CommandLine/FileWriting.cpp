@@ -4,6 +4,8 @@
 #include "FileCore/FileSaving.h"
 
 #include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace quelm {
 
@@ -14,8 +16,24 @@ std::expected<void, SystemError> writeThrough(const std::string& path, const Pro
     if (!file)
         return std::unexpected(file.error());
     const int descriptor = file->number();
-    if (auto written = produce([descriptor](std::string_view piece) { return writeAll(descriptor, piece); }); !written)
+    struct stat status{};
+    if (::fstat(descriptor, &status) != 0)
+        return std::unexpected(SystemError::last());
+    const bool isFile = S_ISREG(status.st_mode);
+    // One that has a name is replaced or left alone. It has come there since `saveFile` looked, or bears its name
+    // elsewhere.
+    if (isFile && status.st_nlink > 0)
+        return std::unexpected(SystemError{EBUSY});
+    off_t size = 0;
+    const auto written = produce([&](std::string_view piece) {
+        size += static_cast<off_t>(piece.size());
+        return writeAll(descriptor, piece);
+    });
+    if (!written)
         return written;
+    // It may have been longer.
+    if (isFile && ::ftruncate(descriptor, size) != 0)
+        return std::unexpected(SystemError::last());
     return file->close();
 }
 
@@ -43,6 +61,8 @@ std::expected<void, SystemError> writeFile(const std::string& path, const Produc
         return writeThrough(path, produce);
     case SaveFailure::Reason::notProduced:
         return produced;
+    case SaveFailure::Reason::changedMeanwhile:
+        return std::unexpected(SystemError{EBUSY});
     default:
         return std::unexpected(saved.error().error);
     }

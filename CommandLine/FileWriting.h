@@ -18,7 +18,8 @@ using ProduceBytes = std::function<std::expected<void, SystemError>(const WriteP
 /// owner, permissions and extended attributes are kept as far as the system allows it, other hard links keep the old
 /// file, a symbolic link is followed and stays. A file that the user may not write is not replaced.
 ///
-/// What is no regular file (a pipe, a device) is written to as it is.
+/// What is no regular file (a pipe, a device) is written to as it is, and so is a file that has no name any more. EBUSY
+/// when somebody else changes the file meanwhile.
 std::expected<void, SystemError> writeFile(const std::string& path, const ProduceBytes& produce);
 
 std::expected<void, SystemError> writeFile(const std::string& path, std::string_view bytes);

@@ -18,6 +18,10 @@ namespace {
 
 constexpr std::string_view suffix = ".backup";
 
+std::string ownPrefix() {
+    return std::to_string(::getpid()) + '-';
+}
+
 std::expected<FileStamp, SystemError> stampOf(int file, SystemCalls& calls) {
     struct stat status{};
     if (uninterrupted([&] { return calls.fileStatus(file, status); }) != 0)
@@ -31,9 +35,13 @@ bool BackupFile::isName(std::string_view name) {
     return name.ends_with(suffix);
 }
 
+bool BackupFile::isOwnName(std::string_view name) {
+    return isName(name) && name.starts_with(ownPrefix());
+}
+
 BackupFile::BackupFile(BackupFile&& other) noexcept
     : path_(std::exchange(other.path_, {})), file_(std::move(other.file_)), calls_(other.calls_),
-      contentsOffset_(other.contentsOffset_), contentsSize_(other.contentsSize_), isNeeded_(other.isNeeded_) {}
+      contentsOffset_(other.contentsOffset_), contents_(other.contents_), isNeeded_(other.isNeeded_) {}
 
 BackupFile::~BackupFile() {
     if (!path_.empty() && !isNeeded_)
@@ -42,7 +50,7 @@ BackupFile::~BackupFile() {
 
 std::expected<BackupFile, SystemError> BackupFile::createEmpty(const std::string& folder, SystemCalls& calls) {
     constexpr int mostAttempts = 10'000;
-    const std::string stem = folder + '/' + std::to_string(::getpid()) + '-';
+    const std::string stem = folder + '/' + ownPrefix();
     for (int attempt = 0; attempt < mostAttempts; ++attempt) {
         std::string path = stem + std::to_string(attempt) + std::string(suffix);
         auto opened = openFile(path.c_str(), O_RDWR | O_CREAT | O_EXCL, 0600, calls);
@@ -84,16 +92,16 @@ std::expected<void, SystemError> BackupFile::fill(const std::string& path, int o
     const auto before = stampOf(original, *calls_);
     if (!before)
         return std::unexpected(before.error());
-    const std::string head = backupFormat::head(path);
+    const std::string head = backupFormat::head(path, before->size);
     contentsOffset_ = static_cast<std::int64_t>(head.size());
-    contentsSize_ = before->size;
     if (auto written = writeAll(file_.number(), head, *calls_); !written)
         return written;
     if (auto moved = moveTo(original, 0, *calls_); !moved)
         return moved;
-    const auto checksum = copyBytes(original, file_.number(), contentsSize_, *calls_);
+    const auto checksum = copyBytes(original, file_.number(), before->size, *calls_);
     if (!checksum)
         return std::unexpected(checksum.error());
+    contents_ = *checksum;
     const auto after = stampOf(original, *calls_);
     if (!after)
         return std::unexpected(after.error());
@@ -109,9 +117,13 @@ std::expected<void, SystemError> BackupFile::restore(int original) const {
         return moved;
     if (auto moved = moveTo(original, 0, *calls_); !moved)
         return moved;
-    if (auto copied = copyBytes(file_.number(), original, contentsSize_, *calls_); !copied)
+    const auto copied = copyBytes(file_.number(), original, contents_.size, *calls_);
+    if (!copied)
         return std::unexpected(copied.error());
-    if (uninterrupted([&] { return calls_->truncate(original, contentsSize_); }) != 0)
+    // They have been on a device meanwhile. The backup stays for whoever can read it better.
+    if (*copied != contents_)
+        return std::unexpected(SystemError{EIO});
+    if (uninterrupted([&] { return calls_->truncate(original, contents_.size); }) != 0)
         return std::unexpected(SystemError::last());
     return synchronize(original, *calls_);
 }

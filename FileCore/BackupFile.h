@@ -33,7 +33,7 @@ public:
     /// The original is about to be changed: from now on the backup stays until `remove`, however this process ends.
     void setNeeded() { isNeeded_ = true; }
 
-    /// Makes the original hold its former contents again, on the device too.
+    /// Makes the original hold its former contents again, on the device too. EIO when the backup gives others back.
     std::expected<void, SystemError> restore(int original) const;
 
     /// For good.
@@ -41,6 +41,8 @@ public:
 
     /// Whether a file of that name is a backup: ".backup" at its end.
     static bool isName(std::string_view name);
+    /// Whether this very process may have made it: its number comes first.
+    static bool isOwnName(std::string_view name);
 
 private:
     BackupFile(std::string path, FileDescriptor file, SystemCalls& calls)
@@ -53,7 +55,7 @@ private:
     FileDescriptor file_;
     SystemCalls* calls_;
     std::int64_t contentsOffset_ = 0;
-    std::int64_t contentsSize_ = 0;
+    ContentChecksum contents_;
     bool isNeeded_ = false;
 };
 

@@ -1,58 +1,61 @@
 #include "FileCore/BackupFormat.h"
 
+#include "FileCore/LittleEndian.h"
+
+#include <limits>
+
 namespace quelm::backupFormat {
 
 namespace {
 
-void append(std::string& bytes, std::uint64_t number, std::size_t size) {
-    for (std::size_t i = 0; i < size; ++i)
-        bytes.push_back(static_cast<char>(number >> (8 * i) & 0xff));
-}
+using littleEndian::put;
+using littleEndian::take;
 
-void append(std::string& bytes, const ContentChecksum& checksum) {
-    append(bytes, static_cast<std::uint64_t>(checksum.size), 8);
-    append(bytes, checksum.high, 8);
-    append(bytes, checksum.low, 8);
-}
-
-/// Takes a number off the front; there must be so many bytes.
-std::uint64_t take(std::string_view& bytes, std::size_t size) {
-    std::uint64_t number = 0;
-    for (std::size_t i = 0; i < size; ++i)
-        number |= std::uint64_t{static_cast<unsigned char>(bytes[i])} << (8 * i);
-    bytes.remove_prefix(size);
-    return number;
+void put(std::string& bytes, const ContentChecksum& checksum) {
+    put(bytes, static_cast<std::uint64_t>(checksum.size));
+    put(bytes, checksum.high);
+    put(bytes, checksum.low);
 }
 
 ContentChecksum takeChecksum(std::string_view& bytes) {
     ContentChecksum checksum;
-    checksum.size = static_cast<std::int64_t>(take(bytes, 8));
-    checksum.high = take(bytes, 8);
-    checksum.low = take(bytes, 8);
+    checksum.size = static_cast<std::int64_t>(take<std::uint64_t>(bytes));
+    checksum.high = take<std::uint64_t>(bytes);
+    checksum.low = take<std::uint64_t>(bytes);
     return checksum;
 }
 
 } // namespace
 
-std::string head(std::string_view path) {
+std::string head(std::string_view path, std::int64_t contentsSize) {
     std::string bytes(magic);
-    append(bytes, path.size(), 4);
+    put(bytes, static_cast<std::uint64_t>(contentsSize));
+    put(bytes, static_cast<std::uint32_t>(path.size()));
+    put(bytes, ContentChecksum::of(bytes).low);
     bytes += path;
     return bytes;
 }
 
-std::optional<std::size_t> pathLength(std::string_view fixedHead) {
-    if (fixedHead.size() < fixedHeadSize || !fixedHead.starts_with(magic))
+std::optional<Lengths> lengths(std::string_view fixedHead) {
+    if (fixedHead.size() != fixedHeadSize || !fixedHead.starts_with(magic))
         return std::nullopt;
-    fixedHead.remove_prefix(magic.size());
-    return take(fixedHead, 4);
+    std::string_view rest = fixedHead.substr(magic.size());
+    const auto contents = take<std::uint64_t>(rest);
+    const auto path = take<std::uint32_t>(rest);
+    const std::string_view summed = fixedHead.substr(0, fixedHead.size() - rest.size());
+    if (take<std::uint64_t>(rest) != ContentChecksum::of(summed).low)
+        return std::nullopt;
+    // Far from where sums of lengths would overflow.
+    if (contents > static_cast<std::uint64_t>(std::numeric_limits<std::int64_t>::max() / 2))
+        return std::nullopt;
+    return Lengths{path, static_cast<std::int64_t>(contents)};
 }
 
 std::string tail(std::string_view head, const Checksums& checksums) {
     std::string bytes;
-    append(bytes, checksums.before);
-    append(bytes, checksums.after);
-    append(bytes, ContentChecksum::of(std::string(head) + bytes).low, 8);
+    put(bytes, checksums.before);
+    put(bytes, checksums.after);
+    put(bytes, ContentChecksum::of(std::string(head) + bytes).low);
     return bytes;
 }
 

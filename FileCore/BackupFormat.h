@@ -2,27 +2,41 @@
 
 #include "FileCore/ContentChecksum.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
 
-/// How the former contents of a file lie in a backup, little-endian: a head of 8 bytes of magic with the version, the
-/// length of the file's path (4 bytes) and the path; the contents; a tail of their checksum, that of the contents that
-/// were to take their place (24 bytes each), and the low 64 bits of XXH3 over head and tail up to there. The tail is
-/// written last: a backup without one is not whole.
+/// How the former contents of a file lie in a backup, little-endian:
+///
+/// 1. A head: 8 bytes of magic with the version, the length of the contents (8), that of the file's path (4), the low
+///    64 bits of XXH3 over these, and the path. It tells how long the whole backup is: a shorter one was never
+///    finished.
+/// 2. The contents.
+/// 3. A tail: their checksum, that of the contents that were to take their place (24 bytes each), and the low 64 bits
+///    of XXH3 over head and tail up to there. It is written last.
 namespace quelm::backupFormat {
 
 inline constexpr std::string_view magic = "QuelmBk1";
-inline constexpr std::size_t fixedHeadSize = magic.size() + 4;
+/// The head without the path.
+inline constexpr std::size_t fixedHeadSize = magic.size() + 8 + 4 + 8;
 inline constexpr std::size_t tailSize = 56;
 
-std::string head(std::string_view path);
+std::string head(std::string_view path, std::int64_t contentsSize);
 
-/// The length of the path that a head tells which begins with these bytes; absent when it is no head.
-std::optional<std::size_t> pathLength(std::string_view fixedHead);
+/// What the head tells of the lengths, in bytes.
+struct Lengths {
+    std::size_t path = 0;
+    std::int64_t contents = 0;
+
+    std::size_t head() const { return fixedHeadSize + path; }
+    /// Of the whole backup.
+    std::int64_t backup() const { return static_cast<std::int64_t>(head() + tailSize) + contents; }
+};
+
+/// Absent when it is no head, or a damaged one.
+std::optional<Lengths> lengths(std::string_view fixedHead);
 
 struct Checksums {
     ContentChecksum before;

@@ -43,7 +43,11 @@ struct LoadedFile {
 /// The longest text, in bytes, that a document's tree can address.
 inline constexpr std::int64_t longestText = 0xFFFF'FFFF - 64;
 
-/// The longest file that is loaded, in bytes: a document, and not more than most of this machine's memory.
+/// The longest file, in bytes, that becomes a document with so much memory: besides its text there must be room for the
+/// tree, which takes up to twice as much.
+std::int64_t largestLoadableSize(std::int64_t memory);
+
+/// The same with the memory that this machine has left at the moment.
 std::int64_t largestLoadableSize();
 
 /// Reads a whole file. Never waits for a device or for the other end of a pipe. A file that changes while it is read is

@@ -1,6 +1,7 @@
 #include "FileCore/FileSaving.h"
 
 #include "FileCore/FileAttributes.h"
+#include "FileCore/FileBackup.h"
 #include "FileCore/FileDescriptor.h"
 #include "FileCore/InPlaceWriting.h"
 #include "FileCore/PrivateFolder.h"
@@ -82,6 +83,8 @@ Result replace(TemporaryFile file, const SaveTarget& target, const ProducePieces
         return saved;
     if (options.willReplace && !options.willReplace(saved->checksum))
         return std::unexpected(SaveFailure{Step::replace, Reason::notProduced, {}, {}});
+    if (auto unchanged = target.checkUnchanged(Step::replace, *options.calls); !unchanged)
+        return std::unexpected(std::move(unchanged.error()));
 
     if (auto moved = file.moveTo(target.path); !moved) {
         if (!target.old || options.backupFolder.empty() || !isTiedToItsPlace(moved.error()))
@@ -96,29 +99,37 @@ Result replace(TemporaryFile file, const SaveTarget& target, const ProducePieces
     const bool hasFolder = synchronizeFolder(target.folder().c_str(), *options.calls).has_value();
     const bool isClosed = file.close().has_value();
     saved->isComplete = saved->isComplete && hasFolder && isClosed;
+    saved->isDurable = hasFolder;
     return saved;
+}
+
+Result saveTo(const SaveTarget& target, const ProducePieces& produce, const SaveOptions& options) {
+    SystemCalls& calls = *options.calls;
+    const bool mayWriteInPlace = target.old && !options.backupFolder.empty();
+    if (mayWriteInPlace && target.old->st_nlink > 1)
+        return collectAndWriteInPlace(target, produce, options);
+
+    const std::string folder = target.folder();
+    TemporaryFile::removeLeftBehind(folder, calls);
+    auto file = target.old ? TemporaryFile::createPrivate(folder, calls)
+                           : TemporaryFile::createWithDefaultPermissions(folder, calls);
+    if (file)
+        return replace(*std::move(file), target, produce, options);
+    if (mayWriteInPlace && isRefusal(file.error()))
+        return collectAndWriteInPlace(target, produce, options);
+    return std::unexpected(creationFailure(file.error()));
 }
 
 } // namespace
 
 Result saveFile(const std::string& path, const ProducePieces& produce, const SaveOptions& options) {
-    SystemCalls& calls = *options.calls;
-    const auto target = findSaveTarget(path, calls);
+    const auto target = findSaveTarget(path, *options.calls);
     if (!target)
         return std::unexpected(target.error());
-    const bool mayWriteInPlace = target->old && !options.backupFolder.empty();
-    if (mayWriteInPlace && target->old->st_nlink > 1)
-        return collectAndWriteInPlace(*target, produce, options);
-
-    const std::string folder = target->folder();
-    TemporaryFile::removeLeftBehind(folder, calls);
-    auto file = target->old ? TemporaryFile::createPrivate(folder, calls)
-                            : TemporaryFile::createWithDefaultPermissions(folder, calls);
-    if (file)
-        return replace(*std::move(file), *target, produce, options);
-    if (mayWriteInPlace && isRefusal(file.error()))
-        return collectAndWriteInPlace(*target, produce, options);
-    return std::unexpected(creationFailure(file.error()));
+    auto saved = saveTo(*target, produce, options);
+    if (saved && !options.backupFolder.empty())
+        removeOwnBackups(backedUpPath(*target), options.backupFolder, *options.calls);
+    return saved;
 }
 
 } // namespace quelm

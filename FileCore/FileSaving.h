@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <expected>
 #include <functional>
+#include <optional>
 #include <stop_token>
 #include <string>
 #include <string_view>
@@ -36,6 +37,8 @@ struct SaveFailure {
         noFolder,
         readOnlyFile,
         readOnlyFolder,
+        /// Somebody else has changed the file, or put one there, since the save began; `found` is its state.
+        changedMeanwhile,
         /// The bytes ended early, or the hook before the replacement refused.
         notProduced,
         cancelled,
@@ -46,6 +49,8 @@ struct SaveFailure {
     SystemError error;
     /// Where the former contents are, when the file may hold neither them nor the new ones.
     std::string backup;
+    /// With `changedMeanwhile`.
+    std::optional<FileStamp> found = std::nullopt;
 
     static SaveFailure at(Step step, SystemError error) { return {step, Reason::system, error, {}}; }
 
@@ -61,6 +66,8 @@ struct SavedFile {
     /// What could not be kept of the old file (owner, attributes), or not be ensured (that the new name survives a loss
     /// of power at once): nothing that a user must be stopped for.
     bool isComplete = true;
+    /// Whether a loss of power leaves the file as it was saved. Otherwise the old one may come back.
+    bool isDurable = true;
 };
 
 /// Takes a piece of the bytes, valid during the call; returns whether it wants more.
@@ -78,7 +85,7 @@ struct SaveOptions {
     /// Told of the bytes as they are written; whoever knows how many there will be sets the total.
     WorkProgress* progress = nullptr;
     /// Called when all the bytes are safe and the file is about to become them; false keeps it as it was. Not called
-    /// again.
+    /// again. The save may still fail after that.
     std::function<bool(const ContentChecksum&)> willReplace = {};
     SystemCalls* calls = &SystemCalls::real();
 };
@@ -90,8 +97,9 @@ struct SaveOptions {
 /// allowed) and extended attributes of the old one, and takes its name; then the folder is synchronized. Symbolic links
 /// are followed and stay. A file that has other hard links, or stands in a folder that may not be written, is written
 /// in place instead, after its contents were copied to a synchronized backup (see `FileBackup`), which goes away when
-/// all is done. What a process that was killed left of new files in the folder is cleared away (see `TemporaryFile`).
-/// Blocks; for any thread.
+/// all is done. Right before the old bytes would go the file is looked at once more: one that is not as it was found at
+/// the beginning is left alone. What a process that was killed left of new files in the folder is cleared away (see
+/// `TemporaryFile`). Blocks; for any thread.
 std::expected<SavedFile, SaveFailure> saveFile(const std::string& path, const ProducePieces& produce,
                                                const SaveOptions& options = {});
 

@@ -72,7 +72,19 @@ SaveFailure restored(BackupFile& backup, int file, SystemError error) {
     return SaveFailure::at(Step::writeInPlace, error);
 }
 
+/// Whether the old file is still what was found, and at its path: nobody would look for the new bytes elsewhere.
+std::expected<void, SaveFailure> checkOld(const SaveTarget& target, SystemCalls& calls) {
+    struct stat status{};
+    if (uninterrupted([&] { return calls.linkStatus(target.path.c_str(), status); }) != 0)
+        return std::unexpected(SaveFailure::at(Step::writeInPlace, SystemError::last()));
+    return target.checkUnchanged(Step::writeInPlace, calls);
+}
+
 } // namespace
+
+std::string backedUpPath(const SaveTarget& target) {
+    return std::filesystem::absolute(target.path).native();
+}
 
 std::expected<SavedFile, SaveFailure> writeInPlace(const SaveTarget& target, int source,
                                                    const ContentChecksum& checksum, const SaveOptions& options) {
@@ -80,15 +92,16 @@ std::expected<SavedFile, SaveFailure> writeInPlace(const SaveTarget& target, int
     auto file = openOld(target, calls);
     if (!file)
         return std::unexpected(std::move(file.error()));
-    // The backup is looked at when there is another working folder.
-    const std::string original = std::filesystem::absolute(target.path).native();
-    auto backup = BackupFile::create(options.backupFolder, original, file->number(), checksum, calls);
+    auto backup = BackupFile::create(options.backupFolder, backedUpPath(target), file->number(), checksum, calls);
     if (!backup)
         return std::unexpected(SaveFailure::at(Step::backUp, backup.error()));
-    if (auto reserved = reserve(file->number(), target.old->st_size, checksum.size, calls); !reserved)
-        return std::unexpected(SaveFailure::at(Step::write, reserved.error()));
     if (options.willReplace && !options.willReplace(checksum))
         return std::unexpected(SaveFailure{Step::writeInPlace, Reason::notProduced, {}, {}});
+    if (auto unchanged = checkOld(target, calls); !unchanged)
+        return std::unexpected(std::move(unchanged.error()));
+    // After the look at the file, whose times this may change.
+    if (auto reserved = reserve(file->number(), target.old->st_size, checksum.size, calls); !reserved)
+        return std::unexpected(SaveFailure::at(Step::write, reserved.error()));
 
     backup->setNeeded();
     const auto stamp = overwrite(file->number(), source, checksum, calls);

@@ -1,5 +1,6 @@
 #include "FileCore/JournalFormat.h"
 
+#include "FileCore/LittleEndian.h"
 #include "TextCore/Check.h"
 
 #include <xxhash.h>
@@ -11,25 +12,11 @@ namespace {
 // The last character is the version.
 constexpr std::string_view magicBytes = "QUELMJN1";
 
-template <typename Number>
-void put(std::string& bytes, Number number) {
-    for (std::size_t i = 0; i < sizeof(Number); ++i)
-        bytes.push_back(static_cast<char>(static_cast<unsigned char>(number >> (8 * i))));
-}
-
-template <typename Number>
-Number take(std::string_view bytes, std::size_t position) {
-    Number number = 0;
-    for (std::size_t i = 0; i < sizeof(Number); ++i)
-        number |= static_cast<Number>(static_cast<Number>(static_cast<unsigned char>(bytes[position + i])) << (8 * i));
-    return number;
-}
-
 std::uint64_t frameSum(std::uint64_t identity, std::uint64_t number, std::uint32_t length) {
     std::string frame;
-    put(frame, identity);
-    put(frame, number);
-    put(frame, length);
+    littleEndian::put(frame, identity);
+    littleEndian::put(frame, number);
+    littleEndian::put(frame, length);
     return XXH3_64bits(frame.data(), frame.size());
 }
 
@@ -45,14 +32,14 @@ std::string_view magic() {
 
 std::string head(std::uint64_t identity) {
     std::string bytes(magicBytes);
-    put(bytes, identity);
+    littleEndian::put(bytes, identity);
     return bytes;
 }
 
 std::optional<std::uint64_t> identityOf(std::string_view bytes) {
     if (bytes.substr(0, magicBytes.size()) != magicBytes)
         return std::nullopt;
-    return take<std::uint64_t>(bytes, magicBytes.size());
+    return littleEndian::at<std::uint64_t>(bytes, magicBytes.size());
 }
 
 std::string recordHead(std::uint64_t identity, std::uint64_t number, std::string_view payload) {
@@ -60,9 +47,9 @@ std::string recordHead(std::uint64_t identity, std::uint64_t number, std::string
     const auto length = static_cast<std::uint32_t>(payload.size());
     const std::uint64_t frame = frameSum(identity, number, length);
     std::string bytes;
-    put(bytes, length);
-    put(bytes, static_cast<std::uint32_t>(frame));
-    put(bytes, payloadSum(payload, frame));
+    littleEndian::put(bytes, length);
+    littleEndian::put(bytes, static_cast<std::uint32_t>(frame));
+    littleEndian::put(bytes, payloadSum(payload, frame));
     return bytes;
 }
 
@@ -71,11 +58,11 @@ bool RecordHead::fits(std::string_view payload) const {
 }
 
 std::optional<RecordHead> readRecordHead(std::string_view bytes, std::uint64_t identity, std::uint64_t number) {
-    const auto length = take<std::uint32_t>(bytes, 0);
+    const auto length = littleEndian::at<std::uint32_t>(bytes, 0);
     const std::uint64_t frame = frameSum(identity, number, length);
-    if (length > longestPayload || take<std::uint32_t>(bytes, 4) != static_cast<std::uint32_t>(frame))
+    if (length > longestPayload || littleEndian::at<std::uint32_t>(bytes, 4) != static_cast<std::uint32_t>(frame))
         return std::nullopt;
-    return RecordHead{length, frame, take<std::uint64_t>(bytes, 8)};
+    return RecordHead{length, frame, littleEndian::at<std::uint64_t>(bytes, 8)};
 }
 
 } // namespace quelm::journalformat

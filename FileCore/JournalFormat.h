@@ -9,8 +9,7 @@
 /// How a journal lies in its file. All numbers are little-endian.
 ///
 /// 1. The file begins with a head: 8 bytes of magic with the version of the format, and 8 bytes of identity, which
-/// hardly
-///    any other journal has.
+///    hardly any other journal has.
 /// 2. Records follow without gaps, numbered from 0. A record is its head and its payload.
 /// 3. A record's head is the length of the payload (4 bytes), the frame sum (4) and the payload sum (8).
 /// 4. The frame sum is the low half of XXH3-64 over identity, number and length: a head that has it was written there,

@@ -1,7 +1,6 @@
 #include "FileCore/JournalRecovery.h"
 
 #include "FileCore/FileLock.h"
-#include "FileCore/SaveTarget.h"
 #include "FileCore/Uninterrupted.h"
 #include "TextCore/Check.h"
 
@@ -46,10 +45,6 @@ std::expected<SharedText, SystemError> readJournal(const FileDescriptor& file, S
     if (status.st_size > largestJournal())
         return std::unexpected(SystemError{EFBIG});
     return readWhole(file, status.st_size, calls);
-}
-
-std::string asideName(const std::string& path, int attempt) {
-    return path + ".apartado" + (attempt == 1 ? "" : "-" + std::to_string(attempt));
 }
 
 } // namespace
@@ -112,23 +107,7 @@ std::expected<void, SystemError> JournalRecovery::remove() && {
 }
 
 std::expected<std::string, SystemError> JournalRecovery::keepAside() && {
-    struct stat status = {};
-    int attempt = 1;
-    while (uninterrupted([&] { return calls_->linkStatus(asideName(path_, attempt).c_str(), status); }) == 0)
-        ++attempt;
-    if (errno != ENOENT)
-        return std::unexpected(SystemError::last());
-    std::string aside = asideName(path_, attempt);
-    const auto isThere = isFileAt(path_, file_, *calls_);
-    if (!isThere)
-        return std::unexpected(isThere.error());
-    if (!*isThere)
-        return std::unexpected(SystemError{ENOENT});
-    if (uninterrupted([&] { return calls_->rename(path_.c_str(), aside.c_str()); }) != 0)
-        return std::unexpected(SystemError::last());
-    if (auto done = synchronizeFolder(folderOf(aside).c_str(), *calls_); !done)
-        return std::unexpected(done.error());
-    return aside;
+    return keepLockedAside(path_, file_, *calls_);
 }
 
 } // namespace quelm

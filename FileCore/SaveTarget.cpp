@@ -91,6 +91,20 @@ std::string SaveTarget::folder() const {
     return folderOf(path);
 }
 
+std::expected<void, SaveFailure> SaveTarget::checkUnchanged(SaveFailure::Step step, SystemCalls& calls) const {
+    Status now{};
+    // Not behind a link: there was none in the last place of the path.
+    if (uninterrupted([&] { return calls.linkStatus(path.c_str(), now); }) != 0) {
+        if (errno == ENOENT)
+            return {};
+        return std::unexpected(SaveFailure::at(step, SystemError::last()));
+    }
+    const FileStamp found = FileStamp::from(now);
+    if (old && found == FileStamp::from(*old))
+        return {};
+    return std::unexpected(SaveFailure{step, Reason::changedMeanwhile, {}, {}, found});
+}
+
 std::expected<SaveTarget, SaveFailure> findSaveTarget(const std::string& path, SystemCalls& calls) {
     if (path.empty())
         return refusal(Reason::system, {ENOENT}); // it would lead to the working folder

@@ -18,6 +18,10 @@ struct SaveTarget {
     std::optional<struct stat> old;
 
     std::string folder() const;
+
+    /// Whether there is what was found; an error says what somebody else has put there meanwhile. One that is gone is
+    /// nobody's loss.
+    std::expected<void, SaveFailure> checkUnchanged(SaveFailure::Step step, SystemCalls& calls) const;
 };
 
 /// What `saveFile` will write: a regular file that this user may write to, or none yet, in a folder that is there. A

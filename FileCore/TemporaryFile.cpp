@@ -1,5 +1,6 @@
 #include "FileCore/TemporaryFile.h"
 
+#include "FileCore/FileLock.h"
 #include "FileCore/Uninterrupted.h"
 
 #include <algorithm>
@@ -23,11 +24,11 @@ bool isNumber(std::string_view text) {
 }
 
 void removeIfLeftBehind(const std::string& path, SystemCalls& calls) {
-    const auto file = openFile(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK, 0, calls);
+    const auto file = openLocked(path, calls);
     struct stat status{};
-    if (file && calls.fileStatus(file->number(), status) == 0 && S_ISREG(status.st_mode) &&
-        calls.lock(file->number(), LOCK_EX | LOCK_NB) == 0)
-        (void)calls.unlink(path.c_str());
+    if (file && *file && uninterrupted([&] { return calls.fileStatus((*file)->number(), status); }) == 0 &&
+        S_ISREG(status.st_mode))
+        (void)removeLocked(path, **file, calls);
 }
 
 } // namespace

@@ -41,54 +41,59 @@ std::vector<std::string_view> chunksOf(std::string_view bytes) {
     return chunks;
 }
 
-void replay(const JournalContents& contents, const JournalSummary& summary, const JournalSummary::Start& start,
+std::size_t replay(const JournalContents& contents, const JournalSummary& summary, const JournalSummary::Start& start,
             const SharedText& file) {
     auto replay = JournalReplay::start(start.base, start.base.checksum ? file : SharedText(),
                                        summary.returnsSince(start), {}, limits);
     if (!replay)
-        return;
+        return 0;
+    std::size_t repeated = 0;
     for (std::size_t i = start.record; i < summary.recordCount; ++i) {
         const auto record = journal::decode(contents.records[i]);
         require(record.has_value(), "a record that counts is understood");
         if (!replay->apply(*record))
             break;
+        ++repeated;
     }
     const EditorMode mode = replay->mode();
     const auto content = std::move(*replay).content();
     if (!content)
-        return;
+        return repeated;
     require(mode == EditorMode::text ? content->text.has_value() : content->tree.has_value(),
             "what was recovered can be shown");
     checkContent(*content);
+    return repeated;
 }
 
-void feedContents(const JournalContents& contents, const SharedText& file) {
+std::size_t feedContents(const JournalContents& contents, const SharedText& file) {
     for (const SharedText& bytes : contents.records) {
         if (const auto record = journal::decode(bytes))
             require(journal::encode(*record) == bytes.view(), "a record has one encoding");
     }
     const JournalSummary summary = JournalSummary::of(contents);
     require(summary.recordCount <= contents.records.size(), "only records that are there count");
+    std::size_t repeated = 0;
     for (const JournalSummary::Start& start : summary.starts)
-        replay(contents, summary, start, file);
+        repeated += replay(contents, summary, start, file);
+    return repeated;
 }
 
-void feedFile(std::string_view bytes) {
+std::size_t feedFile(std::string_view bytes) {
     const JournalContents contents = JournalContents::read(SharedText(bytes));
     require(contents.validSize <= static_cast<std::int64_t>(bytes.size()), "what is valid is there");
     if (contents.end == JournalContents::End::unknown)
-        return;
+        return 0;
     // What is valid can be gone on with: cut there, it is the same and whole.
     const auto valid = JournalContents::read(SharedText(bytes.substr(0, static_cast<std::size_t>(contents.validSize))));
     require(valid.records.size() == contents.records.size(), "cutting off the end keeps the records");
     require(contents.validSize == 0 || valid.end == JournalContents::End::whole, "cutting off the end leaves none");
-    feedContents(contents, SharedText());
+    return feedContents(contents, SharedText());
 }
 
-void feedRecords(std::string_view bytes) {
+std::size_t feedRecords(std::string_view bytes) {
     const std::vector<std::string_view> chunks = chunksOf(bytes);
     if (chunks.empty())
-        return;
+        return 0;
     constexpr std::uint64_t identity = 1;
     std::string journal = journalformat::head(identity);
     for (std::size_t i = 1; i < chunks.size(); ++i)
@@ -97,7 +102,7 @@ void feedRecords(std::string_view bytes) {
     require(contents.end == JournalContents::End::whole, "a journal that was written is whole");
     require(std::ranges::equal(contents.records, std::span(chunks).subspan(1), {}, &SharedText::view),
             "what was written is read");
-    feedContents(contents, SharedText(chunks.front()));
+    return feedContents(contents, SharedText(chunks.front()));
 }
 
 void feedBackup(std::string_view bytes) {
@@ -112,9 +117,9 @@ void feedBackup(std::string_view bytes) {
 
 } // namespace
 
-void feedJournal(std::string_view input) {
+std::size_t feedJournal(std::string_view input) {
     if (input.empty())
-        return;
+        return 0;
     const auto form = static_cast<JournalForm>(static_cast<unsigned char>(input.front()) % 3);
     input.remove_prefix(1);
     switch (form) {
@@ -123,8 +128,10 @@ void feedJournal(std::string_view input) {
     case JournalForm::records:
         return feedRecords(input);
     case JournalForm::backup:
-        return feedBackup(input);
+        feedBackup(input);
+        return 0;
     }
+    return 0;
 }
 
 std::string journalInput(std::string_view journal) {

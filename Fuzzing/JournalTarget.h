@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,7 +19,8 @@ enum class JournalForm : unsigned char {
     backup,
 };
 
-void feedJournal(std::string_view input);
+/// Returns how many records it could repeat.
+std::size_t feedJournal(std::string_view input);
 
 /// An input of each form.
 std::string journalInput(std::string_view journal);

@@ -8,8 +8,8 @@ namespace quelm {
 
 namespace {
 
-/// Calls `visit` for every child and its counterpart. As long as the keys are the same, which is the rule, nothing needs
-/// to be looked up; from then on the nth that is left of a key is the nth that is left of it on the other side.
+/// Calls `visit` for every child and its counterpart. As long as the keys are the same, which is the rule, nothing
+/// needs to be looked up; from then on the nth that is left of a key is the nth that is left of it on the other side.
 template <typename Visit>
 void forEachPairOfMembers(const JSONTree& tree, ChildList children, const JSONTree& other, ChildList others,
                           const Visit& visit) {

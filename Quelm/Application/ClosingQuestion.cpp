@@ -25,10 +25,11 @@ QMessageBox* askBeforeClosing(QWidget& window, const QString& name, ClosingAnswe
 }
 
 QMessageBox* askBeforeQuitting(QWidget& window, const QStringList& names, ClosingAnswers answers) {
-    QMessageBox* box = ask(window, ClosingQuestion::tr("Hay cambios sin guardar en %1 documentos.").arg(names.size()),
-                           {{ClosingQuestion::tr("Guardar todo"), QMessageBox::AcceptRole, std::move(answers.save)},
-                            {ClosingQuestion::tr("No guardar"), QMessageBox::DestructiveRole, std::move(answers.discard)},
-                            {ClosingQuestion::tr("Cancelar"), QMessageBox::RejectRole, std::move(answers.cancel)}});
+    QMessageBox* box =
+        ask(window, ClosingQuestion::tr("Hay cambios sin guardar en %1 documentos.").arg(names.size()),
+            {{ClosingQuestion::tr("Guardar todo"), QMessageBox::AcceptRole, std::move(answers.save)},
+             {ClosingQuestion::tr("No guardar"), QMessageBox::DestructiveRole, std::move(answers.discard)},
+             {ClosingQuestion::tr("Cancelar"), QMessageBox::RejectRole, std::move(answers.cancel)}});
     showDetails(*box, ClosingQuestion::tr("¿Quieres guardar los cambios de %1?").arg(quotedNames(names)));
     return box;
 }

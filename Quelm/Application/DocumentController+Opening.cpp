@@ -71,23 +71,37 @@ EditorView* DocumentController::startOpening(const QString& location) {
     return window;
 }
 
-void DocumentController::reopen(const QStringList& paths) {
-    reopening_.assign(paths.begin(), paths.end());
-    reopenNext();
+void DocumentController::open(const QStringList& paths) {
+    openInTurns(paths, Origin::user);
 }
 
-/// In a turn of the event loop each, so that the first window does not wait for the others.
-void DocumentController::reopenNext() {
-    if (reopening_.empty()) {
-        if (windows_.empty())
-            newDocument();
+void DocumentController::reopen(const QStringList& paths) {
+    if (paths.isEmpty())
+        return newDocument();
+    openInTurns(paths, Origin::session);
+}
+
+void DocumentController::openInTurns(const QStringList& paths, Origin origin) {
+    const bool isAtWork = !pendingOpenings_.empty();
+    for (const QString& path : paths)
+        pendingOpenings_.push_back({path, origin});
+    if (!isAtWork)
+        openNext();
+}
+
+/// In a turn of the event loop each, so that the first window does not wait for the others. Nothing when the user has
+/// quit meanwhile.
+void DocumentController::openNext() {
+    if (pendingOpenings_.empty())
         return;
-    }
-    const QString path = reopening_.front();
-    reopening_.pop_front();
-    if (!windowOf(path))
+    const auto [path, origin] = pendingOpenings_.front();
+    pendingOpenings_.pop_front();
+    if (origin == Origin::user)
+        open(path);
+    else if (!windowOf(path))
         reopened_.insert(startOpening(path));
-    QTimer::singleShot(0, this, &DocumentController::reopenNext);
+    if (!pendingOpenings_.empty())
+        QTimer::singleShot(0, this, &DocumentController::openNext);
 }
 
 void DocumentController::finishOpening(EditorView* window, const QString& path,
@@ -104,18 +118,20 @@ void DocumentController::finishOpening(EditorView* window, const QString& path,
     window->showDocument();
     window->show();
     RecentFiles::note(path);
+    // Of what happened to the file while it was read, nothing could follow yet.
+    outsideChanges_.follower(*window).resume();
 }
 
 void DocumentController::reportOpening(EditorView* window, const QString& path, const FileError& error) {
     const bool isReopened = reopened_.contains(window);
-    if (!error.isCancellation)
+    if (error.isAbsence)
         RecentFiles::remove(path);
     if (!error.isCancellation && !isReopened) {
         hasFailed_ = true;
         const QString name = visibleCharacters(window->document().configuration().displayName());
         alert(nullptr, tr("No se pudo abrir «%1».").arg(name), error.message);
     }
-    const bool isLast = windows_.size() == 1 && reopening_.empty();
+    const bool isLast = windows_.size() == 1 && pendingOpenings_.empty();
     if (isReopened && isLast)
         newDocument();
     delete window;
@@ -125,10 +141,7 @@ void DocumentController::showOpenDialog(EditorView& window) {
     QFileDialog* dialog = makeOpenDialog(window);
     if (const auto& location = window.document().configuration().fileLocation())
         dialog->setDirectory(QFileInfo(*location).absolutePath());
-    connect(dialog, &QFileDialog::filesSelected, this, [this](const QStringList& paths) {
-        for (const QString& path : paths)
-            open(path);
-    });
+    connect(dialog, &QFileDialog::filesSelected, this, [this](const QStringList& paths) { open(paths); });
     dialog->open();
 }
 

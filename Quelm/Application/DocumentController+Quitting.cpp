@@ -6,6 +6,7 @@
 #include "Quelm/Application/WindowTitles.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QMessageBox>
 
 #include <algorithm>
@@ -110,6 +111,7 @@ void DocumentController::stopQuitting() {
 void DocumentController::closeAll() {
     quitting_ = Quitting::no;
     Session::store(sessionFiles());
+    pendingOpenings_.clear();
     for (EditorView* window : std::vector(windows_))
         window->close();
 }
@@ -121,10 +123,15 @@ QStringList DocumentController::sessionFiles() const {
     for (const EditorView* window : windows_)
         if (const auto& location = window->document().configuration().fileLocation())
             paths += *location;
-    return paths + QStringList(reopening_.begin(), reopening_.end());
+    for (const PendingOpening& pending : pendingOpenings_)
+        paths += QFileInfo(pending.path).absoluteFilePath();
+    return paths;
 }
 
-void DocumentController::rememberSession() const {
+void DocumentController::rememberSession() {
+    // What has been typed into a field is a change only then.
+    for (EditorView* window : windows_)
+        window->finishEditing();
     QStringList paths = sessionFiles();
     for (EditorView* window : windows_) {
         const auto& location = window->document().configuration().fileLocation();

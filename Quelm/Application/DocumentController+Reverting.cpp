@@ -1,6 +1,7 @@
 #include "Quelm/Application/DocumentController.h"
 #include "Quelm/Application/RevertQuestion.h"
 #include "Quelm/Documents/DocumentLoading.h"
+#include "Quelm/Foundation/VisibleText.h"
 
 namespace quelm {
 
@@ -42,7 +43,7 @@ void DocumentController::finishReverting(EditorView& window, std::expected<Loade
         follower.noteInStep();
     follower.resume();
     if (!loaded)
-        alert(&window, tr("No se pudo volver a leer «%1».").arg(window.document().configuration().displayName()),
+        alert(&window, tr("No se pudo volver a leer «%1».").arg(visibleCharacters(window.document().configuration().displayName())),
               loaded.error().message);
     else if (dismissSettledQuestion(window))
         goOnClosing(window);

@@ -4,6 +4,7 @@
 #include "Quelm/Application/FileExpectation.h"
 #include "Quelm/Application/RecentFiles.h"
 #include "Quelm/Documents/DocumentSaving.h"
+#include "Quelm/Documents/SameFile.h"
 #include "Quelm/Foundation/VisibleText.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
@@ -12,6 +13,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 
+#include <algorithm>
 #include <utility>
 
 namespace quelm {
@@ -46,12 +48,15 @@ void DocumentController::saveAs(EditorView& window) {
 /// Two windows on one file would overwrite each other's changes.
 bool DocumentController::isOpenElsewhere(const EditorView& window, const QString& path) const {
     const EditorView* owner = windowOf(path);
-    return owner && owner != &window;
+    const auto isBeingSavedTo = [&](const auto& saving) {
+        return saving.first != &window && leadToSameFile(saving.second.path, path);
+    };
+    return (owner && owner != &window) || std::ranges::any_of(savings_, isBeingSavedTo);
 }
 
 void DocumentController::refuseSaving(EditorView& window, const QString& path) {
     cancelClosing(window);
-    alert(&window, tr("No se pudo guardar «%1».").arg(QFileInfo(path).fileName()),
+    alert(&window, tr("No se pudo guardar «%1».").arg(visibleCharacters(QFileInfo(path).fileName())),
           tr("El archivo está abierto en otra ventana."));
 }
 
@@ -75,19 +80,24 @@ void DocumentController::write(EditorView& window, const QString& path) {
     const StateToken::Value token = document->stateToken().current();
     const auto expectation = outsideChanges_.follower(window).expectation(path);
     startInBackground(
-        savingThread_, this,
+        savingThreads_, this,
         [path, expectation, snapshot = document->snapshot(), options = startSaving(window, path, token)](
             std::stop_token) mutable -> std::expected<SavedFile, FileError> {
             if (expectation && expectation->isChanged(options.save.stop))
                 return std::unexpected(FileError{.message = {}, .isCancellation = true});
-            return saveDocument(path, snapshot, std::move(options.save));
+            auto saved = saveDocument(path, snapshot, std::move(options.save));
+            // Somebody has written the file while this was at it: asked as if it had been found before.
+            if (saved || !saved.error().change || !expectation)
+                return saved;
+            expectation->noteChange(*saved.error().change);
+            return std::unexpected(FileError{.message = {}, .isCancellation = true});
         },
         [this, path, document, owner = QPointer<EditorView>(&window), token,
          expectation](const std::expected<SavedFile, FileError>& result) {
-            const bool isClosing = closingWhenSaved_.contains(owner);
+            const SavingPurpose purpose{.isClosing = closingWhenSaved_.contains(owner), .quitting = quitting_};
             finishWriting(owner, *document, path, token, result);
             if (owner && expectation && expectation->change())
-                askBeforeSavingOver(*owner, path, *expectation->change(), isClosing);
+                askBeforeSavingOver(*owner, path, *expectation->change(), purpose);
             if (owner)
                 outsideChanges_.follower(*owner).resume();
         })
@@ -95,10 +105,12 @@ void DocumentController::write(EditorView& window, const QString& path) {
 }
 
 void DocumentController::askBeforeSavingOver(EditorView& window, const QString& path, const FileStamp& found,
-                                             bool isClosing) {
-    const auto goOn = [this, &window, path, isClosing] {
-        if (isClosing)
+                                             SavingPurpose purpose) {
+    const auto goOn = [this, &window, path, purpose] {
+        if (purpose.isClosing)
             closingWhenSaved_.insert(&window);
+        if (quitting_ == Quitting::no)
+            quitting_ = purpose.quitting;
         write(window, path);
     };
     outsideChanges_.follower(window).askBeforeSaving(found, goOn);
@@ -113,6 +125,7 @@ DocumentController::SavingOptions DocumentController::startSaving(EditorView& wi
     SavingOptions options{.progress = std::make_shared<WorkProgress>(), .save = {}};
     Saving& saving = savings_[&window];
     saving.token = token;
+    saving.path = path;
     options.save.stop = saving.stop.get_token();
     options.save.progress = options.progress.get();
     if (journals_) {
@@ -136,8 +149,14 @@ void DocumentController::finishWriting(EditorView* window, JSONDocument& documen
         if (window)
             outsideChanges_.follower(*window).noteInStep();
     }
-    if (window && journals_)
-        result ? journals_->didSave(*window) : journals_->didNotSave(*window);
+    if (window && journals_) {
+        if (!result)
+            journals_->didNotSave(*window);
+        else if (result->isDurable)
+            journals_->didSave(*window, path);
+        else
+            journals_->didSaveInDoubt(*window);
+    }
     if (window && !result)
         cancelClosing(*window);
     if (!result && !result.error().isCancellation)

@@ -20,11 +20,18 @@
 
 namespace quelm {
 
+namespace {
+
+/// More would only take the disk from each other.
+constexpr int mostSavesAtOnce = 4;
+
+} // namespace
+
 DocumentController::DocumentController(std::function<void(EditorView&)> prepareWindow, QObject* parent)
     : QObject(parent), prepareWindow_(std::move(prepareWindow)),
       outsideChanges_({.isHeld = [this](EditorView& window) { return isInHand(window); },
                        .saveAs = [this](EditorView& window) { saveAs(window); }}) {
-    savingThread_.setMaxThreadCount(1);
+    savingThreads_.setMaxThreadCount(mostSavesAtOnce);
 }
 
 DocumentController::~DocumentController() {
@@ -42,13 +49,18 @@ EditorView* DocumentController::addWindow(std::shared_ptr<JSONDocument> document
     prepareWindow_(*window);
     window->model().setBackupFolder(QFile::encodeName(recoveryFolder()).toStdString());
     placeWindow(*window);
-    new FileDropping(*window, [this](const QStringList& paths) {
-        for (const QString& path : paths)
-            open(path);
-    });
+    new FileDropping(*window, [this](const QStringList& paths) { open(paths); });
     window->installEventFilter(this);
     windows_.push_back(window);
     outsideChanges_.add(*window);
+    connect(&outsideChanges_.follower(*window), &FileFollower::didPartFromFile, this, [this, window] {
+        if (journals_)
+            journals_->standAlone(*window);
+    });
+    connect(&outsideChanges_.follower(*window), &FileFollower::didReload, this, [this, window] {
+        if (dismissSettledQuestion(*window))
+            goOnClosing(*window);
+    });
     // Queued: by then the next of several exports has begun.
     connect(
         &window->model(), &EditorModel::exportingFinished, window,

@@ -52,6 +52,9 @@ public:
     /// moment to say that this takes longer.
     void open(const QString& path);
 
+    /// The same with several, one after the other.
+    void open(const QStringList& paths);
+
     /// Opens the files that were open when the user quit, one after the other, and says nothing of those that cannot be
     /// opened any more. A window with an empty object when there is none that can.
     void reopen(const QStringList& paths);
@@ -92,9 +95,9 @@ public:
     /// the question is cancelled, or something cannot be saved or exported. Their files are remembered for `reopen`.
     void quit();
 
-    /// The program ends without closing its windows: remembers their files, but for those with changes, which are
-    /// recovered at the next start, and where the windows are.
-    void rememberSession() const;
+    /// The program ends without closing its windows: what is being typed becomes part of their documents. Remembers
+    /// their files, but for those with changes, which are recovered at the next start, and where the windows are.
+    void rememberSession();
 
     /// Asks what becomes of the window's changes before it closes, and lets an export that is being written come to its
     /// end: the window closes by itself then, or stays if that fails.
@@ -110,7 +113,7 @@ public:
     // The end.
 
     /// Whether there is neither a window nor an alert, and nothing being opened or saved.
-    bool isIdle() const { return windows_.empty() && reopening_.empty() && alertCount_ == 0 && saveCount_ == 0; }
+    bool isIdle() const { return windows_.empty() && pendingOpenings_.empty() && alertCount_ == 0 && saveCount_ == 0; }
 
     /// Whether files were to be opened and none could.
     bool hasOnlyFailed() const { return hasFailed_ && !hasOpened_; }
@@ -126,12 +129,15 @@ private:
     void removeWindow(EditorView* window);
     void alert(QWidget* parent, const QString& message, const QString& details);
     void announceIdle();
+    EditorView& windowForRecovered(const RecoveredDocument& recovered);
     void closeUntouched(const EditorView& newcomer);
 
     EditorView* startOpening(const QString& path);
     void finishOpening(EditorView* window, const QString& path, std::expected<LoadedDocument, FileError> loaded);
     void reportOpening(EditorView* window, const QString& path, const FileError& error);
-    void reopenNext();
+    enum class Origin : std::uint8_t { user, session };
+    void openInTurns(const QStringList& paths, Origin origin);
+    void openNext();
 
     void write(EditorView& window, const QString& path);
     bool isOpenElsewhere(const EditorView& window, const QString& path) const;
@@ -147,7 +153,18 @@ private:
     void finishWriting(EditorView* window, JSONDocument& document, const QString& path, StateToken::Value token,
                        const std::expected<SavedFile, FileError>& result);
     void finishSaving(EditorView& window);
-    void askBeforeSavingOver(EditorView& window, const QString& path, const FileStamp& found, bool isClosing);
+    enum class Quitting : std::uint8_t {
+        no,
+        asking,
+        /// All that is unsaved is to be saved first.
+        saving,
+    };
+    /// What a save was part of that has to be asked about.
+    struct SavingPurpose {
+        bool isClosing = false;
+        Quitting quitting = Quitting::no;
+    };
+    void askBeforeSavingOver(EditorView& window, const QString& path, const FileStamp& found, SavingPurpose purpose);
     bool canRevert(EditorView& window) const;
     void startReverting(EditorView& window);
     void finishReverting(EditorView& window, std::expected<LoadedDocument, FileError> loaded);
@@ -180,8 +197,12 @@ private:
     OutsideChanges outsideChanges_;
     QPointer<SettingsView> settings_;
     std::unordered_map<EditorView*, BackgroundTask> openings_;
-    /// Files that are still to be reopened, and windows that are being.
-    std::deque<QString> reopening_;
+    struct PendingOpening {
+        QString path;
+        Origin origin = Origin::user;
+    };
+    /// Files that are still to be opened, in a turn of the event loop each, and windows of the session that are being.
+    std::deque<PendingOpening> pendingOpenings_;
     std::unordered_set<EditorView*> reopened_;
     std::unordered_map<EditorView*, BackgroundTask> revertings_;
     /// Windows whose changes are being asked about.
@@ -194,6 +215,7 @@ private:
     struct Saving {
         /// The state that is saved.
         StateToken::Value token = 0;
+        QString path;
         std::stop_source stop;
         /// Where it is to be saved afterwards.
         std::deque<QString> waiting;
@@ -201,17 +223,11 @@ private:
     std::unordered_map<EditorView*, Saving> savings_;
     /// The dialogs that ask where to save.
     std::unordered_map<EditorView*, QPointer<QFileDialog>> saveDialogs_;
-    enum class Quitting : std::uint8_t {
-        no,
-        asking,
-        /// All that is unsaved is to be saved first.
-        saving,
-    };
     Quitting quitting_ = Quitting::no;
     /// About several windows.
     QPointer<QMessageBox> quittingQuestion_;
-    /// One thread: what is saved later is written later.
-    QThreadPool savingThread_;
+    /// Their own, so that reading does not keep saving waiting. Of one window and of one file, one save is at work.
+    QThreadPool savingThreads_;
     int alertCount_ = 0;
     int saveCount_ = 0;
     bool hasOpened_ = false;

@@ -2,7 +2,10 @@
 
 #include "Quelm/EditorWindow/EditorView.h"
 #include "Quelm/Recovery/LeftBehind.h"
+#include "Quelm/Recovery/RecoveryStart.h"
 #include "TextCore/Check.h"
+
+#include <QFile>
 
 #include <utility>
 
@@ -24,17 +27,17 @@ void DocumentJournals::follow(EditorView& window, RecoveredDocument& recovered) 
     else
         journal = std::make_unique<DocumentJournal>(window.document(), folder_, thread_);
     recovered.journal.reset();
+    if (auto damaged = std::exchange(recovered.damagedJournal, std::nullopt))
+        journal->takePlaceOf(*std::move(damaged));
     add(window, std::move(journal), std::exchange(recovered.backup, std::nullopt));
 }
 
 void DocumentJournals::add(EditorView& window, std::unique_ptr<DocumentJournal> journal,
                            std::optional<FileBackup> backup) {
     require(!followed_.contains(&window), "a window is followed once");
-    connect(journal.get(), &DocumentJournal::didFail, this, [this](const QString& message) {
-        if (!std::exchange(hasFailed_, true))
-            Q_EMIT didFail(message);
-    });
-    followed_.emplace(&window, Followed{window.sharedDocument(), std::move(journal), std::move(backup)});
+    connect(journal.get(), &DocumentJournal::didFail, this, &DocumentJournals::didFail);
+    auto recovered = std::make_shared<RecoveredBackup>(std::move(backup));
+    followed_.emplace(&window, Followed{window.sharedDocument(), std::move(journal), std::move(recovered)});
 }
 
 DocumentJournals::Followed* DocumentJournals::find(EditorView& window) {
@@ -47,11 +50,23 @@ std::function<bool(const ContentChecksum&)> DocumentJournals::willSave(EditorVie
     return followed ? followed->journal->willSave(path) : nullptr;
 }
 
-void DocumentJournals::didSave(EditorView& window) {
-    if (Followed* followed = find(window)) {
-        followed->journal->didSave();
-        removeBackup(*followed);
-    }
+void DocumentJournals::didSave(EditorView& window, const QString& path) {
+    Followed* followed = find(window);
+    if (!followed)
+        return;
+    followed->journal->didSave();
+    // What was saved elsewhere leaves the file that the backup is of as it was.
+    thread_.post([backup = followed->backup, path = QFile::encodeName(path).toStdString()] {
+        if (!backup->held || !isBackupOf(*backup->held, path))
+            return;
+        removeBackup(*backup->held);
+        backup->held.reset();
+    });
+}
+
+void DocumentJournals::didSaveInDoubt(EditorView& window) {
+    if (Followed* followed = find(window))
+        followed->journal->didSaveInDoubt();
 }
 
 void DocumentJournals::didNotSave(EditorView& window) {
@@ -59,18 +74,23 @@ void DocumentJournals::didNotSave(EditorView& window) {
         followed->journal->didNotSave();
 }
 
+void DocumentJournals::standAlone(EditorView& window) {
+    if (Followed* followed = find(window))
+        followed->journal->standAlone();
+}
+
 void DocumentJournals::giveUp(EditorView* window) {
     const auto found = followed_.find(window);
     if (found == followed_.end())
         return;
     found->second.journal->discard();
-    removeBackup(found->second);
+    // It may be all that there is of a file.
+    thread_.post([backup = found->second.backup] {
+        if (backup->held)
+            (void)keepBackupAside(*backup->held);
+        backup->held.reset();
+    });
     followed_.erase(found);
-}
-
-void DocumentJournals::removeBackup(Followed& followed) {
-    if (const auto backup = std::exchange(followed.backup, std::nullopt))
-        quelm::removeBackup(*backup);
 }
 
 void DocumentJournals::flush() {

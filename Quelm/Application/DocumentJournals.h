@@ -36,8 +36,14 @@ public:
 
     /// As `DocumentJournal::willSave`; empty for a window that is not followed.
     std::function<bool(const ContentChecksum&)> willSave(EditorView& window, const QString& path);
-    void didSave(EditorView& window);
+    /// The file at the path is what was saved.
+    void didSave(EditorView& window, const QString& path);
+    /// As `DocumentJournal::didSaveInDoubt`.
+    void didSaveInDoubt(EditorView& window);
     void didNotSave(EditorView& window);
+
+    /// As `DocumentJournal::standAlone`.
+    void standAlone(EditorView& window);
 
     /// The window has closed, and its changes are saved or not wanted. It may be half destroyed.
     void giveUp(EditorView* window);
@@ -46,25 +52,26 @@ public:
     void flush();
 
 Q_SIGNALS:
-    /// Changes made from now on may not be recovered after an unexpected end; told once.
+    /// Changes of a document made from now on may not be recovered after an unexpected end; told once of each.
     void didFail(const QString& message);
 
 private:
+    /// For the journal thread alone, which waits for the device.
+    struct RecoveredBackup {
+        std::optional<FileBackup> held;
+    };
     struct Followed {
         /// Outlives the journal.
         std::shared_ptr<JSONDocument> document;
         std::unique_ptr<DocumentJournal> journal;
-        /// What the document was recovered from, until it is saved or given up.
-        std::optional<FileBackup> backup;
+        /// What the document was recovered from, until that file is saved or the document is given up.
+        std::shared_ptr<RecoveredBackup> backup;
     };
     void add(EditorView& window, std::unique_ptr<DocumentJournal> journal, std::optional<FileBackup> backup);
     Followed* find(EditorView& window);
-    static void removeBackup(Followed& followed);
-
     const QString folder_;
     JournalThread thread_;
     std::unordered_map<EditorView*, Followed> followed_;
-    bool hasFailed_ = false;
 };
 
 } // namespace quelm

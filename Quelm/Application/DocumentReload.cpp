@@ -73,8 +73,7 @@ void DocumentReload::finish(std::expected<ReloadedDocument, FileError> result) {
 
 void ReloadedDocument::install(EditorView& window) && {
     const JSONTextView* editor = window.textEditor();
-    const std::optional<TextViewState> text =
-        editor ? std::optional(TextViewState::of(*editor)) : std::nullopt;
+    const std::optional<TextViewState> text = editor ? std::optional(TextViewState::of(*editor)) : std::nullopt;
     JSONDocument& shown = window.document();
     shown.configuration().setFileState(document.state);
     if (tree)
@@ -85,7 +84,8 @@ void ReloadedDocument::install(EditorView& window) && {
         tree->restore(*view);
     // Another editor of the text gets its size from the event loop, and its caret put at an error.
     if (JSONTextView* view = window.textEditor(); view && text)
-        QMetaObject::invokeMethod(view, [view, state = *text] { state.restore(*view); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            view, [view, state = *text] { state.restore(*view); }, Qt::QueuedConnection);
 }
 
 } // namespace quelm

@@ -16,9 +16,12 @@ public:
     FileExpectation(QString path, const FileState& known, const std::optional<FileStamp>& accepted)
         : path_(std::move(path)), known_(known), accepted_(accepted) {}
 
-    /// Whether somebody else has changed the file. One that is gone, or cannot be looked into, is not: saving tells. May
-    /// read the file.
+    /// Whether somebody else has changed the file. One that is gone, or cannot be looked into, is not: saving tells.
+    /// May read the file.
     bool isChanged(const std::stop_token& stop = {});
+
+    /// Saving has found the file in another state than before.
+    void noteChange(const FileStamp& found) { change_ = found; }
 
     /// The state in which the file was found to be changed; absent when it was not.
     const std::optional<FileStamp>& change() const { return change_; }

@@ -2,6 +2,7 @@
 
 #include "Quelm/Application/FileExpectation.h"
 #include "Quelm/Application/OutsideChangeQuestion.h"
+#include "Quelm/Documents/SameFile.h"
 #include "Quelm/EditorWindow/Alert.h"
 #include "Quelm/EditorWindow/EditorView.h"
 #include "Quelm/Foundation/VisibleText.h"
@@ -28,21 +29,21 @@ void FileFollower::check() {
         return;
     }
     const DocumentConfiguration& configuration = window_.document().configuration();
-    if (window_.isOpening() || !configuration.fileLocation() || !configuration.fileState())
+    isCheckWanted_ = window_.isOpening() || owner_.isHeld();
+    if (isCheckWanted_ || !configuration.fileLocation() || !configuration.fileState())
         return;
-    isCheckWanted_ = owner_.isHeld();
-    if (isCheckWanted_)
-        return;
+    const bool isKnown = knownChange_ && knownChange_->document == *configuration.fileState();
     comparison_ = startInBackground(
         this,
-        [path = *configuration.fileLocation(), known = *configuration.fileState()](const std::stop_token& stop) {
+        [path = *configuration.fileLocation(), known = *configuration.fileState(),
+         change = isKnown ? std::optional(knownChange_->file) : std::nullopt](const std::stop_token& stop) {
             // What is found out is true of some moment after this one.
             const FileState asOfNow{known.stamp, known.checksum};
-            const FileComparison found = compareFile(path, known, stop);
+            const FileComparison found = compareFile(path, known, change, stop);
             return std::pair(found, FileState{found.stamp.value_or(known.stamp), known.checksum, asOfNow.since});
         },
-        [this, path = *configuration.fileLocation(), known = *configuration.fileState()](
-            const std::pair<FileComparison, FileState>& found) {
+        [this, path = *configuration.fileLocation(),
+         known = *configuration.fileState()](const std::pair<FileComparison, FileState>& found) {
             comparison_ = {};
             ++checkCount_;
             const DocumentConfiguration& now = window_.document().configuration();
@@ -53,6 +54,8 @@ void FileFollower::check() {
             if (found.first.result == FileComparison::Result::same ||
                 found.first.result == FileComparison::Result::touched)
                 window_.document().configuration().setFileState(found.second);
+            if (found.first.result == FileComparison::Result::changed)
+                knownChange_ = {known, found.second};
             follow(found.first);
             resume();
         });
@@ -94,6 +97,7 @@ void FileFollower::settle() {
     doubted_.reset();
     confirmationCall_.reset();
     told_.reset();
+    left_.reset();
     accepted_.reset();
     cleanState_.reset();
     dismissNotice();
@@ -146,7 +150,7 @@ void FileFollower::followChange(const FileStamp& stamp) {
             return checkAfter(retryDelay);
         return startReload(Cause::outside, stamp);
     }
-    if (accepted_ == stamp || told_ == Sight{stamp})
+    if (accepted_ == stamp || left_ == stamp || told_ == Sight{stamp})
         return;
     if (question_) {
         asked_ = stamp;
@@ -160,11 +164,10 @@ void FileFollower::followChange(const FileStamp& stamp) {
 void FileFollower::startReload(Cause cause, const FileStamp& stamp) {
     if (cause == Cause::user)
         window_.setEditingLocked(true);
-    reload_ = std::make_unique<DocumentReload>(
-        window_, *window_.document().configuration().fileLocation(),
-        [this, cause, stamp](std::expected<ReloadedDocument, FileError> result) {
-            finishReload(cause, stamp, std::move(result));
-        });
+    reload_ = std::make_unique<DocumentReload>(window_, *window_.document().configuration().fileLocation(),
+                                               [this, cause, stamp](std::expected<ReloadedDocument, FileError> result) {
+                                                   finishReload(cause, stamp, std::move(result));
+                                               });
     reloadCause_ = cause;
 }
 
@@ -193,8 +196,7 @@ void FileFollower::finishReload(Cause cause, const FileStamp& stamp,
         followFailure(stamp, result.error());
     } else {
         // An editor that writes a file piece by piece must not throw the tree out of its window.
-        const bool isTreeLost =
-            window_.document().mode() == EditorMode::tree && !result->document.content.tree;
+        const bool isTreeLost = window_.document().mode() == EditorMode::tree && !result->document.content.tree;
         if (!isTreeLost || isConfirmed(Sight{result->document.state.stamp}))
             install(*std::move(result));
     }
@@ -204,6 +206,7 @@ void FileFollower::finishReload(Cause cause, const FileStamp& stamp,
 void FileFollower::install(ReloadedDocument reloaded) {
     std::move(reloaded).install(window_);
     settle();
+    Q_EMIT didReload();
 }
 
 void FileFollower::followFailure(const FileStamp& stamp, const FileError& error) {
@@ -236,6 +239,7 @@ void FileFollower::tell(const Sight& sight, const QString& message, const QStrin
     JSONDocument& document = window_.document();
     if (!document.isModified())
         cleanState_ = document.stateToken().current();
+    Q_EMIT didPartFromFile();
     document.noteUnsaved();
     notice_ = showAlert(&window_, message, details);
 }
@@ -250,7 +254,8 @@ void FileFollower::dismissNotice() {
 
 std::shared_ptr<FileExpectation> FileFollower::expectation(const QString& path) const {
     const DocumentConfiguration& configuration = window_.document().configuration();
-    if (configuration.fileLocation() != path || !configuration.fileState())
+    const auto& own = configuration.fileLocation();
+    if (!own || !configuration.fileState() || !leadToSameFile(*own, path))
         return nullptr;
     return std::make_shared<FileExpectation>(path, *configuration.fileState(), accepted_);
 }
@@ -271,6 +276,7 @@ void FileFollower::askBeforeSaving(const FileStamp& found, std::function<void()>
 
 void FileFollower::ask(const FileStamp& stamp, OutsideChangeOccasion occasion) {
     asked_ = stamp;
+    Q_EMIT didPartFromFile();
     question_ = askAboutOutsideChange(window_, name(), occasion,
                                       {.reload =
                                            [this] {
@@ -281,12 +287,17 @@ void FileFollower::ask(const FileStamp& stamp, OutsideChangeOccasion occasion) {
                                        .keep = [this] { keepMine(); },
                                        .saveAs =
                                            [this] {
-                                               question_ = nullptr;
                                                // Closing goes on, or not, with the dialog that this opens.
-                                               pendingSave_ = nullptr;
-                                               accepted_ = asked_;
+                                               leaveQuestion();
                                                owner_.saveAs();
-                                           }});
+                                           },
+                                       .leave = [this] { leaveQuestion(); }});
+}
+
+void FileFollower::leaveQuestion() {
+    question_ = nullptr;
+    pendingSave_ = nullptr;
+    left_ = asked_;
 }
 
 void FileFollower::keepMine() {

@@ -23,10 +23,10 @@ class EditorView;
 class FileExpectation;
 enum class OutsideChangeOccasion : unsigned char;
 
-/// Keeps a window true to its file when somebody else changes that. A document without changes is read anew in silence; of
-/// one that has some it is asked, once for every state of the file, which of the two is to be kept. A file that is gone,
-/// or cannot be read any more, is told, once, and what is open counts as not saved from then on. What may be the middle
-/// of somebody's writing has to stay for `confirmation` before anything follows from it.
+/// Keeps a window true to its file when somebody else changes that. A document without changes is read anew in silence;
+/// of one that has some it is asked, once for every state of the file, which of the two is to be kept. A file that is
+/// gone, or cannot be read any more, is told, once, and what is open counts as not saved from then on. What may be the
+/// middle of somebody's writing has to stay for `confirmation` before anything follows from it.
 ///
 /// Nothing happens in a window in which something is going on: it waits. For the main thread, as a child of the window.
 class FileFollower : public QObject {
@@ -52,12 +52,12 @@ public:
 
     // Saving.
 
-    /// What the file at the path must still hold when the document is saved there; null when it is not the document's own,
-    /// or nothing is known of it.
+    /// What the file at the path must still hold when the document is saved there; null when it is not the document's
+    /// own, or nothing is known of it.
     std::shared_ptr<FileExpectation> expectation(const QString& path) const;
 
-    /// The document was about to be saved over a file that is in that state: asks, and calls `save` when the user wants the
-    /// file to be saved over, or there is nothing to ask about any more.
+    /// The document was about to be saved over a file that is in that state: asks, and calls `save` when the user wants
+    /// the file to be saved over, or there is nothing to ask about any more. Never when the question is only left.
     void askBeforeSaving(const FileStamp& found, std::function<void()> save);
 
     /// The document is what its file holds, as the configuration says: it was saved, or read anew.
@@ -74,6 +74,12 @@ public:
     static constexpr std::chrono::milliseconds confirmation{1000};
     /// How long a window is left alone in which something is going on.
     static constexpr std::chrono::milliseconds retryDelay{500};
+
+Q_SIGNALS:
+    /// The file is gone, or holds something else than what the changes of the document were made from.
+    void didPartFromFile();
+    /// The document is what its file holds now: it has no changes.
+    void didReload();
 
 private:
     /// A state in which the file was seen: absent when it was gone.
@@ -102,6 +108,7 @@ private:
 
     void ask(const FileStamp& stamp, OutsideChangeOccasion occasion);
     void keepMine();
+    void leaveQuestion();
     void dismissQuestion();
     void tell(const Sight& sight, const QString& message, const QString& details);
     void dismissNotice();
@@ -111,7 +118,14 @@ private:
     const Owner owner_;
     Clock& clock_;
 
+    /// That the file holds something else is known of a state of it, as long as the document is still of this one.
+    struct KnownChange {
+        FileState document;
+        FileState file;
+    };
+
     BackgroundTask comparison_;
+    std::optional<KnownChange> knownChange_;
     std::unique_ptr<DocumentReload> reload_;
     Cause reloadCause_ = Cause::outside;
     /// Something may have happened since the one that is under way was begun.
@@ -130,6 +144,8 @@ private:
 
     QPointer<QMessageBox> question_;
     std::optional<FileStamp> asked_;
+    /// What was asked about without a decision: it is asked again when the document is to be saved over it only.
+    std::optional<FileStamp> left_;
     /// What the file may be saved over.
     std::optional<FileStamp> accepted_;
     /// What the question holds up, if it does.

@@ -60,8 +60,7 @@ void InstanceServer::readFrom(Place connection) {
         return;
     // More than was announced is as wrong as less.
     const bool isWhole = length && all.size() == InstanceRequest::headerLength + *length;
-    const auto request =
-        isWhole ? InstanceRequest::fromBody(all.substr(InstanceRequest::headerLength)) : std::nullopt;
+    const auto request = isWhole ? InstanceRequest::fromBody(all.substr(InstanceRequest::headerLength)) : std::nullopt;
     answer(connection, request ? instanceAccepted : instanceRefused);
     if (request)
         Q_EMIT requested(*request);

@@ -82,11 +82,10 @@ std::optional<InstanceSocket> InstanceSocket::claim(const InstanceAddress& addre
     (void)::unlink(path);
     FileDescriptor listening(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
     // The mode of the descriptor becomes that of the file.
-    const bool isListening =
-        listening.isOpen() && ::fchmod(listening.number(), S_IRUSR | S_IWUSR) == 0 &&
-        ::bind(listening.number(), reinterpret_cast<const sockaddr*>(&address.socketAddress()),
-               sizeof address.socketAddress()) == 0 &&
-        ::listen(listening.number(), waitingConnections) == 0;
+    const bool isListening = listening.isOpen() && ::fchmod(listening.number(), S_IRUSR | S_IWUSR) == 0 &&
+                             ::bind(listening.number(), reinterpret_cast<const sockaddr*>(&address.socketAddress()),
+                                    sizeof address.socketAddress()) == 0 &&
+                             ::listen(listening.number(), waitingConnections) == 0;
     if (!isListening)
         return std::nullopt;
     return InstanceSocket(std::move(lock), std::move(listening), path);

@@ -33,7 +33,7 @@ private:
 /// exists. Its file goes at the end of its life. Movable, not copyable.
 class InstanceSocket {
 public:
-    /// Absent while another process has it, or when it cannot be made. The file of a process that has ended is replaced.
+    /// Absent while another process has it, or when it cannot be made. What a process that has ended left is replaced.
     static std::optional<InstanceSocket> claim(const InstanceAddress& address);
 
     InstanceSocket(InstanceSocket&&) noexcept = default;

@@ -22,15 +22,21 @@ QString details(OutsideChangeOccasion occasion) {
                                            "hasta que guardes.");
 }
 
+QString leaveTitle(OutsideChangeOccasion occasion) {
+    return occasion == OutsideChangeOccasion::saving ? OutsideChangeQuestion::tr("Cancelar")
+                                                     : OutsideChangeQuestion::tr("Más tarde");
+}
+
 } // namespace
 
 QMessageBox* askAboutOutsideChange(QWidget& window, const QString& name, OutsideChangeOccasion occasion,
                                    OutsideChangeAnswers answers) {
-    // By these roles the last one stands in the middle on most desktops.
+    // By these roles what keeps the changes stands in the middle on most desktops.
     return ask(window, OutsideChangeQuestion::tr("\"%1\" ha cambiado en el disco.").arg(name), details(occasion),
                {{OutsideChangeQuestion::tr("Recargar"), QMessageBox::DestructiveRole, std::move(answers.reload)},
                 {OutsideChangeQuestion::tr("Guardar como…"), QMessageBox::ActionRole, std::move(answers.saveAs)},
-                {OutsideChangeQuestion::tr("Conservar lo mío"), QMessageBox::NoRole, std::move(answers.keep)}});
+                {OutsideChangeQuestion::tr("Conservar lo mío"), QMessageBox::NoRole, std::move(answers.keep)},
+                {leaveTitle(occasion), QMessageBox::RejectRole, std::move(answers.leave)}});
 }
 
 } // namespace quelm

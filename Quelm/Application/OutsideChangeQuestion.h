@@ -14,6 +14,8 @@ struct OutsideChangeAnswers {
     std::function<void()> reload;
     std::function<void()> keep;
     std::function<void()> saveAs;
+    /// Nothing is decided.
+    std::function<void()> leave;
 };
 
 /// Why it is asked.
@@ -24,8 +26,8 @@ enum class OutsideChangeOccasion : unsigned char {
     saving,
 };
 
-/// Asks which of the two is to be kept and returns at once; the box deletes itself when it is answered. It belongs to the
-/// window and blocks no other. Return and Escape keep the document's changes.
+/// Asks which of the two is to be kept and returns at once; the box deletes itself when it is answered. It belongs to
+/// the window and blocks no other. Return and Escape decide nothing: the box may appear under somebody's typing.
 QMessageBox* askAboutOutsideChange(QWidget& window, const QString& name, OutsideChangeOccasion occasion,
                                    OutsideChangeAnswers answers);
 

@@ -30,7 +30,8 @@ public:
     explicit OutsideChanges(Owner owner, Clock& clock = Clock::system(), QObject* parent = nullptr);
     ~OutsideChanges() override;
 
-    /// From now on, until the window goes, which it must before this. Its document may have no file, or get another one.
+    /// From now on, until the window goes, which it must before this. Its document may have no file, or get another
+    /// one.
     void add(EditorView& window);
 
     /// Of a window that was added and lives.

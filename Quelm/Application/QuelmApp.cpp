@@ -154,6 +154,8 @@ QuelmApp::QuelmApp()
     QObject::connect(&documents_, &DocumentController::madeWindow, &appDelegate_, &AppDelegate::observe);
     QObject::connect(
         &documents_, &DocumentController::becameIdle, &appDelegate_, [this] { endWhenIdle(); }, Qt::QueuedConnection);
+    QObject::connect(
+        &recovery_, &WorkRecovery::becameIdle, &appDelegate_, [this] { endWhenIdle(); }, Qt::QueuedConnection);
 }
 
 void QuelmApp::recoverWork() {
@@ -168,8 +170,7 @@ void QuelmApp::openWindows(const QStringList& files) {
         documents_.reopen(session);
     else if (files.isEmpty())
         documents_.newDocument();
-    for (const QString& file : files)
-        documents_.open(file);
+    documents_.open(files);
 }
 
 void QuelmApp::answerOthers(InstanceSocket socket) {
@@ -183,8 +184,10 @@ void QuelmApp::fulfil(const InstanceRequest& request) {
         documents_.newDocument();
         bringForward(*documents_.windows().back());
     }
+    QStringList paths;
     for (const std::string& path : request.paths)
-        documents_.open(QString::fromStdString(path));
+        paths += QString::fromStdString(path);
+    documents_.open(paths);
 }
 
 void QuelmApp::followSystem() {
@@ -200,17 +203,23 @@ void QuelmApp::endOnSignal(int signal) {
     // As a shell tells of a process that a signal has ended.
     constexpr int signalled = 128;
     documents_.rememberSession();
-    QCoreApplication::exit(signalled + signal);
+    end(signalled + signal);
 }
 
 void QuelmApp::endWhenIdle() {
-    // Queued: a window may have opened since.
-    if (!documents_.isIdle())
+    // Queued: a window may have opened since. What is being recovered is still to get one.
+    if (!documents_.isIdle() || !recovery_.isIdle())
         return;
     if (documents_.hasOnlyFailed())
-        QCoreApplication::exit(nothingOpened);
+        end(nothingOpened);
     else if (appDelegate_.shouldTerminateAfterLastWindowClosed())
-        QCoreApplication::exit(0);
+        end(0);
+}
+
+/// Others must not be promised anymore that this one does what they want: they do it themselves.
+void QuelmApp::end(int status) {
+    server_.reset();
+    QCoreApplication::exit(status);
 }
 
 } // namespace quelm

@@ -39,6 +39,7 @@ private:
     void endWhenIdle();
     void fulfil(const InstanceRequest& request);
     void endOnSignal(int signal);
+    void end(int status);
 
     AppDelegate appDelegate_;
     DocumentController documents_;

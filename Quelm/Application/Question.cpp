@@ -31,6 +31,7 @@ QMessageBox* ask(QWidget& window, const QString& question, const QString& detail
     box->setDefaultButton(harmless == answers.end() ? buttons.back()
                                                     : buttons.at(static_cast<std::size_t>(harmless - answers.begin())));
     box->setAttribute(Qt::WA_DeleteOnClose);
+    const std::function<void()> leave = answers.back().act;
     QObject::connect(box, &QMessageBox::buttonClicked, &window,
                      [buttons, answers = std::move(answers)](const QAbstractButton* clicked) {
                          const auto index = std::ranges::find(buttons, clicked) - buttons.begin();
@@ -39,6 +40,11 @@ QMessageBox* ask(QWidget& window, const QString& question, const QString& detail
                          if (act)
                              act();
                      });
+    // Closing a box clicks nothing.
+    QObject::connect(box, &QDialog::rejected, &window, [box, leave] {
+        if (!box->clickedButton() && leave)
+            leave();
+    });
     box->open();
     return box;
 }

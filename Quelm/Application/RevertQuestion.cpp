@@ -1,6 +1,7 @@
 #include "Quelm/Application/RevertQuestion.h"
 
 #include "Quelm/Application/Question.h"
+#include "Quelm/Foundation/VisibleText.h"
 
 #include <QCoreApplication>
 
@@ -15,7 +16,7 @@ struct RevertQuestion {
 } // namespace
 
 QMessageBox* askBeforeReverting(QWidget& window, const QString& name, std::function<void()> revert) {
-    return ask(window, RevertQuestion::tr("¿Quieres descartar los cambios de \"%1\"?").arg(name),
+    return ask(window, RevertQuestion::tr("¿Quieres descartar los cambios de \"%1\"?").arg(visibleCharacters(name)),
                {{RevertQuestion::tr("Descartar"), QMessageBox::DestructiveRole, std::move(revert)},
                 {RevertQuestion::tr("Cancelar"), QMessageBox::RejectRole, {}}});
 }

@@ -28,8 +28,7 @@ constexpr int frameHeight = 32;
 
 QString textOf(const WindowPlace& place) {
     const QRect& area = place.area;
-    const QString text =
-        QStringLiteral("%1 %2 %3 %4").arg(area.x()).arg(area.y()).arg(area.width()).arg(area.height());
+    const QString text = QStringLiteral("%1 %2 %3 %4").arg(area.x()).arg(area.y()).arg(area.width()).arg(area.height());
     return place.isMaximized ? text + u' ' + maximizedMark : text;
 }
 

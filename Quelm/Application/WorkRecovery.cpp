@@ -2,6 +2,7 @@
 
 #include "Quelm/Application/DocumentController.h"
 #include "Quelm/Application/RecoveryQuestion.h"
+#include "Quelm/Foundation/VisibleText.h"
 
 #include <QMessageBox>
 #include <QTimer>
@@ -57,15 +58,22 @@ void WorkRecovery::start() {
 }
 
 void WorkRecovery::offer(Found found) {
+    Found recoverable;
+    Found unreachable;
     Found lost;
-    const auto isRecoverable = [](const auto& each) { return each->state == LeftBehind::State::recoverable; };
-    const auto bad = std::stable_partition(found.begin(), found.end(), isRecoverable);
-    lost.assign(std::make_move_iterator(bad), std::make_move_iterator(found.end()));
-    found.erase(bad, found.end());
+    for (auto& each : found) {
+        const LeftBehind::State state = each->state;
+        Found& kind = state == LeftBehind::State::recoverable   ? recoverable
+                      : state == LeftBehind::State::unreachable ? unreachable
+                                                                : lost;
+        kind.push_back(std::move(each));
+    }
     if (!lost.empty())
         reportLost(lost);
-    if (!found.empty())
-        askWhenShown(found, mostLooks);
+    if (!unreachable.empty())
+        askUnreachable(unreachable);
+    if (!recoverable.empty())
+        askWhenShown(recoverable, mostLooks);
 }
 
 /// A box finds its place over a window only once the window has its own.
@@ -81,9 +89,9 @@ void WorkRecovery::askWhenShown(const Found& found, int looksLeft) {
 }
 
 void WorkRecovery::ask(const Found& found) {
-    QStringList names;
+    RecoverableNames names;
     for (const auto& each : found)
-        names.append(each->name);
+        (each->backup ? names.halfSaved : names.changed).append(each->name);
     begin();
     const QMessageBox* question = askBeforeRecovering(window(), names,
                                                       {.recover = [this, found] { recover(found); },
@@ -92,21 +100,46 @@ void WorkRecovery::ask(const Found& found) {
     connect(question, &QObject::destroyed, this, &WorkRecovery::end);
 }
 
+void WorkRecovery::askUnreachable(const Found& unreachable) {
+    QStringList names;
+    for (const auto& each : unreachable)
+        names.append(each->name);
+    begin();
+    const QMessageBox* question = askAboutUnreachable(
+        window(), names, {.keepAside = [this, unreachable] { keepAside(unreachable); }, .leave = {}});
+    connect(question, &QObject::destroyed, this, &WorkRecovery::end);
+}
+
+/// What becomes of what cannot be recovered, and how that is said.
+static QString lineAboutLost(LeftBehind lost) {
+    const QString name = visibleCharacters(lost.name);
+    switch (lost.state) {
+    case LeftBehind::State::unreadable:
+        return WorkRecovery::tr("«%1» no se puede leer. Sigue en su sitio, y Quelm lo intentará de nuevo en el próximo "
+                                "inicio.")
+            .arg(lost.path.value_or(name));
+    case LeftBehind::State::stale:
+    case LeftBehind::State::damaged:
+    case LeftBehind::State::unreachable:
+    case LeftBehind::State::recoverable:
+        break;
+    }
+    const QString reason = lost.state == LeftBehind::State::stale
+                               ? WorkRecovery::tr("«%1»: el archivo ha cambiado desde entonces.")
+                               : WorkRecovery::tr("«%1»: la copia de recuperación está dañada.");
+    const auto aside = quelm::keepAside(std::move(lost));
+    return reason.arg(name) + QChar::Space +
+           (aside ? WorkRecovery::tr("Se conserva en %1.").arg(*aside) : aside.error().message);
+}
+
 void WorkRecovery::reportLost(const Found& lost) {
     begin();
     startInBackground(
         this,
         [lost](const std::stop_token&) {
             QStringList lines;
-            for (const auto& each : lost) {
-                const QString reason = each->state == LeftBehind::State::stale
-                                           ? tr("«%1»: el archivo ha cambiado, o ya no está, desde entonces.")
-                                           : tr("«%1»: la copia de recuperación está dañada.");
-                QString line = reason.arg(each->name);
-                const auto aside = keepAside(std::move(*each));
-                line += QChar::Space + (aside ? tr("Se conserva en «%1».").arg(*aside) : aside.error().message);
-                lines.append(line);
-            }
+            for (const auto& each : lost)
+                lines.append(lineAboutLost(std::move(*each)));
             return lines;
         },
         [this](const QStringList& lines) {
@@ -124,25 +157,38 @@ void WorkRecovery::recover(const Found& found) {
         startInBackground(
             this,
             [leftBehind](const std::stop_token& stop) { return quelm::recover(std::move(*leftBehind), stop); },
-            [this, leftBehind](std::expected<RecoveredDocument, FileError> recovered) {
-                finish(leftBehind, std::move(recovered));
+            [this, name = leftBehind->name](std::expected<RecoveredDocument, FileError> recovered) {
+                finish(name, std::move(recovered));
                 end();
             })
             .detach();
     }
 }
 
-void WorkRecovery::finish(const std::shared_ptr<LeftBehind>& leftBehind,
-                          std::expected<RecoveredDocument, FileError> recovered) {
-    const QString name = leftBehind->name;
+void WorkRecovery::finish(const QString& name, std::expected<RecoveredDocument, FileError> recovered) {
     if (!recovered)
-        return documents_.tell(&window(), tr("No se pudieron recuperar los cambios de «%1».").arg(name),
+        return documents_.tell(&window(),
+                               tr("No se pudieron recuperar los cambios de «%1».").arg(visibleCharacters(name)),
                                recovered.error().message);
     const bool isPartial = recovered->isPartial;
     EditorView& shown = documents_.openRecovered(*std::move(recovered));
     if (isPartial)
-        documents_.tell(&shown, tr("Los cambios de «%1» se recuperaron solo en parte.").arg(name),
+        documents_.tell(&shown, tr("Los cambios de «%1» se recuperaron solo en parte.").arg(visibleCharacters(name)),
                         tr("El final de la copia de recuperación está dañado."));
+}
+
+void WorkRecovery::keepAside(const Found& found) {
+    begin();
+    startInBackground(
+        this,
+        [found](const std::stop_token&) {
+            // What cannot be renamed is found again.
+            for (const auto& each : found)
+                (void)quelm::keepAside(std::move(*each));
+            return 0;
+        },
+        [this](int) { end(); })
+        .detach();
 }
 
 void WorkRecovery::discard(const Found& found) {

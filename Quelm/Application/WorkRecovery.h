@@ -16,8 +16,8 @@ class DocumentController;
 class EditorView;
 
 /// Offers, once after the start, the unsaved changes that a program which came to an unexpected end left behind: each
-/// becomes a window with an edited document. What cannot be recovered is kept aside, and that is said. For the main
-/// thread; looks for them and recovers them on others.
+/// becomes a window with an edited document. What cannot be recovered is kept aside, and that is said; what cannot be for
+/// now stays, to be tried again at the next start. For the main thread; looks for them and recovers them on others.
 class WorkRecovery : public QObject {
     Q_OBJECT
 
@@ -41,10 +41,12 @@ private:
     void offer(Found found);
     void askWhenShown(const Found& found, int looksLeft);
     void ask(const Found& found);
+    void askUnreachable(const Found& unreachable);
     void reportLost(const Found& lost);
+    void keepAside(const Found& found);
     void recover(const Found& found);
     void discard(const Found& found);
-    void finish(const std::shared_ptr<LeftBehind>& leftBehind, std::expected<RecoveredDocument, FileError> recovered);
+    void finish(const QString& name, std::expected<RecoveredDocument, FileError> recovered);
     EditorView& window();
     void begin() { ++runningCount_; }
     void end();

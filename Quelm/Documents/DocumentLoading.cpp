@@ -9,6 +9,7 @@
 
 #include <QFile>
 
+#include <cerrno>
 #include <new>
 
 namespace quelm {
@@ -18,7 +19,11 @@ static_assert(longestText == JSONParser::maximumTextSize, "what is loaded can be
 namespace {
 
 FileError fileError(const LoadFailure& failure) {
-    return {loadFailureText(failure), failure.reason == LoadFailure::Reason::cancelled};
+    const bool isAbsence = failure.reason == LoadFailure::Reason::system &&
+                           (failure.error.code == ENOENT || failure.error.code == ENOTDIR);
+    return {.message = loadFailureText(failure),
+            .isCancellation = failure.reason == LoadFailure::Reason::cancelled,
+            .isAbsence = isAbsence};
 }
 
 FileError fileError(LoadFailure::Reason reason) {

@@ -49,6 +49,9 @@ bool writeContent(const JSONContent& content, const TakePiece& take, const std::
 QString keptText(const SaveFailure& failure, const QString& path) {
     if (!failure.backup.empty())
         return untouchedFileText(failure, path) + DocumentSaving::tr(" Tus cambios siguen abiertos.");
+    if (failure.reason == SaveFailure::Reason::changedMeanwhile)
+        return DocumentSaving::tr("No se ha perdido nada: el archivo tiene lo que ha escrito el otro programa y tus "
+                                  "cambios siguen abiertos.");
     return QFileInfo(path).isFile()
                ? DocumentSaving::tr(
                      "No se ha perdido nada: el archivo sigue como estaba y tus cambios siguen abiertos.")
@@ -57,7 +60,8 @@ QString keptText(const SaveFailure& failure, const QString& path) {
 
 /// What happened, and that nothing was lost.
 FileError fileError(const QString& reason, const SaveFailure& failure, const QString& path) {
-    return {reason + QLatin1Char(' ') + keptText(failure, path), failure.reason == SaveFailure::Reason::cancelled};
+    return {reason + QLatin1Char(' ') + keptText(failure, path), failure.reason == SaveFailure::Reason::cancelled,
+            failure.found};
 }
 
 } // namespace

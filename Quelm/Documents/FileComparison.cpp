@@ -54,4 +54,14 @@ FileComparison compareFile(const QString& path, const FileState& known, const st
     return {*after == known.stamp ? Result::same : Result::touched, *after};
 }
 
+FileComparison compareFile(const QString& path, const FileState& known, const std::optional<FileState>& different,
+                           const std::stop_token& stop, SystemCalls& calls) {
+    if (different && different->isCertain()) {
+        const auto now = FileStamp::of(QFile::encodeName(path).toStdString(), calls);
+        if (now == different->stamp)
+            return {Result::changed, *now};
+    }
+    return compareFile(path, known, stop, calls);
+}
+
 } // namespace quelm

@@ -31,9 +31,15 @@ struct FileComparison {
     friend bool operator==(const FileComparison&, const FileComparison&) = default;
 };
 
-/// Compares what the path leads to with what was known of it. Its bytes are read only where the stamps leave a doubt: the
-/// same size and other times, or the same times and a state that is not certain. For another thread than the main one.
+/// Compares what the path leads to with what was known of it. Its bytes are read only where the stamps leave a doubt:
+/// the same size and other times, or the same times and a state that is not certain. For another thread than the main
+/// one.
 FileComparison compareFile(const QString& path, const FileState& known, const std::stop_token& stop = {},
                            SystemCalls& calls = SystemCalls::real());
+
+/// The same when a state of the file may be known that differs from that: it is not read again to find it out, as long
+/// as the state is certain.
+FileComparison compareFile(const QString& path, const FileState& known, const std::optional<FileState>& different,
+                           const std::stop_token& stop = {}, SystemCalls& calls = SystemCalls::real());
 
 } // namespace quelm

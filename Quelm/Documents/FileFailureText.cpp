@@ -105,6 +105,8 @@ QString saveFailureText(const SaveFailure& failure, const QString& path) {
         return (isReadOnlyDisk ? FileFailureText::tr("La carpeta «%1» está en un disco de solo lectura.")
                                : FileFailureText::tr("No tienes permiso para escribir en la carpeta «%1»."))
             .arg(folderNameOf(path));
+    case SaveFailure::Reason::changedMeanwhile:
+        return FileFailureText::tr("Otro programa ha escrito en el archivo mientras se guardaba.");
     case SaveFailure::Reason::notProduced:
         return FileFailureText::tr("No se llegó a escribir todo el archivo.");
     case SaveFailure::Reason::cancelled:
@@ -117,6 +119,8 @@ QString untouchedFileText(const SaveFailure& failure, const QString& path) {
     if (!failure.backup.empty())
         return FileFailureText::tr("El archivo puede haber quedado a medias; lo que contenía está a salvo en «%1».")
             .arg(QFile::decodeName(QByteArray::fromStdString(failure.backup)));
+    if (failure.reason == SaveFailure::Reason::changedMeanwhile)
+        return FileFailureText::tr("El archivo tiene lo que ha escrito el otro programa.");
     return QFileInfo(path).isFile() ? FileFailureText::tr("El archivo sigue como estaba.") : QString();
 }
 

@@ -15,9 +15,9 @@ class QFileSystemWatcher;
 
 namespace quelm {
 
-/// Tells when files may have changed on the device. Their folders are watched, since a watch of a file stays with what is
-/// replaced; the files too, for what is written in place; the folders' own folders, in which they may be renamed; and
-/// where symbolic links lead. Of a folder that is not there the nearest one above is watched.
+/// Tells when files may have changed on the device. Their folders are watched, since a watch of a file stays with what
+/// is replaced; the files too, for what is written in place; the folders' own folders, in which they may be renamed;
+/// and where symbolic links lead. Of a folder that is not there the nearest one above is watched.
 ///
 /// It is a hint: a system that has no watches left (or none at all) is no error, and a network's folder may change
 /// without a word. For the main thread.

@@ -1,4 +1,5 @@
 #include "Quelm/EditorWindow/EditorModel.h"
+#include "Quelm/Foundation/VisibleText.h"
 #include "TextCore/Check.h"
 
 #include <QFileInfo>
@@ -68,7 +69,7 @@ void EditorModel::reportExport(const QString& path, const ExportDocument::Failur
     if (isExportCancelled_)
         return;
     if (const auto* error = std::get_if<FileError>(&failure))
-        setErrorMessage(tr("No se pudo guardar «%1».\n").arg(QFileInfo(path).fileName()) + error->message);
+        setErrorMessage(tr("No se pudo guardar «%1».\n").arg(visibleCharacters(QFileInfo(path).fileName())) + error->message);
     else if (const auto& conversion = std::get<ConversionError>(failure); !conversion.isCancellation())
         setErrorMessage(conversion.description());
 }

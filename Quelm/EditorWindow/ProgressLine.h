@@ -9,8 +9,8 @@ namespace quelm {
 
 class WorkProgress;
 
-/// A thin line that fills up as a piece of work goes on. Where nobody knows how far it is, and when only an unknown rest
-/// is left, a piece of it moves along.
+/// A thin line that fills up as a piece of work goes on. Where nobody knows how far it is, and when only an unknown
+/// rest is left, a piece of it moves along.
 class ProgressLine : public QProgressBar {
     Q_OBJECT
 

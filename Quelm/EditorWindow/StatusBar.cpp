@@ -103,8 +103,8 @@ StatusBar::StatusBar(EditorModel& model, QWidget* parent, StateNotices::Receiver
       notices_(contents_.state, std::move(receiver)), stateSymbol_(new SymbolLabel(this)),
       stateText_(new ElidedLabel(Qt::ElideRight, this)), goToErrorButton_(new PlainButton(tr("Ir al error"), this)),
       nodeCount_(new ElidedLabel(Qt::ElideRight, this)), format_(new ElidedLabel(Qt::ElideRight, this)),
-      path_(new ElidedLabel(Qt::ElideLeft, this)), workTitle_(new ElidedLabel(Qt::ElideRight, this)), workIndicator_(new WorkIndicator(this)),
-      cancelButton_(new PlainButton(tr("Cancelar"), this)) {
+      path_(new ElidedLabel(Qt::ElideLeft, this)), workTitle_(new ElidedLabel(Qt::ElideRight, this)),
+      workIndicator_(new WorkIndicator(this)), cancelButton_(new PlainButton(tr("Cancelar"), this)) {
     setFont(systemFont(TextStyle::caption));
     path_->setFont(monospacedFont(TextStyle::caption));
     setAccessibleName(tr("Barra de estado"));

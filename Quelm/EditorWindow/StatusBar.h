@@ -17,8 +17,8 @@ class WorkIndicator;
 
 /// The line under a document: whether it is valid and where it is not, how many nodes it has, the style it is written
 /// in, and the path of the node that is selected in a tree; at the right end, what is under way, how far it is if that
-/// is known, and a button to cancel it. Follows the model, once a turn of the event loop; what runs short of space is cut with "…" and told by a
-/// tooltip.
+/// is known, and a button to cancel it. Follows the model, once a turn of the event loop; what runs short of space is
+/// cut with "…" and told by a tooltip.
 class StatusBar : public QWidget {
     Q_OBJECT
 

@@ -18,8 +18,8 @@
 namespace quelm {
 
 DocumentJournal::Implementation::Implementation(DocumentJournal& journal, JSONDocument& document, QString folder,
-                                                JournalThread& thread, const JournalNumbers& numbers)
-    : journal(journal), document(document), folder(std::move(folder)), thread(thread),
+                                                JournalThread& thread, const JournalNumbers& numbers, Clock& clock)
+    : journal(journal), document(document), folder(std::move(folder)), thread(thread), clock(clock),
       contentOffset(std::max<std::int64_t>(0, numbers.nextContent - document.contentNumber())),
       detachedNumbers(numbers.nextDetached) {
     receiver->journal = &journal;
@@ -50,22 +50,23 @@ DocumentJournal::Implementation::~Implementation() {
 bool DocumentJournal::Implementation::prepareChange(const std::function<JSONContent()>& now) {
     if (save)
         save->isChangedSince = true;
-    if (state == State::failed)
+    isChangedSinceDoubt = true;
+    if (state == State::failed && !mayRetry)
         return false;
-    if (mustBeginWhole) {
+    if (mustBeginWhole || state == State::failed) {
         beginWhole(now());
         return false;
     }
-    if (state == State::closed) {
-        const auto& file = document.configuration().fileState();
-        begin(file ? std::optional(file->checksum) : std::nullopt);
-    }
+    if (state == State::closed)
+        begin(checksumOfFile());
     saysModified = true;
     return true;
 }
 
 void DocumentJournal::Implementation::begin(std::optional<ContentChecksum> checksum) {
     state = State::open;
+    retryCall.reset();
+    mayRetry = false;
     journal::Base base = this->base(document.configuration().fileLocation());
     base.checksum = checksum;
     // The first change may be one of the style.
@@ -76,10 +77,12 @@ void DocumentJournal::Implementation::begin(std::optional<ContentChecksum> check
 }
 
 void DocumentJournal::Implementation::beginWhole(JSONContent content) {
-    const auto& file = document.configuration().fileState();
     mustBeginWhole = false;
+    // Its only base is a file that may be another one after a loss of power.
+    isFileOfNoUse = isFileOfNoUse || isFileInDoubt;
+    isFileInDoubt = false;
     forgetReferences();
-    begin(file && !isFileOfNoUse ? std::optional(file->checksum) : std::nullopt);
+    begin(isFileOfNoUse ? std::nullopt : checksumOfFile());
     postWhole(number(), number(), std::move(content));
     saysModified = true;
 }
@@ -99,8 +102,9 @@ void DocumentJournal::Implementation::post(journal::Record record) {
     postWork([record = std::move(record)](JournalWriter& writer) { writer.append(record); });
 }
 
-void DocumentJournal::Implementation::postWork(std::function<void(JournalWriter&)> work) {
-    thread.post([writer = writer, work = std::move(work)] {
+void DocumentJournal::Implementation::postWork(JournalThread& thread, const std::shared_ptr<JournalWriter>& writer,
+                                               std::function<void(JournalWriter&)> work) {
+    thread.post([writer, work = std::move(work)] {
         try {
             work(*writer);
         } catch (const std::bad_alloc&) {
@@ -111,7 +115,17 @@ void DocumentJournal::Implementation::postWork(std::function<void(JournalWriter&
 
 void DocumentJournal::Implementation::removeFile() {
     postWork([](JournalWriter& writer) { writer.remove(); });
+    noteClosed();
+}
+
+void DocumentJournal::Implementation::leaveFile() {
+    postWork([](JournalWriter& writer) { writer.leave(); });
+    noteClosed();
+}
+
+void DocumentJournal::Implementation::noteClosed() {
     state = State::closed;
+    isFileInDoubt = false;
     saysModified = false;
     styleOfFile = document.content().style;
     forgetReferences();
@@ -128,8 +142,11 @@ void DocumentJournal::Implementation::startFromFile() {
     removeFile();
     mustBeginWhole = false;
     isFileOfNoUse = false;
-    postWork([text = document.configuration().fileState() ? text().value_or(TextRope()) : TextRope()](
-                 JournalWriter& writer) { writer.setFile(text); });
+    // What is modified is not what the file holds.
+    const bool isText = checksumOfFile() && !document.isModified();
+    postWork([text = isText ? text().value_or(TextRope()) : TextRope()](JournalWriter& writer) {
+        writer.setFile(text);
+    });
     if (document.isModified())
         beginWhole(content());
 }
@@ -155,16 +172,21 @@ journal::Base DocumentJournal::Implementation::base(std::optional<QString> path)
     return base;
 }
 
+std::optional<ContentChecksum> DocumentJournal::Implementation::checksumOfFile() const {
+    const auto& file = document.configuration().fileState();
+    return file && file->isKnown() ? std::optional(file->checksum) : std::nullopt;
+}
+
 void DocumentJournal::Implementation::tellUnmodified() {
-    // While it is being saved nobody knows what the file holds.
-    if (state != State::open || save || !saysModified || document.isModified())
+    // While it is being saved, or the save is in doubt, nobody knows what the file holds.
+    if (state != State::open || save || isFileInDoubt || !saysModified || document.isModified())
         return;
     saysModified = false;
     post(journal::Modified{false});
 }
 
 void DocumentJournal::Implementation::recordUntold() {
-    if (state == State::failed || saysModified || !document.isModified())
+    if (state == State::failed || (saysModified && !mustBeginWhole) || !document.isModified())
         return;
     isFileOfNoUse = true;
     beginWhole(content());
@@ -174,6 +196,7 @@ void DocumentJournal::Implementation::noteFailure(JournalWriter::Generation fail
     if (failed != generation || state != State::open)
         return;
     state = State::failed;
+    retryCall = clock.callAfter(retryDelay, [this] { mayRetry = true; });
     if (!std::exchange(hasToldFailure, true))
         Q_EMIT journal.didFail(failureMessage(error));
 }

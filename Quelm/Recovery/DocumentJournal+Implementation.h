@@ -35,7 +35,7 @@ struct DocumentJournal::Implementation {
         /// There is no file.
         closed,
         open,
-        /// There may be one, which is not continued before the document is saved.
+        /// There may be one, which is not continued: the next one begins after a save, or after a while.
         failed,
     };
     /// A save that is under way, with what later records may refer to again if the file is not saved.
@@ -47,7 +47,7 @@ struct DocumentJournal::Implementation {
     };
 
     Implementation(DocumentJournal& journal, JSONDocument& document, QString folder, JournalThread& thread,
-                   const JournalNumbers& numbers);
+                   const JournalNumbers& numbers, Clock& clock);
     Implementation(const Implementation&) = delete;
     Implementation& operator=(const Implementation&) = delete;
     ~Implementation();
@@ -63,8 +63,14 @@ struct DocumentJournal::Implementation {
     void beginWhole(JSONContent content);
     void postWhole(std::int64_t numberBefore, std::int64_t number, JSONContent content);
     void post(journal::Record record);
-    void postWork(std::function<void(JournalWriter&)> work);
+    void postWork(std::function<void(JournalWriter&)> work) { postWork(thread, writer, std::move(work)); }
+    /// Memory that is lacking for it is a failure of the writer.
+    static void postWork(JournalThread& thread, const std::shared_ptr<JournalWriter>& writer,
+                         std::function<void(JournalWriter&)> work);
     void removeFile();
+    /// The file stays for the next start, which tells whether it is needed.
+    void leaveFile();
+    void noteClosed();
     void forgetReferences();
     /// The document is in the state of its file.
     void startFromFile();
@@ -73,6 +79,8 @@ struct DocumentJournal::Implementation {
     JSONContent content() const;
     std::optional<TextRope> text() const;
     journal::Base base(std::optional<QString> path) const;
+    /// Of what the file holds, if the document was made from that.
+    std::optional<ContentChecksum> checksumOfFile() const;
     /// The number of the document's content in the journal.
     std::int64_t number(std::int64_t content) const { return content + contentOffset; }
     std::int64_t number() const { return number(document.contentNumber()); }
@@ -88,12 +96,16 @@ struct DocumentJournal::Implementation {
     JSONDocument& document;
     const QString folder;
     JournalThread& thread;
+    Clock& clock;
     const std::shared_ptr<JournalFailureReceiver> receiver = std::make_shared<JournalFailureReceiver>();
     std::shared_ptr<JournalWriter> writer;
 
     State state = State::closed;
     JournalWriter::Generation generation = 0;
     bool hasToldFailure = false;
+    /// Until a failed journal may be tried again.
+    DelayedCall retryCall;
+    bool mayRetry = false;
     /// What the last record says.
     bool saysModified = false;
     /// Of the document when it was last as its file is.
@@ -102,6 +114,9 @@ struct DocumentJournal::Implementation {
     bool mustBeginWhole = false;
     /// What the file holds is of no use to whoever recovers.
     bool isFileOfNoUse = false;
+    /// After a loss of power the file may be the one before the last save; and whether there were changes since that.
+    bool isFileInDoubt = false;
+    bool isChangedSinceDoubt = false;
 
     const std::int64_t contentOffset;
     /// The contents that a record can return to.

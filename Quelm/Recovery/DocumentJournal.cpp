@@ -12,16 +12,16 @@
 
 namespace quelm {
 
-DocumentJournal::DocumentJournal(JSONDocument& document, QString folder, JournalThread& thread)
+DocumentJournal::DocumentJournal(JSONDocument& document, QString folder, JournalThread& thread, Clock& clock)
     : implementation_(
-          std::make_unique<Implementation>(*this, document, std::move(folder), thread, JournalNumbers())) {
+          std::make_unique<Implementation>(*this, document, std::move(folder), thread, JournalNumbers(), clock)) {
     implementation_->startFromFile();
     document.setRecorder(this);
 }
 
 DocumentJournal::DocumentJournal(JSONDocument& document, QString folder, JournalThread& thread, JournalFile journal,
-                                 const JournalNumbers& numbers)
-    : implementation_(std::make_unique<Implementation>(*this, document, std::move(folder), thread, numbers)) {
+                                 const JournalNumbers& numbers, Clock& clock)
+    : implementation_(std::make_unique<Implementation>(*this, document, std::move(folder), thread, numbers, clock)) {
     implementation_->state = Implementation::State::open;
     implementation_->saysModified = true;
     // Shared only because work that is posted can be copied.
@@ -113,7 +113,7 @@ void DocumentJournal::didChangeModified(bool isModified) {
         return implementation_->tellUnmodified();
     // Without a change, the file does not hold the state any more. Later, since a content that is being installed is not
     // there yet, and begins anew itself.
-    if (!implementation_->saysModified)
+    if (!implementation_->saysModified || implementation_->mustBeginWhole)
         QTimer::singleShot(0, this, [this] { implementation_->recordUntold(); });
 }
 
@@ -141,10 +141,8 @@ std::function<bool(const ContentChecksum&)> DocumentJournal::willSave(const QStr
     });
     return [writer = own.writer, thread = &own.thread](const ContentChecksum& checksum) {
         auto written = std::make_shared<std::promise<void>>();
-        thread->post([writer, written, checksum] {
-            writer->completeSave(checksum);
-            written->set_value();
-        });
+        Implementation::postWork(*thread, writer, [checksum](JournalWriter& each) { each.completeSave(checksum); });
+        thread->post([written] { written->set_value(); });
         written->get_future().wait();
         return true;
     };
@@ -159,6 +157,7 @@ void DocumentJournal::didSave() {
     Implementation::Save save = *std::exchange(own.save, std::nullopt);
     disposeInBackground(std::move(save.pendingWhole));
     own.isFileOfNoUse = false;
+    own.isFileInDoubt = false;
     if (!save.isChangedSince) {
         // The state of the file, from which the next change begins.
         own.mustBeginWhole = false;
@@ -169,7 +168,22 @@ void DocumentJournal::didSave() {
         own.removeFile();
         own.beginWhole(own.content());
     }
-    own.tellUnmodified();
+    // Once the document knows what was saved.
+    QTimer::singleShot(0, this, [this] { implementation_->tellUnmodified(); });
+}
+
+void DocumentJournal::didSaveInDoubt() {
+    Implementation& own = *implementation_;
+    // Where there is no journal, the file before the save held all that there was to recover.
+    if (!own.save || own.state != Implementation::State::open)
+        return didSave();
+    own.postWork([](JournalWriter& writer) { writer.endSaveInDoubt(); });
+    Implementation::Save save = *std::exchange(own.save, std::nullopt);
+    disposeInBackground(std::move(save.pendingWhole));
+    own.isFileOfNoUse = false;
+    own.isFileInDoubt = true;
+    own.saysModified = true;
+    own.isChangedSinceDoubt = save.isChangedSince;
 }
 
 void DocumentJournal::didNotSave() {
@@ -186,8 +200,18 @@ void DocumentJournal::didNotSave() {
     own.tellUnmodified();
 }
 
+void DocumentJournal::takePlaceOf(JournalRecovery damaged) {
+    // Shared only because work that is posted can be copied.
+    implementation_->postWork([shared = std::make_shared<JournalRecovery>(std::move(damaged))](JournalWriter& writer) {
+        writer.takePlaceOf(std::move(*shared));
+    });
+}
+
 void DocumentJournal::discard() {
-    implementation_->removeFile();
+    if (implementation_->isFileInDoubt && !implementation_->isChangedSinceDoubt)
+        implementation_->leaveFile();
+    else
+        implementation_->removeFile();
     implementation_->mustBeginWhole = implementation_->document.isModified();
 }
 

@@ -2,12 +2,15 @@
 
 #include "FileCore/ContentChecksum.h"
 #include "FileCore/JournalFile.h"
+#include "FileCore/JournalRecovery.h"
 #include "Quelm/Documents/DocumentRecorder.h"
+#include "Quelm/Foundation/Clock.h"
 #include "Quelm/Recovery/JournalNumbers.h"
 
 #include <QObject>
 #include <QString>
 
+#include <chrono>
 #include <functional>
 #include <memory>
 
@@ -29,12 +32,13 @@ class DocumentJournal : public QObject, private DocumentRecorder {
 public:
     /// Records the document's changes from now on. The document holds what its file held in the configuration's
     /// `fileState` (an empty object without a file); if it counts as modified it is recorded whole at once. `folder` is
-    /// created (0700) when it is needed. `thread` must outlive the journal and what `willSave` returned.
-    DocumentJournal(JSONDocument& document, QString folder, JournalThread& thread);
+    /// created (0700) when it is needed. `thread` and `clock` must outlive the journal, and `thread` what `willSave`
+    /// returned.
+    DocumentJournal(JSONDocument& document, QString folder, JournalThread& thread, Clock& clock = Clock::system());
 
     /// Goes on with the journal from which the document was recovered.
     DocumentJournal(JSONDocument& document, QString folder, JournalThread& thread, JournalFile journal,
-                    const JournalNumbers& numbers);
+                    const JournalNumbers& numbers, Clock& clock = Clock::system());
 
     /// Leaves the journal to be found when the program starts again, unless all changes were undone.
     ~DocumentJournal() override;
@@ -44,9 +48,13 @@ public:
     /// that state, and lets the file be replaced whether that worked or not. One at a time, until `didSave` or
     /// `didNotSave`.
     std::function<bool(const ContentChecksum&)> willSave(const QString& path);
-    /// The file holds that state, and the configuration says so.
+    /// The file holds that state, and the configuration says so; the document learns it before or after this
+    /// (`JSONDocument::noteSaved`), in the same turn of the event loop.
     void didSave();
     void didNotSave();
+    /// As `didSave`, but a loss of power may bring back what the file held before: the journal stays, for that case,
+    /// until the next save.
+    void didSaveInDoubt();
 
     /// The document's changes are not wanted any more: takes the journal away, for good. Should there be others
     /// nevertheless, the document is recorded whole.
@@ -56,11 +64,18 @@ public:
     /// records it whole, if it is modified, so that it can be recovered whatever has become of the file.
     void standAlone();
 
+    /// The document is what could be understood of that journal, of which it does not go on: keeps it aside once the
+    /// document's own is safe.
+    void takePlaceOf(JournalRecovery damaged);
+
+    /// How long after a failure the next change is tried to be recorded, with all before it.
+    static constexpr std::chrono::seconds retryDelay{30};
+
     /// Returns when all that was recorded is written and synchronized, or has failed: for tests and the end.
     void flush();
 
 Q_SIGNALS:
-    /// Changes made from now on may not be recovered; told once.
+    /// Changes made from now on may not be recovered, as long as what stands in the way does; told once.
     void didFail(const QString& message);
 
 private:

@@ -175,8 +175,7 @@ JournalReplay::Repeated JournalReplay::repeat(const journal::Replace& replace) {
     if (std::ranges::any_of(replace.text, copiesRemoved))
         if (Repeated made = makeText(held_); !made)
             return made;
-    const auto text =
-        assembleText(replace.text, held_.content.text.value_or(TextRope()), file_, limits_.longestText);
+    const auto text = assembleText(replace.text, held_.content.text.value_or(TextRope()), file_, limits_.longestText);
     if (!text)
         return std::unexpected(text.error());
     auto held = replacement(replace, *text);

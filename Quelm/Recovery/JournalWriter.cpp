@@ -14,10 +14,18 @@ JournalWriter::JournalWriter(JournalThread& thread, Failed failed, SystemCalls& 
     : thread_(thread), failed_(std::move(failed)), calls_(calls) {}
 
 void JournalWriter::begin(const std::string& path, Generation generation, const journal::Base& base) {
-    if (file_) {
-        if (previous_)
-            (void)previous_->remove();
+    if (previous_) {
+        // The one that the device has: the last one never got there.
+        if (auto unsynchronized = std::exchange(file_, std::nullopt))
+            (void)unsynchronized->remove();
+    } else {
         previous_ = std::exchange(file_, std::nullopt);
+    }
+    // Whoever recovers from a base without a checksum has no file to copy from.
+    if (!base.checksum) {
+        sources_ = TextSources();
+        if (save_)
+            save_->before = TextSources();
     }
     generation_ = generation;
     hasFailed_ = false;
@@ -36,6 +44,11 @@ void JournalWriter::begin(const std::string& path, Generation generation, const 
     save_->base.recordsSince = 0;
     if (save_->base.checksum)
         write(save_->base);
+}
+
+void JournalWriter::takePlaceOf(JournalRecovery damaged) {
+    damaged_ = std::move(damaged);
+    synchronize();
 }
 
 void JournalWriter::append(const journal::Record& record) {
@@ -69,11 +82,27 @@ void JournalWriter::endSave(const journal::SaveOutcome& outcome) {
         write(outcome);
 }
 
+void JournalWriter::endSaveInDoubt() {
+    if (!save_)
+        return;
+    // No outcome is told: both bases count, and what follows must hold from each of them.
+    save_.reset();
+    sources_ = TextSources();
+}
+
 void JournalWriter::remove() {
+    if (auto damaged = std::exchange(damaged_, std::nullopt))
+        (void)std::move(*damaged).keepAside();
     // What cannot be removed is found at the next start, and told to be of no use by its checksum or by its last record.
     for (std::optional<JournalFile>* journal : {&previous_, &file_})
         if (auto taken = std::exchange(*journal, std::nullopt))
             (void)taken->remove();
+    hasFailed_ = false;
+}
+
+void JournalWriter::leave() {
+    synchronize();
+    file_.reset();
     hasFailed_ = false;
 }
 
@@ -108,6 +137,8 @@ void JournalWriter::synchronize() {
         return fail(synchronized.error());
     if (auto previous = std::exchange(previous_, std::nullopt))
         (void)previous->remove();
+    if (auto damaged = std::exchange(damaged_, std::nullopt))
+        (void)std::move(*damaged).keepAside();
 }
 
 void JournalWriter::fail(SystemError error) {

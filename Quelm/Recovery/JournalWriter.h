@@ -2,6 +2,7 @@
 
 #include "FileCore/ContentChecksum.h"
 #include "FileCore/JournalFile.h"
+#include "FileCore/JournalRecovery.h"
 #include "FileCore/SystemCalls.h"
 #include "FileCore/SystemError.h"
 #include "Quelm/Recovery/JournalRecord.h"
@@ -33,8 +34,12 @@ public:
     /// Goes on with a journal that is there already; its generation is 0.
     void continueWith(JournalFile journal) { file_ = std::move(journal); }
 
+    /// The journal holds what could be understood of that one, which is kept aside when all that was appended up to now
+    /// is synchronized, and not before.
+    void takePlaceOf(JournalRecovery damaged);
+
     /// Begins the journal `path`, in a folder that is created if need be. One that was there before goes when the new
-    /// one is synchronized.
+    /// one is synchronized. Without a checksum in the base, records copy nothing of the file.
     void begin(const std::string& path, Generation generation, const journal::Base& base);
 
     void append(const journal::Record& record);
@@ -50,9 +55,13 @@ public:
     /// The file is about to become that state. The record of it is synchronized afterwards, if it could be written.
     void completeSave(const ContentChecksum& checksum);
     void endSave(const journal::SaveOutcome& outcome);
+    /// The file is saved, but a loss of power may bring the one before back: the records lead on from both.
+    void endSaveInDoubt();
 
     /// Takes the journal away.
     void remove();
+    /// Leaves it, to be found at the next start.
+    void leave();
 
     /// A record could not be made.
     void fail(SystemError error);
@@ -78,6 +87,7 @@ private:
     bool hasFailed_ = false;
     /// Of the time before, until it is not needed any more.
     std::optional<JournalFile> previous_;
+    std::optional<JournalRecovery> damaged_;
     bool isSynchronizingPosted_ = false;
 
     TextSources sources_;

@@ -11,6 +11,7 @@
 #include <QCoreApplication>
 #include <QFile>
 
+#include <cerrno>
 #include <new>
 #include <span>
 #include <utility>
@@ -25,7 +26,7 @@ struct Recovery {
 
 /// Why there is no document, and what becomes of what was left behind.
 struct Refusal {
-    enum class Kind : std::uint8_t { cancelled, noMemory, stale, damaged, notUTF8 };
+    enum class Kind : std::uint8_t { cancelled, noMemory, unreachable, stale, damaged, notUTF8 };
     Kind kind = Kind::damaged;
 };
 using Result = std::expected<RecoveredDocument, Refusal>;
@@ -55,27 +56,46 @@ Refusal::Kind kindOf(const LoadFailure& failure) {
     case LoadFailure::Reason::noMemory:
     case LoadFailure::Reason::tooLarge:
         return Refusal::Kind::noMemory;
-    default:
-        return Refusal::Kind::stale;
+    case LoadFailure::Reason::system:
+        return Refusal::Kind::unreachable;
+    case LoadFailure::Reason::folder:
+    case LoadFailure::Reason::notAFile:
+        break;
     }
+    return Refusal::Kind::stale;
+}
+
+Refusal::Kind kindOf(NoRecoveryStart reason) {
+    switch (reason) {
+    case NoRecoveryStart::cancelled:
+        return Refusal::Kind::cancelled;
+    case NoRecoveryStart::unreachable:
+        return Refusal::Kind::unreachable;
+    case NoRecoveryStart::changed:
+        break;
+    }
+    return Refusal::Kind::stale;
 }
 
 FileState stateOf(const LoadedFile& file) {
     return {.stamp = file.stamp, .checksum = file.checksum};
 }
 
-/// The file of a document that does not begin from it.
-std::optional<FileState> stateOfFile(const std::string& path, const std::stop_token& stop) {
-    const auto file = loadFile(path, stop);
-    return file ? std::optional(stateOf(*file)) : std::nullopt;
+/// The file of a document that was not made from it: nobody may take what is there for what the document came from.
+std::optional<FileState> stateOfOtherFile(const std::string& path) {
+    const auto stamp = FileStamp::of(path);
+    const bool isGone = !stamp && (stamp.error().code == ENOENT || stamp.error().code == ENOTDIR);
+    return isGone ? std::nullopt : std::optional(FileState::unknown());
 }
 
 /// The bytes on which the records are repeated; notes what is known of the document's file.
 std::expected<SharedText, Refusal> startingBytes(const RecoveryStart& start, const journal::Base& base,
-                                                 const std::optional<FileBackup>& backup, RecoveredDocument& document,
+                                                 std::optional<FileBackup>& backup, RecoveredDocument& document,
                                                  const std::stop_token& stop) {
     switch (start.source) {
     case RecoveryStart::Source::nothing:
+        if (base.path)
+            document.state = stateOfOtherFile(*base.path);
         return SharedText();
     case RecoveryStart::Source::file: {
         auto file = loadFile(*base.path, stop);
@@ -88,10 +108,11 @@ std::expected<SharedText, Refusal> startingBytes(const RecoveryStart& start, con
     }
     case RecoveryStart::Source::backup: {
         auto bytes = readBackup(*backup);
+        // It was whole when it was found: it may be readable another time.
         if (!bytes)
-            return refused(Refusal::Kind::stale);
-        document.state = stateOfFile(*base.path, stop);
-        document.backup = backup;
+            return refused(Refusal::Kind::unreachable);
+        document.state = stateOfOtherFile(*base.path);
+        document.backup = std::exchange(backup, std::nullopt);
         return *std::move(bytes);
     }
     }
@@ -122,15 +143,15 @@ void prepareForDisplay(const RecoveredDocument& document) {
         ContentConversion::prepareForDisplay(*document.content.tree);
 }
 
-Result fromJournal(const JournalRecovery& journal, const std::optional<FileBackup>& backup,
-                   const std::stop_token& stop) {
+/// Takes the backup if the document begins from it.
+Result fromJournal(const JournalRecovery& journal, std::optional<FileBackup>& backup, const std::stop_token& stop) {
     const JournalSummary summary = JournalSummary::of(journal.contents(), stop);
     const std::span<const FileBackup> backups(backup ? &*backup : nullptr, backup ? 1 : 0);
     const auto found = findRecoveryStart(summary, backups, stop);
     if (stop.stop_requested())
         return refused(Refusal::Kind::cancelled);
     if (!found)
-        return refused(summary.starts.empty() ? Refusal::Kind::damaged : Refusal::Kind::stale);
+        return refused(summary.starts.empty() ? Refusal::Kind::damaged : kindOf(found.error()));
     const JournalSummary::Start& start = summary.starts[found->index];
 
     RecoveredDocument document;
@@ -160,10 +181,10 @@ Result fromJournal(const JournalRecovery& journal, const std::optional<FileBacku
 }
 
 /// What the file held before it was written in place.
-Result fromBackup(const FileBackup& backup, const std::stop_token& stop) {
-    auto bytes = readBackup(backup);
+Result fromBackup(std::optional<FileBackup>& backup, const std::stop_token& stop) {
+    auto bytes = readBackup(*backup);
     if (!bytes)
-        return refused(Refusal::Kind::damaged);
+        return refused(Refusal::Kind::unreachable);
     auto content = JSONContent::fromData(*std::move(bytes), stop);
     if (stop.stop_requested())
         return refused(Refusal::Kind::cancelled);
@@ -173,14 +194,16 @@ Result fromBackup(const FileBackup& backup, const std::stop_token& stop) {
     const bool asText = Preferences::initialMode() == Preferences::InitialMode::text || !content->tree;
     document.mode = asText ? EditorMode::text : EditorMode::tree;
     document.content = *std::move(content);
-    document.path = QFile::decodeName(backup.original.c_str());
-    document.state = stateOfFile(backup.original, stop);
-    document.backup = backup;
+    document.path = QFile::decodeName(backup->original.c_str());
+    document.state = stateOfOtherFile(backup->original);
+    document.backup = std::exchange(backup, std::nullopt);
     prepareForDisplay(document);
     return document;
 }
 
-Result recovered(const LeftBehind& leftBehind, const std::stop_token& stop) {
+Result recovered(LeftBehind& leftBehind, const std::stop_token& stop) {
+    if (leftBehind.state == LeftBehind::State::unreachable || leftBehind.state == LeftBehind::State::unreadable)
+        return refused(Refusal::Kind::unreachable);
     if (leftBehind.state == LeftBehind::State::stale)
         return refused(Refusal::Kind::stale);
     if (leftBehind.state == LeftBehind::State::damaged)
@@ -188,7 +211,7 @@ Result recovered(const LeftBehind& leftBehind, const std::stop_token& stop) {
     try {
         if (leftBehind.journal)
             return fromJournal(*leftBehind.journal, leftBehind.backup, stop);
-        return leftBehind.backup ? fromBackup(*leftBehind.backup, stop) : refused(Refusal::Kind::damaged);
+        return leftBehind.backup ? fromBackup(leftBehind.backup, stop) : refused(Refusal::Kind::damaged);
     } catch (const std::bad_alloc&) {
         return refused(Refusal::Kind::noMemory);
     }
@@ -199,8 +222,11 @@ QString reasonOf(Refusal::Kind kind) {
     case Refusal::Kind::noMemory:
         return Recovery::tr("No hay memoria suficiente. La copia de recuperación sigue en su sitio y se ofrecerá otra "
                             "vez al abrir Quelm.");
+    case Refusal::Kind::unreachable:
+        return Recovery::tr("El archivo no está en su sitio o no se puede leer. La copia de recuperación se conserva y "
+                            "Quelm lo intentará de nuevo en el próximo inicio.");
     case Refusal::Kind::stale:
-        return Recovery::tr("El archivo ha cambiado, o ya no está, desde entonces.");
+        return Recovery::tr("El archivo ha cambiado desde entonces.");
     case Refusal::Kind::notUTF8:
         return Recovery::tr("Lo que contenía el archivo no está codificado en UTF-8.");
     case Refusal::Kind::cancelled:
@@ -214,11 +240,11 @@ QString reasonOf(Refusal::Kind kind) {
 FileError errorFor(Refusal::Kind kind, LeftBehind leftBehind) {
     if (kind == Refusal::Kind::cancelled)
         return {.message = {}, .isCancellation = true};
-    if (kind == Refusal::Kind::noMemory)
+    if (kind == Refusal::Kind::noMemory || kind == Refusal::Kind::unreachable)
         return {.message = reasonOf(kind)};
     const auto aside = keepAside(std::move(leftBehind));
     return {.message = reasonOf(kind) + QChar::Space +
-                       (aside ? Recovery::tr("Se conserva en «%1».").arg(*aside) : aside.error().message)};
+                       (aside ? Recovery::tr("Se conserva en %1.").arg(*aside) : aside.error().message)};
 }
 
 } // namespace
@@ -231,7 +257,7 @@ std::expected<RecoveredDocument, FileError> recover(LeftBehind leftBehind, const
         return *std::move(result);
     // A journal that is not whole is left as it is, beside a new one. One that cannot be gone on with is found again.
     if (result->isPartial)
-        (void)std::move(*leftBehind.journal).keepAside();
+        result->damagedJournal = std::move(leftBehind.journal);
     else if (auto journal = std::move(*leftBehind.journal).continueWriting())
         result->journal = *std::move(journal);
     return *std::move(result);

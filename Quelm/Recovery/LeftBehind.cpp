@@ -1,6 +1,5 @@
 #include "Quelm/Recovery/LeftBehind.h"
 
-#include "FileCore/SystemCalls.h"
 #include "FileCore/SystemError.h"
 #include "Quelm/Recovery/JournalSummary.h"
 #include "Quelm/Recovery/RecoveryStart.h"
@@ -12,6 +11,7 @@
 
 #include <algorithm>
 #include <new>
+#include <span>
 #include <utility>
 
 namespace quelm {
@@ -44,12 +44,14 @@ public:
     Search(std::vector<FileBackup> backups, const std::stop_token& stop) : backups_(std::move(backups)), stop_(stop) {}
 
     void lookAt(const QFileInfo& file) {
-        // What cannot be read for want of memory or permission stays as it is.
         try {
             auto journal = JournalRecovery::open(QFile::encodeName(file.filePath()).toStdString());
-            if (journal && *journal)
+            if (!journal)
+                noteUnreadable(file);
+            else if (*journal)
                 examine(**std::move(journal), file);
         } catch (const std::bad_alloc&) {
+            noteUnreadable(file);
         }
     }
 
@@ -57,11 +59,12 @@ public:
         for (FileBackup& backup : backups_) {
             const QString original = QFile::decodeName(backup.original.c_str());
             const QFileInfo file(QFile::decodeName(backup.path.c_str()));
-            found_.push_back({.state = LeftBehind::State::recoverable,
+            const auto state = backup.isDamaged ? LeftBehind::State::damaged : LeftBehind::State::recoverable;
+            found_.push_back({.state = state,
                               .journal = std::nullopt,
                               .backup = std::move(backup),
-                              .path = original,
-                              .name = nameOf(original),
+                              .path = original.isEmpty() ? std::nullopt : std::optional(original),
+                              .name = original.isEmpty() ? file.fileName() : nameOf(original),
                               .time = file.lastModified()});
         }
         std::ranges::stable_sort(found_, {}, &LeftBehind::time);
@@ -69,6 +72,16 @@ public:
     }
 
 private:
+    /// What cannot be read, for want of memory or permission, stays as it is.
+    void noteUnreadable(const QFileInfo& file) {
+        found_.push_back({.state = LeftBehind::State::unreadable,
+                          .journal = std::nullopt,
+                          .backup = std::nullopt,
+                          .path = file.filePath(),
+                          .name = file.fileName(),
+                          .time = file.lastModified()});
+    }
+
     void examine(JournalRecovery journal, const QFileInfo& file) {
         const JournalSummary summary = JournalSummary::of(journal.contents(), stop_);
         const auto start = findRecoveryStart(summary, backups_, stop_);
@@ -98,24 +111,27 @@ private:
         found_.push_back(std::move(left));
     }
 
-    static bool isWorthKeeping(const JournalSummary& summary, const std::optional<RecoveryStart>& start) {
+    using FoundStart = std::expected<RecoveryStart, NoRecoveryStart>;
+
+    static bool isWorthKeeping(const JournalSummary& summary, const FoundStart& start) {
         if (start)
             return summary.isModifiedSince(summary.starts[start->index]);
         // The file has changed: what counts is whether anything had been to save at the end.
         return !summary.starts.empty() && summary.isModifiedSince(summary.starts.front());
     }
 
-    static LeftBehind::State stateOf(const JournalSummary& summary, const std::optional<RecoveryStart>& start) {
+    static LeftBehind::State stateOf(const JournalSummary& summary, const FoundStart& start) {
         if (summary.starts.empty())
             return LeftBehind::State::damaged;
         if (!start)
-            return LeftBehind::State::stale;
+            return start.error() == NoRecoveryStart::unreachable ? LeftBehind::State::unreachable
+                                                                 : LeftBehind::State::stale;
         return summary.isModifiedSince(summary.starts[start->index]) ? LeftBehind::State::recoverable
                                                                      : LeftBehind::State::damaged;
     }
 
     /// A file that holds what was saved in it is whole: what it held before the save is not needed any more.
-    void forgetFinishedSave(const JournalSummary& summary, const std::optional<RecoveryStart>& start) {
+    void forgetFinishedSave(const JournalSummary& summary, const FoundStart& start) {
         if (!start || start->source != RecoveryStart::Source::file)
             return;
         const std::string& path = *summary.starts[start->index].base.path;
@@ -138,20 +154,12 @@ private:
     std::vector<LeftBehind> found_;
 };
 
-/// So that it is found neither as a journal nor as a backup.
-std::expected<std::string, SystemError> renamedAside(const std::string& path) {
-    const std::string aside = path + ".apartado";
-    if (SystemCalls::real().rename(path.c_str(), aside.c_str()) != 0)
-        return std::unexpected(SystemError::last());
-    return aside;
-}
-
 } // namespace
 
 std::vector<LeftBehind> findLeftBehind(const QString& folder, const std::stop_token& stop) {
     Search search(findBackups(QFile::encodeName(folder).toStdString()), stop);
-    const QFileInfoList files = QDir(folder).entryInfoList({journalPattern()}, QDir::Files | QDir::NoSymLinks,
-                                                           QDir::Time | QDir::Reversed);
+    const QFileInfoList files =
+        QDir(folder).entryInfoList({journalPattern()}, QDir::Files | QDir::NoSymLinks, QDir::Time | QDir::Reversed);
     for (const QFileInfo& file : files) {
         if (stop.stop_requested())
             break;
@@ -161,16 +169,23 @@ std::vector<LeftBehind> findLeftBehind(const QString& folder, const std::stop_to
 }
 
 std::expected<QString, FileError> keepAside(LeftBehind leftBehind) {
-    // Both, when there are both; the journal is what is told of.
-    std::expected<std::string, SystemError> aside;
-    if (leftBehind.backup)
-        aside = renamedAside(leftBehind.backup->path);
+    QStringList paths;
+    const auto note = [&](const std::expected<std::string, SystemError>& aside) -> std::expected<void, FileError> {
+        if (!aside)
+            return std::unexpected(FileError{Recovery::tr("No se pudo apartar la copia de recuperación: %1.")
+                                                 .arg(QString::fromStdString(aside.error().description()))});
+        paths.append(Recovery::tr("«%1»").arg(QFile::decodeName(aside->c_str())));
+        return {};
+    };
+    std::expected<void, FileError> kept;
     if (leftBehind.journal)
-        aside = std::move(*leftBehind.journal).keepAside();
-    if (aside)
-        return QFile::decodeName(aside->c_str());
-    return std::unexpected(FileError{Recovery::tr("No se pudo apartar la copia de recuperación: %1.")
-                                         .arg(QString::fromStdString(aside.error().description()))});
+        kept = note(std::move(*leftBehind.journal).keepAside());
+    if (leftBehind.backup)
+        if (auto keptBackup = note(keepBackupAside(*leftBehind.backup)); !keptBackup)
+            kept = std::move(keptBackup);
+    if (!kept)
+        return std::unexpected(std::move(kept).error());
+    return paths.join(Recovery::tr(" y "));
 }
 
 void discard(LeftBehind leftBehind) {
@@ -178,7 +193,7 @@ void discard(LeftBehind leftBehind) {
     if (leftBehind.journal)
         (void)std::move(*leftBehind.journal).remove();
     if (leftBehind.backup)
-        removeBackup(*leftBehind.backup);
+        (void)keepBackupAside(*leftBehind.backup);
 }
 
 } // namespace quelm

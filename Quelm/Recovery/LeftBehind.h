@@ -29,11 +29,15 @@ struct LeftBehind {
         stale,
         /// The journal cannot be understood from its beginning on, or names what is not there.
         damaged,
+        /// The file is not there, or cannot be read, which may be otherwise at a later start.
+        unreachable,
+        /// The journal itself cannot be read, which may be otherwise at a later start. All that is known is its path.
+        unreadable,
     };
     State state = State::damaged;
     std::optional<JournalRecovery> journal;
     std::optional<FileBackup> backup;
-    /// Of the document's file; absent for a document without one, or when the journal does not tell.
+    /// Of the document's file, or of a journal that is unreadable; absent for a document without one, or when the journal does not tell.
     std::optional<QString> path;
     /// "datos.json", or "Sin título".
     QString name;
@@ -50,26 +54,30 @@ struct RecoveredDocument {
     JSONContent content;
     EditorMode mode = EditorMode::tree;
     std::optional<QString> path;
-    /// Of the file as it is on the device; absent without one.
+    /// Of the file as it is on the device; absent without one, and unknown of one from which the content was not made.
     std::optional<FileState> state;
-    /// To go on with; absent when the journal was damaged or there is none: a copy of what could not be read is kept aside.
+    /// To go on with; absent when there is none, or when it was damaged.
     std::optional<JournalFile> journal;
+    /// Of which not all could be understood: to be kept aside once the document is safe in another one.
+    std::optional<JournalRecovery> damagedJournal;
     JournalNumbers numbers;
-    /// The backup that the content began from; it is to be removed when the document has been saved or given up.
+    /// The backup that the content began from; it is to be removed when its file has been saved, and kept aside when
+    /// the document is given up.
     std::optional<FileBackup> backup;
     /// Whether records were left out because they were damaged.
     bool isPartial = false;
 };
 
 /// Repeats the changes on the file's contents (or the backup's, or a new document's). The file itself is not touched.
-/// The error of something that is not recoverable, or turned out not to be, says where the journal is kept aside. For
-/// another thread than the main one.
+/// Of what is not recoverable, or turned out not to be, the error says where it is kept aside; when the file is not
+/// there for now, memory was lacking, or `stop` was requested, it stays as it is, to be found again. For another thread than the main one.
 std::expected<RecoveredDocument, FileError> recover(LeftBehind leftBehind, const std::stop_token& stop = {});
 
-/// Renames the journal of what is not recoverable so that it is not offered again; the new path.
+/// Renames what is not recoverable so that it is not offered again; the new paths of the journal, the backup, or both,
+/// as a user reads them: «a» y «b».
 std::expected<QString, FileError> keepAside(LeftBehind leftBehind);
 
-/// Takes it away, for good.
+/// Takes the changes away, for good. A backup, which may be all that there is of a file, is kept aside.
 void discard(LeftBehind leftBehind);
 
 } // namespace quelm

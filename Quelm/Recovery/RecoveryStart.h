@@ -5,7 +5,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <optional>
+#include <expected>
 #include <span>
 #include <stop_token>
 #include <string>
@@ -26,10 +26,20 @@ struct RecoveryStart {
     std::size_t backup = 0;
 };
 
-/// That of the last base whose bytes its file holds, or a backup of it does. Absent when there is none, or `stop` is
-/// requested. Reads the files that may hold them.
-std::optional<RecoveryStart> findRecoveryStart(const JournalSummary& summary, std::span<const FileBackup> backups,
-                                               const std::stop_token& stop);
+/// Why there is no start.
+enum class NoRecoveryStart : std::uint8_t {
+    /// No file that a base names holds what it did.
+    changed,
+    /// One of them is not there, or cannot be read: it may hold it another time, as when a device is connected again.
+    unreachable,
+    cancelled,
+};
+
+/// That of the last base whose bytes its file holds, or a backup of it does. Reads the files that may hold them.
+std::expected<RecoveryStart, NoRecoveryStart> findRecoveryStart(const JournalSummary& summary,
+                                                                std::span<const FileBackup> backups,
+                                                                const std::stop_token& stop,
+                                                                SystemCalls& calls = SystemCalls::real());
 
 /// Whether the backup is of that file, by whatever path.
 bool isBackupOf(const FileBackup& backup, const std::string& path);

@@ -6,7 +6,8 @@ namespace quelm {
 
 class JSONTextView;
 
-/// What is selected in a text editor and which part of the text it shows, in terms that mean something in another text too.
+/// What is selected in a text editor and which part of the text it shows, in terms that mean something in another text
+/// too.
 struct TextViewState {
     /// From 0; the column in UTF-16 units.
     struct Place {

@@ -21,7 +21,8 @@ TreeViewState TreeViewState::of(TreeView& view) {
     const TreeEditor& editor = view.editor();
     require(editor.hasCurrentRows(), "what a tree view shows is asked for when it has rows");
     std::vector<NodeID> visible = view.visibleNodes();
-    const auto area = visible.empty() ? std::nullopt : view.rowArea(editor.outline().index(visible.front()).value_or(0));
+    const auto area =
+        visible.empty() ? std::nullopt : view.rowArea(editor.outline().index(visible.front()).value_or(0));
     return {.tree = *editor.tree(),
             .outline = editor.outline(),
             .selection = editor.selection(),
@@ -44,10 +45,11 @@ std::optional<CarriedTreeViewState> TreeViewState::carriedOverTo(const JSONTree&
                                                                  const std::stop_token& stop) const {
     try {
         const TreeCounterparts counterparts(tree, other);
-        CarriedTreeViewState carried{.rows = {.outline = counterparts.outline(outline, stop), .selection = other.root()},
-                                     .anchor = std::nullopt,
-                                     .verticalPosition = verticalPosition,
-                                     .horizontalPosition = horizontalPosition};
+        CarriedTreeViewState carried{
+            .rows = {.outline = counterparts.outline(outline, stop), .selection = other.root()},
+            .anchor = std::nullopt,
+            .verticalPosition = verticalPosition,
+            .horizontalPosition = horizontalPosition};
         if (stop.stop_requested())
             return std::nullopt;
         // A row that has gone, or is hidden now, cannot be selected: the nearest above it is.

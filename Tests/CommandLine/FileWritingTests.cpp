@@ -126,6 +126,38 @@ TEST(FileWriting, WritesToAFileWithoutNameThroughItsDescriptor) {
     ::close(descriptor);
 }
 
+TEST(FileWriting, LeavesNothingOfALongerFileWithoutName) {
+    const TemporaryFolder folder;
+    const int descriptor = ::open(folder.write("a", "something longer").c_str(), O_RDWR);
+    ASSERT_EQ(::unlink(folder.path("a").c_str()), 0);
+    EXPECT_TRUE(writeFile("/proc/self/fd/" + std::to_string(descriptor), "new"));
+    EXPECT_EQ(statusOf("/proc/self/fd/" + std::to_string(descriptor)).st_size, 3);
+    ::close(descriptor);
+}
+
+TEST(FileWriting, DoesNotWriteThroughToAFileThatHasOtherNames) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a", "old");
+    std::filesystem::create_hard_link(path, folder.path("b"));
+    const int descriptor = ::open(path.c_str(), O_RDWR);
+    ASSERT_EQ(::unlink(path.c_str()), 0);
+    EXPECT_EQ(reasonOfFailure("/proc/self/fd/" + std::to_string(descriptor)), "está en uso");
+    EXPECT_EQ(folder.read("b"), "old");
+    ::close(descriptor);
+}
+
+TEST(FileWriting, LeavesAFileThatSomebodyElseWritesMeanwhile) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("a", "old");
+    const auto written = writeFile(path, [&](const WritePiece& write) {
+        folder.write("a", "theirs");
+        return write("new");
+    });
+    ASSERT_FALSE(written);
+    EXPECT_EQ(written.error().description(), "está en uso");
+    EXPECT_EQ(folder.read("a"), "theirs");
+}
+
 TEST(FileWriting, TellsWhyAFileCannotBeWritten) {
     const TemporaryFolder folder;
     const std::string file = folder.write("a", "old");

@@ -113,6 +113,15 @@ TEST(FileLoading, AFileThatIsTooLargeIsRefusedUnread) {
         EXPECT_NE(call.kind, "read");
 }
 
+TEST(FileLoading, AFileIsLoadedOnlyIfItsTreeHasRoomBesideIt) {
+    constexpr std::int64_t gigabyte = std::int64_t{1} << 30;
+    EXPECT_EQ(largestLoadableSize(0), 0);
+    EXPECT_EQ(largestLoadableSize(6 * gigabyte), 2 * gigabyte);
+    EXPECT_EQ(largestLoadableSize(100 * gigabyte), longestText);
+    // What is taken meanwhile is not there for the next one.
+    EXPECT_LE(largestLoadableSize(), longestText);
+}
+
 TEST(FileLoading, AStoppedReadingIsCancelled) {
     const TemporaryFolder folder;
     std::stop_source source;

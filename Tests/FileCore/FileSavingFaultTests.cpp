@@ -46,6 +46,7 @@ std::expected<SavedFile, SaveFailure> saveWithFault(const SaveScenario& scenario
         later.add(*scenario.condition);
     EXPECT_TRUE(trial.save(later)) << log;
     EXPECT_TRUE(trial.isNew()) << log;
+    EXPECT_TRUE(trial.backupNames().empty()) << "what a failure left is worth nothing any more\n" << log;
     // A folder that takes no new files holds none that were left behind.
     if (!scenario.condition || scenario.condition->kind != "open") {
         EXPECT_EQ(trial.names(), scenario.names) << log;

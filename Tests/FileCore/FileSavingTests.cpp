@@ -135,6 +135,58 @@ TEST_F(FileSavingTests, AttributesOfTheSystemThatMayNotBeSetAreLeftOutAndThoseOf
     EXPECT_EQ(folder.read("a"), "new");
 }
 
+constexpr const char* accessList = "system.posix_acl_access";
+
+/// A list by which the owner and the user 1234 may read and write, and the owner's group and others may not; the
+/// permissions of the file show the group what that user may.
+std::string listForAnotherUser() {
+    const auto entry = [](char tag, char rights, std::string_view id) {
+        return std::string{tag, 0, rights, 0} + std::string(id);
+    };
+    const std::string_view none = "\xff\xff\xff\xff";
+    return std::string("\x02\0\0\0", 4) + entry(0x01, 6, none) + entry(0x02, 6, std::string_view("\xd2\x04\0\0", 4)) +
+           entry(0x04, 0, none) + entry(0x10, 6, none) + entry(0x20, 0, none);
+}
+
+std::string listOf(const std::string& path) {
+    std::string list(1000, ' ');
+    const ssize_t length = ::getxattr(path.c_str(), accessList, list.data(), list.size());
+    list.resize(length > 0 ? static_cast<std::size_t>(length) : 0);
+    return list;
+}
+
+TEST_F(FileSavingTests, AListOfAccessRightsIsKeptOrItsRightsAreGone) {
+    const std::string path = folder.write("a", "old");
+    const std::string list = listForAnotherUser();
+    ASSERT_EQ(::setxattr(path.c_str(), accessList, list.data(), list.size(), 0), 0) << "the file system has lists";
+    ASSERT_EQ(statusOf(path).st_mode & 0777, 0660u);
+    const auto saved = save(path);
+    ASSERT_TRUE(saved);
+    EXPECT_TRUE(saved->isComplete);
+    EXPECT_EQ(listOf(path), list);
+    EXPECT_EQ(statusOf(path).st_mode & 0777, 0660u);
+
+    FaultySystemCalls forbidden(Fault::failing(EPERM).from("setAttribute", 0));
+    SaveOptions watched = options();
+    watched.calls = &forbidden;
+    const auto without = saveFile(path, produce("newer"), watched);
+    ASSERT_TRUE(without);
+    EXPECT_FALSE(without->isComplete);
+    EXPECT_EQ(statusOf(path).st_mode & 0777, 0600u);
+}
+
+TEST_F(FileSavingTests, AListThatTheFolderGivesNewFilesDoesNotComeToAnOldOne) {
+    const std::string path = folder.write("a", "old");
+    ASSERT_EQ(::chmod(path.c_str(), 0640), 0);
+    const std::string list = listForAnotherUser();
+    ASSERT_EQ(::setxattr(folder.path().c_str(), "system.posix_acl_default", list.data(), list.size(), 0), 0);
+    const auto saved = save(path);
+    ASSERT_TRUE(saved);
+    EXPECT_TRUE(saved->isComplete);
+    EXPECT_EQ(listOf(path), "");
+    EXPECT_EQ(statusOf(path).st_mode & 0777, 0640u);
+}
+
 TEST_F(FileSavingTests, ANewFileHasTheUsersPermissions) {
     const mode_t before = ::umask(027);
     EXPECT_TRUE(save(folder.path("a")));

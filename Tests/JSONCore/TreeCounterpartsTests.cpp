@@ -149,7 +149,9 @@ std::string randomObject(std::mt19937& random, int depth) {
         text += static_cast<char>('a' + random() % 3);
         text += "\":";
         const auto kind = depth == 0 ? 0 : random() % 3;
-        text += kind == 0 ? "1" : kind == 1 ? randomObject(random, depth - 1) : "[" + randomObject(random, depth - 1) + ",[]]";
+        text += kind == 0   ? "1"
+                : kind == 1 ? randomObject(random, depth - 1)
+                            : "[" + randomObject(random, depth - 1) + ",[]]";
     }
     return text + "}";
 }

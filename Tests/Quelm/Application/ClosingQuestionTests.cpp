@@ -48,6 +48,19 @@ TEST_F(ClosingQuestionTests, AWindowWithChangesStaysAndAsks) {
     EXPECT_EQ(TemporaryFolder::contents(path), "[1");
 }
 
+TEST_F(ClosingQuestionTests, ClosingTheQuestionCancelsAndForgetsTheQuitting) {
+    openAndType();
+    controller.quit();
+    ASSERT_NE(question(), nullptr);
+    question()->close();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return question() == nullptr; }));
+    controller.save(*window);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return controller.isInHand(*window) == false; }));
+    EXPECT_FALSE(window->document().isModified());
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(window && window->isVisible()) << "saving is no longer part of quitting";
+}
+
 TEST_F(ClosingQuestionTests, SavingSavesAndCloses) {
     openAndType();
     window->close();

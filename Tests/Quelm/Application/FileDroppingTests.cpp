@@ -32,7 +32,8 @@ protected:
         return &data;
     }
     /// Drags the data into the widget and lets it go there, as the application passes that on. Whether it was taken.
-    static bool drop(QWidget& widget, const QMimeData& data, Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction) {
+    static bool drop(QWidget& widget, const QMimeData& data,
+                     Qt::DropActions actions = Qt::CopyAction | Qt::MoveAction) {
         QDragEnterEvent enter(QPoint(2, 2), actions, &data, Qt::LeftButton, Qt::NoModifier);
         enter.setAccepted(false);
         QApplication::sendEvent(&widget, &enter);

@@ -1,3 +1,4 @@
+#include "Quelm/Application/FileExpectation.h"
 #include "Quelm/Application/FileFollower.h"
 #include "Quelm/Application/OutsideChanges.h"
 #include "Quelm/Documents/DocumentLoading.h"
@@ -6,6 +7,7 @@
 #include "Tests/Quelm/Support/TemporaryPreferences.h"
 #include "Tests/Quelm/Support/TestDocuments.h"
 
+#include <QAbstractButton>
 #include <QFile>
 #include <QMessageBox>
 #include <QTest>
@@ -61,9 +63,8 @@ protected:
     FakeClock clock;
     bool isHeld = false;
     int savesAs = 0;
-    OutsideChanges changes{{.isHeld = [this](EditorView&) { return isHeld; },
-                            .saveAs = [this](EditorView&) { ++savesAs; }},
-                           clock};
+    OutsideChanges changes{
+        {.isHeld = [this](EditorView&) { return isHeld; }, .saveAs = [this](EditorView&) { ++savesAs; }}, clock};
     std::shared_ptr<JSONDocument> document =
         std::make_shared<JSONDocument>(std::make_shared<DocumentConfiguration>(path));
     std::unique_ptr<EditorView> window;
@@ -147,6 +148,23 @@ TEST_F(FileFollowerTests, NothingHappensWhileTheOwnerHasTheDocumentInHand) {
     EXPECT_TRUE(QTest::qWaitFor([&] { return content() == "[1,2]"; }));
 }
 
+TEST_F(FileFollowerTests, AChangeWhileTheFileIsOpenedIsSeenAfterwards) {
+    auto loaded = loadDocument(path);
+    const auto opened = std::make_shared<JSONDocument>(std::make_shared<DocumentConfiguration>(path));
+    EditorView opening(opened);
+    changes.add(opening);
+    write("[1,2]");
+    changes.follower(opening).check();
+    EXPECT_FALSE(changes.follower(opening).isAtWork());
+    opened->configuration().setFileState(loaded->state);
+    opened->apply(std::move(loaded->content));
+    opening.showDocument();
+    changes.follower(opening).resume();
+    EXPECT_TRUE(QTest::qWaitFor([&] {
+        return std::string(JSONDocument::fileContents(opened->snapshot()).view()) == "[1,2]";
+    }));
+}
+
 TEST_F(FileFollowerTests, AnOpenFieldIsWaitedFor) {
     TreeEditor& tree = window->treeEditor();
     tree.select(tree.tree()->children(tree.tree()->root()).front());
@@ -171,6 +189,25 @@ TEST_F(FileFollowerTests, AnotherQuestionIsWaitedFor) {
     delete other;
     clock.advance(FileFollower::retryDelay);
     EXPECT_TRUE(QTest::qWaitFor([&] { return box() != nullptr; }));
+}
+
+TEST_F(FileFollowerTests, AChangeWhileItIsAskedIsPartOfTheAnswer) {
+    edit();
+    write("[1,2]");
+    checkAndWait();
+    QMessageBox* asked = box();
+    ASSERT_NE(asked, nullptr);
+    write("[1,2,3]");
+    checkAndWait();
+    EXPECT_EQ(box(), asked);
+    EXPECT_TRUE(follower().expectation(path)->isChanged());
+    for (QAbstractButton* button : asked->buttons())
+        if (button->text() == QStringLiteral("Conservar lo mío"))
+            QTest::mouseClick(button, Qt::LeftButton);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !box(); }));
+    EXPECT_FALSE(follower().expectation(path)->isChanged()) << "the user has agreed to it";
+    write("[1,2,3,4]");
+    EXPECT_TRUE(follower().expectation(path)->isChanged());
 }
 
 TEST_F(FileFollowerTests, ADocumentWithoutAFileIsLeftAlone) {

@@ -1,7 +1,6 @@
 #include "Quelm/Application/InstanceRequest.h"
 
 #include <gtest/gtest.h>
-
 #include <optional>
 #include <random>
 #include <string>
@@ -27,8 +26,8 @@ TEST(InstanceRequestTests, WhatIsSentIsWhatArrives) {
 
 TEST(InstanceRequestTests, WhatIsNoAbsolutePathInUTF8IsNotSent) {
     const std::string zero("/a\0b", 4);
-    for (const std::string& path : {std::string(), std::string("a.json"), zero, std::string("/\xff"),
-                                    std::string("/") + std::string(4096, 'a')})
+    for (const std::string& path :
+         {std::string(), std::string("a.json"), zero, std::string("/\xff"), std::string("/") + std::string(4096, 'a')})
         EXPECT_FALSE(InstanceRequest{{path}}.encoded()) << path;
     EXPECT_FALSE((InstanceRequest{std::vector<std::string>(300, "/" + std::string(4000, 'a'))}.encoded()));
 }

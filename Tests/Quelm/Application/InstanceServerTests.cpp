@@ -6,9 +6,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <gtest/gtest.h>
-
 #include <atomic>
+#include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <thread>
@@ -103,9 +102,9 @@ TEST_F(InstanceServerTests, TheSocketOfAProgramThatWasKilledIsTakenOver) {
     // Its file stays, and its lock goes.
     const FileDescriptor dead(::socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0));
     const InstanceAddress where = address();
-    ASSERT_EQ(::bind(dead.number(), reinterpret_cast<const sockaddr*>(&where.socketAddress()),
-                     sizeof where.socketAddress()),
-              0);
+    ASSERT_EQ(
+        ::bind(dead.number(), reinterpret_cast<const sockaddr*>(&where.socketAddress()), sizeof where.socketAddress()),
+        0);
     const auto server = serve();
     EXPECT_TRUE(claimElsewhere({{"/a.json"}}).isHandedOver);
 }

@@ -1,4 +1,5 @@
 #include "Quelm/Application/DocumentController.h"
+#include "Quelm/Application/RecentFiles.h"
 #include "Quelm/EditorWindow/OpeningPage.h"
 #include "Tests/Quelm/EditorWindow/EditorViewTest.h"
 
@@ -89,6 +90,31 @@ TEST_F(OpeningTests, AnEmptyNameAndOneWithControlCharactersAreToldInWords) {
     EXPECT_EQ(alert()->text(), QStringLiteral("No se pudo abrir «a⏎b.json»."));
     alert()->close();
     EXPECT_TRUE(controller.hasOnlyFailed());
+}
+
+TEST_F(OpeningTests, OfSeveralFilesEachComesInATurnOfItsOwn) {
+    controller.open(QStringList{folder.write(QStringLiteral("a.json"), "[1]"),
+                                folder.write(QStringLiteral("b.json"), "[2]"),
+                                folder.write(QStringLiteral("c.json"), "[3]")});
+    EXPECT_EQ(controller.windows().size(), 1u);
+    ASSERT_TRUE(waitForWindows(3));
+    EXPECT_EQ(window(2).document().configuration().displayName(), QStringLiteral("c.json"));
+}
+
+TEST_F(OpeningTests, OnlyAFileThatIsGoneIsForgotten) {
+    const QString path = folder.write(QStringLiteral("a.json"), "[1]");
+    RecentFiles::note(path);
+    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QDir().mkpath(path));
+    controller.open(path);
+    ASSERT_TRUE(QTest::qWaitFor([] { return alert() != nullptr; }));
+    alert()->close();
+    EXPECT_EQ(RecentFiles::paths(), QStringList{path});
+    ASSERT_TRUE(QDir().rmdir(path));
+    controller.open(path);
+    ASSERT_TRUE(QTest::qWaitFor([] { return alert() != nullptr; }));
+    alert()->close();
+    EXPECT_EQ(RecentFiles::paths(), QStringList());
 }
 
 TEST_F(OpeningTests, FilesOfTheSameNameHaveTheirFoldersInTheirTitles) {

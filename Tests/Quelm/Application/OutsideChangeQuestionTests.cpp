@@ -38,9 +38,10 @@ protected:
 
 TEST_F(OutsideChangeQuestionTests, AnEditedDocumentIsAskedAboutAndStays) {
     openAndAsk();
-    EXPECT_EQ(box()->informativeText(),
-              QStringLiteral("Otro programa lo ha modificado y aquí hay cambios sin guardar. Si recargas el archivo, los "
-                             "perderás. Si los conservas, el archivo se queda como está hasta que guardes."));
+    EXPECT_EQ(
+        box()->informativeText(),
+        QStringLiteral("Otro programa lo ha modificado y aquí hay cambios sin guardar. Si recargas el archivo, los "
+                       "perderás. Si los conservas, el archivo se queda como está hasta que guardes."));
     EXPECT_EQ(box()->windowModality(), Qt::WindowModal);
     EXPECT_EQ(content(), "[2]");
     EXPECT_EQ(fileContents(), "[7]");
@@ -65,19 +66,62 @@ TEST_F(OutsideChangeQuestionTests, RecargarOfAFileThatIsGoneLosesNothing) {
     EXPECT_FALSE(tree().isReadOnly());
 }
 
-TEST_F(OutsideChangeQuestionTests, ConservarIsWhatReturnAndEscapeAnswer) {
-    for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Escape}) {
+TEST_F(OutsideChangeQuestionTests, ConservarAgreesToSavingOverTheChange) {
+    openAndAsk();
+    answer("Conservar lo mío");
+    ASSERT_TRUE(waitForNoBox());
+    settle();
+    EXPECT_EQ(box(), nullptr) << "it is asked once";
+    EXPECT_EQ(content(), "[2]");
+    EXPECT_EQ(fileContents(), "[7]");
+    controller.save(*window);
+    EXPECT_TRUE(isSaved());
+    EXPECT_EQ(fileContents(), "[2]");
+    EXPECT_EQ(box(), nullptr);
+}
+
+/// What a key does that the user meant for the document, or the wish to be rid of a box.
+using Leaving = void (*)(QMessageBox&);
+constexpr Leaving leavings[] = {[](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Return); },
+                                [](QMessageBox& box) { QTest::keyClick(box.focusWidget(), Qt::Key_Space); },
+                                [](QMessageBox& box) { QTest::keyClick(&box, Qt::Key_Escape); },
+                                [](QMessageBox& box) { box.close(); }};
+
+TEST_F(OutsideChangeQuestionTests, AQuestionThatIsOnlyLeftIsAskedAgainBeforeSaving) {
+    for (const Leaving leave : leavings) {
         openAndAsk();
-        QTest::keyClick(box(), key);
+        leave(*box());
         ASSERT_TRUE(waitForNoBox());
         settle();
         EXPECT_EQ(box(), nullptr) << "it is asked once";
-        EXPECT_EQ(content(), "[2]");
-        EXPECT_EQ(fileContents(), "[7]");
         controller.save(*window);
+        ASSERT_TRUE(waitForBox(changedText));
+        EXPECT_EQ(fileContents(), "[7]");
+        answer("Conservar lo mío");
         EXPECT_TRUE(isSaved());
-        EXPECT_EQ(fileContents(), "[2]") << "the user has agreed to it";
-        EXPECT_EQ(box(), nullptr);
+        EXPECT_EQ(fileContents(), "[2]");
+        window->close();
+        ASSERT_TRUE(QTest::qWaitFor([this] { return !window; }));
+    }
+}
+
+TEST_F(OutsideChangeQuestionTests, LeavingTheQuestionBeforeSavingSavesNothing) {
+    for (const Leaving leave : leavings) {
+        openAndEdit();
+        changeUnnoticed("[1,7]");
+        window->close();
+        answer("Guardar");
+        ASSERT_TRUE(waitForBox(changedText));
+        leave(*box());
+        ASSERT_TRUE(waitForNoBox());
+        settle();
+        EXPECT_EQ(fileContents(), "[1,7]");
+        ASSERT_TRUE(window) << "it was about to close";
+        EXPECT_TRUE(isEdited());
+        controller.save(*window);
+        EXPECT_TRUE(waitForBox(changedText)) << "nothing was agreed to";
+        answer("Conservar lo mío");
+        EXPECT_TRUE(isSaved());
         window->close();
         ASSERT_TRUE(QTest::qWaitFor([this] { return !window; }));
     }
@@ -101,19 +145,6 @@ TEST_F(OutsideChangeQuestionTests, AnotherChangeIsAskedAboutAgain) {
     ASSERT_TRUE(waitForBox(changedText));
     answer("Recargar");
     EXPECT_TRUE(waitForContent("[8]"));
-}
-
-TEST_F(OutsideChangeQuestionTests, AChangeWhileItIsAskedIsPartOfTheAnswer) {
-    openAndAsk();
-    const QPointer<QMessageBox> asked = box();
-    replace("[8]");
-    settle();
-    EXPECT_EQ(box(), asked);
-    answer("Conservar lo mío");
-    ASSERT_TRUE(waitForNoBox());
-    controller.save(*window);
-    EXPECT_TRUE(isSaved());
-    EXPECT_EQ(fileContents(), "[2]");
 }
 
 TEST_F(OutsideChangeQuestionTests, AFileThatIsAgainWhatItWasIsNotAskedAbout) {
@@ -140,6 +171,37 @@ TEST_F(OutsideChangeQuestionTests, GuardarComoAsksWhere) {
     EXPECT_EQ(fileContents(), "[7]");
     settle();
     EXPECT_EQ(box(), nullptr);
+    controller.save(*window);
+    EXPECT_TRUE(waitForBox(changedText)) << "another file was to be written, and was not";
+    EXPECT_EQ(fileContents(), "[7]");
+    answer("Cancelar");
+}
+
+TEST_F(OutsideChangeQuestionTests, SavingUnderAnotherNameOfTheFileAsksToo) {
+    openAndEdit();
+    const QString link = folder.path(QStringLiteral("enlace.json"));
+    ASSERT_TRUE(QFile::link(path, link));
+    changeUnnoticed("[1,7]");
+    controller.saveAs(*window);
+    auto* dialog = window->findChild<QFileDialog*>();
+    ASSERT_NE(dialog, nullptr);
+    Q_EMIT dialog->fileSelected(link);
+    dialog->hide();
+    EXPECT_TRUE(waitForBox(changedText));
+    EXPECT_EQ(fileContents(), "[1,7]");
+    answer("Cancelar");
+}
+
+TEST_F(OutsideChangeQuestionTests, RecargarSettlesTheQuestionAboutClosing) {
+    openAndAsk();
+    window->close();
+    ASSERT_TRUE(QTest::qWaitFor([this] { return window->findChildren<QMessageBox*>().size() == 2; }));
+    for (QMessageBox* each : window->findChildren<QMessageBox*>())
+        for (QAbstractButton* button : each->buttons())
+            if (button->text() == QStringLiteral("Recargar"))
+                button->click();
+    EXPECT_TRUE(QTest::qWaitFor([this] { return !window; })) << "nothing is left to ask about";
+    EXPECT_EQ(fileContents(), "[7]");
 }
 
 TEST_F(OutsideChangeQuestionTests, SavingOverAChangeThatWasNotNoticedAsksFirst) {

@@ -116,7 +116,8 @@ TEST_F(OutsideChangesTests, AFileThatCannotBeReadAnyMoreIsToldOnce) {
     open("[1]");
     replace("\"a\xf1o\"");
     ASSERT_TRUE(waitForBox("\"datos.json\" ha cambiado en el disco y no se puede leer."));
-    EXPECT_TRUE(box()->informativeText().startsWith(QStringLiteral("Línea 1, columna 1: El archivo no está codificado")))
+    EXPECT_TRUE(
+        box()->informativeText().startsWith(QStringLiteral("Línea 1, columna 1: El archivo no está codificado")))
         << box()->informativeText().toStdString();
     EXPECT_EQ(content(), "[1]");
     EXPECT_TRUE(isEdited()) << "no file holds it any more";

@@ -1,9 +1,13 @@
 #include "Quelm/Application/QuelmApp.h"
+#include "Quelm/Application/InstanceClient.h"
+#include "Quelm/Recovery/RecoveryFolder.h"
 #include "Tests/Quelm/Support/Printing.h"
 #include "Tests/Quelm/Support/TemporaryPreferences.h"
 #include "Tests/Quelm/Support/TestDocuments.h"
 
+#include <QAbstractButton>
 #include <QApplication>
+#include <QDir>
 #include <QImage>
 #include <QMessageBox>
 #include <QProcess>
@@ -11,6 +15,8 @@
 #include <QTest>
 #include <QTimer>
 
+#include <chrono>
+#include <csignal>
 #include <functional>
 #include <gtest/gtest.h>
 
@@ -168,6 +174,53 @@ TEST_F(QuelmAppEndTests, AWindowThatHasOpenedMeanwhileKeepsItGoing) {
         documents.newDocument();
     });
     EXPECT_EQ(status, goesOn);
+}
+
+TEST_F(QuelmAppEndTests, FromItsEndOnOtherProgramsDoForThemselvesWhatTheyWant) {
+    const auto address = InstanceAddress::own();
+    ASSERT_TRUE(address);
+    quelm.answerOthers(*InstanceSocket::claim(*address));
+    quelm.documents().newDocument();
+    EXPECT_EQ(statusAfter([this] { closeFirst(); }), 0);
+    const InstanceClaim claim = claimInstance(*address, {{"/a.json"}}, std::chrono::seconds(60));
+    EXPECT_FALSE(claim.isHandedOver);
+    EXPECT_TRUE(claim.socket) << "nobody answers there";
+}
+
+TEST_F(QuelmAppEndTests, FromASignalOnOtherProgramsDoForThemselvesWhatTheyWant) {
+    const auto address = InstanceAddress::own();
+    ASSERT_TRUE(address);
+    quelm.answerOthers(*InstanceSocket::claim(*address));
+    quelm.followSystem();
+    quelm.documents().newDocument();
+    QTimer::singleShot(0, [] { std::raise(SIGTERM); });
+    EXPECT_EQ(QApplication::exec(), 128 + SIGTERM);
+    EXPECT_TRUE(claimInstance(*address, {{"/a.json"}}, std::chrono::seconds(60)).socket);
+}
+
+TEST_F(QuelmAppEndTests, WhatIsBeingRecoveredIsWaitedFor) {
+    QDir(recoveryFolder()).removeRecursively();
+    {
+        DocumentController crashed([](EditorView&) {});
+        crashed.keepJournals(recoveryFolder());
+        crashed.newDocument();
+        crashed.windows().front()->treeEditor().insert(true);
+        crashed.windows().front()->finishEditing();
+    }
+    quelm.documents().newDocument();
+    quelm.recoverWork();
+    const auto question = [this] { return quelm.documents().windows().front()->findChild<QMessageBox*>(); };
+    ASSERT_TRUE(QTest::qWaitFor([&] { return question() && question()->isVisible(); }));
+    const int status = statusAfter([&] {
+        for (QAbstractButton* button : question()->buttons())
+            if (button->text() == QStringLiteral("Recuperar"))
+                button->click();
+        // At once, before anything can have been recovered.
+        closeFirst();
+    });
+    EXPECT_EQ(status, goesOn);
+    ASSERT_TRUE(QTest::qWaitFor([this] { return quelm.documents().windows().size() == 1; }));
+    EXPECT_TRUE(quelm.documents().windows().front()->document().isModified());
 }
 
 TEST_F(QuelmAppEndTests, ItEndsWithAnErrorWhenNothingCouldBeOpened) {

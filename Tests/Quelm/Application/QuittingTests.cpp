@@ -130,8 +130,8 @@ TEST_F(QuittingTests, SeveralAreAskedAboutTogetherByName) {
     for (const QAbstractButton* button : box->buttons())
         titles += button->text();
     titles.sort();
-    EXPECT_EQ(titles, (QStringList{QStringLiteral("Cancelar"), QStringLiteral("Guardar todo"),
-                                   QStringLiteral("No guardar")}));
+    EXPECT_EQ(titles,
+              (QStringList{QStringLiteral("Cancelar"), QStringLiteral("Guardar todo"), QStringLiteral("No guardar")}));
     EXPECT_EQ(box->defaultButton()->text(), QStringLiteral("Guardar todo"));
     controller.quit();
     EXPECT_EQ(boxes().size(), 1);
@@ -211,6 +211,24 @@ TEST_F(QuittingTests, AFileThatCannotBeSavedLeavesEverythingOpen) {
     box->close();
 }
 
+TEST_F(QuittingTests, AConflictWithAnotherProgramHoldsTheQuittingUpOnly) {
+    openChanged({a, b});
+    openUnchanged(c);
+    controller.quit();
+    ASSERT_NE(waitForBox(), nullptr);
+    folder.write(a, "[1,7]");
+    answer(QStringLiteral("Guardar todo"));
+    ASSERT_TRUE(QTest::qWaitFor([this] {
+        return boxes().size() == 1 && boxes().front()->text().contains(QStringLiteral("ha cambiado en el disco")) &&
+               saved(b) == "x[1";
+    }));
+    EXPECT_EQ(saved(a), "[1,7]");
+    answer(QStringLiteral("Conservar lo mío"));
+    EXPECT_TRUE(allClose());
+    EXPECT_EQ(saved(a), "x[1");
+    EXPECT_EQ(Session::take(), (QStringList{path(a), path(b), path(c)}));
+}
+
 TEST_F(QuittingTests, NotSavingEndsAndLeavesTheFiles) {
     openChanged({a, b});
     controller.quit();
@@ -237,9 +255,8 @@ TEST_F(QuittingTests, TheQuestionTakesThePlaceOfThatAboutAWindow) {
     window(0).close();
     ASSERT_NE(waitForBox(), nullptr);
     controller.quit();
-    ASSERT_TRUE(QTest::qWaitFor([this] {
-        return boxes().size() == 1 && boxes().front()->text().startsWith(QStringLiteral("Hay cambios"));
-    }));
+    ASSERT_TRUE(QTest::qWaitFor(
+        [this] { return boxes().size() == 1 && boxes().front()->text().startsWith(QStringLiteral("Hay cambios")); }));
     answer(QStringLiteral("No guardar"));
     EXPECT_TRUE(allClose());
 }

@@ -3,6 +3,7 @@
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
 #include "Tests/Quelm/Application/ChangedDocumentTest.h"
+#include "Tests/Quelm/EditorWindow/EditorViewTest.h"
 #include "Tests/Quelm/Support/Printing.h"
 #include "Tests/Quelm/Support/TemporaryPreferences.h"
 #include "Tests/Quelm/Support/TestDocuments.h"
@@ -14,12 +15,8 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
-
-#ifdef Q_OS_UNIX
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-#endif
+#include <optional>
+#include <string_view>
 
 // Giving the changes of a document up for what its file holds.
 
@@ -102,26 +99,23 @@ TEST_F(RevertingTests, LosesNothingWhenTheFileCannotBeRead) {
     EXPECT_FALSE(view().isReadOnly());
 }
 
-#ifdef Q_OS_UNIX
-
-/// The file is read from a pipe into which the test writes when it wants to.
+/// The file is read when the test lets it be.
 class SlowRevertingTests : public RevertingTests {
 protected:
     void startReverting() {
         openAndType();
-        ASSERT_TRUE(QFile::remove(path));
-        ASSERT_EQ(mkfifo(qUtf8Printable(path), 0600), 0);
+        blocked.emplace();
         controller.revert(*window);
         answer("Descartar");
         ASSERT_TRUE(QTest::qWaitFor([this] { return !box(); }));
     }
     void letItBeRead(std::string_view bytes) {
-        const int writer = ::open(qUtf8Printable(path), O_WRONLY);
-        if (!bytes.empty()) {
-            ASSERT_EQ(::write(writer, bytes.data(), bytes.size()), static_cast<ssize_t>(bytes.size()));
-        }
-        ::close(writer);
+        folder.write(QStringLiteral("notas.json"), bytes);
+        blocked.reset();
     }
+
+private:
+    std::optional<BlockedThreads> blocked;
 };
 
 TEST_F(SlowRevertingTests, MeanwhileTheDocumentIsNotEditedNorSaved) {
@@ -153,8 +147,6 @@ TEST_F(SlowRevertingTests, AQuestionAboutChangesThatAreGoneIsSettled) {
     letItBeRead("[3,");
     EXPECT_TRUE(QTest::qWaitFor([this] { return !window; }));
 }
-
-#endif
 
 } // namespace
 } // namespace quelm

@@ -1,5 +1,5 @@
-#include "Quelm/Application/Session.h"
 #include "Quelm/Application/DocumentController.h"
+#include "Quelm/Application/Session.h"
 #include "Quelm/Application/WindowPlaces.h"
 #include "Tests/Quelm/Support/Printing.h"
 #include "Tests/Quelm/Support/TemporaryPreferences.h"
@@ -100,6 +100,25 @@ TEST_F(SessionTests, AProgramThatIsEndedRemembersItsFilesButForThoseWithChanges)
     ASSERT_TRUE(controller.windows().front()->document().isModified());
     controller.rememberSession();
     EXPECT_EQ(Session::take(), QStringList{b});
+}
+
+TEST_F(SessionTests, QuittingWhileFilesReturnKeepsTheRestForTheNextTime) {
+    controller.reopen({a, b});
+    ASSERT_EQ(controller.windows().size(), 1u) << "the second one comes in its own turn";
+    quit();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(controller.isIdle());
+    EXPECT_EQ(Session::take(), (QStringList{a, b}));
+}
+
+TEST_F(SessionTests, WhatIsTypedIntoAFieldIsPartOfADocumentThatIsEnded) {
+    controller.open(a);
+    ASSERT_TRUE(waitForWindows(1));
+    TreeEditor& tree = controller.windows().front()->treeEditor();
+    tree.insert(true);
+    ASSERT_TRUE(tree.editing().has_value());
+    controller.rememberSession();
+    EXPECT_FALSE(tree.editing().has_value());
 }
 
 TEST_F(SessionTests, AWindowReturnsToItsPlaceAndSize) {

@@ -1,6 +1,7 @@
 #include "Quelm/Application/WorkRecovery.h"
 
 #include "Quelm/Application/DocumentController.h"
+#include "Quelm/Foundation/BackgroundThreads.h"
 #include "Quelm/TextEditor/JSONTextView.h"
 #include "Quelm/TextEngine/TextView.h"
 #include "Tests/Quelm/Support/Printing.h"
@@ -13,6 +14,7 @@
 #include <QFile>
 #include <QMessageBox>
 #include <QTest>
+#include <QThreadPool>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -57,7 +59,7 @@ protected:
     }
 
     /// Looks for what is left behind until the question about it, or an alert, is there; null when there is nothing.
-    QMessageBox* recover() {
+    QMessageBox* askedToRecover() {
         run->recovery.start();
         QMessageBox* box = nullptr;
         EXPECT_TRUE(QTest::qWaitFor([&] {
@@ -98,7 +100,7 @@ protected:
 
 TEST_F(WorkRecoveryTests, NothingIsAskedWhenNothingWasLeftBehind) {
     begin();
-    EXPECT_EQ(recover(), nullptr);
+    EXPECT_EQ(askedToRecover(), nullptr);
     EXPECT_TRUE(run->controller.windows().empty());
 }
 
@@ -109,7 +111,7 @@ TEST_F(WorkRecoveryTests, UnsavedChangesComeBackAsAnEditedDocumentAndTheFileStay
     crash();
 
     begin();
-    QMessageBox* question = recover();
+    QMessageBox* question = askedToRecover();
     ASSERT_NE(question, nullptr);
     EXPECT_EQ(question->text(), QStringLiteral("Quelm se cerró inesperadamente. ¿Quieres recuperar los cambios sin "
                                                "guardar de \"a.json\"?"));
@@ -128,18 +130,32 @@ TEST_F(WorkRecoveryTests, UnsavedChangesComeBackAsAnEditedDocumentAndTheFileStay
     ASSERT_TRUE(QTest::qWaitFor([&] { return journals().isEmpty(); }));
 }
 
+TEST_F(WorkRecoveryTests, AnEmptyWindowWithSomethingToTellStays) {
+    begin();
+    type(openNew(), QStringLiteral("x"));
+    crash();
+    begin();
+    QMessageBox* question = askedToRecover();
+    ASSERT_NE(question, nullptr);
+    run->controller.tell(run->controller.windows().front(), QStringLiteral("Aviso"), QString());
+    answer(question, QStringLiteral("Recuperar"));
+    ASSERT_EQ(run->controller.windows().size(), 2u);
+    ASSERT_NE(shownBox(), nullptr);
+    EXPECT_EQ(shownBox()->text(), QStringLiteral("Aviso"));
+}
+
 TEST_F(WorkRecoveryTests, WhatIsRecoveredAndEditedComesBackAgain) {
     const QString path = folder.write(QStringLiteral("a.json"), "[1]");
     begin();
     type(open(path), QStringLiteral("x"));
     crash();
     begin();
-    answer(recover(), QStringLiteral("Recuperar"));
+    answer(askedToRecover(), QStringLiteral("Recuperar"));
     ASSERT_TRUE(QTest::qWaitFor([&] { return run->controller.windows().size() == 1; }));
     type(*run->controller.windows().front(), QStringLiteral("y"));
     crash();
     begin();
-    answer(recover(), QStringLiteral("Recuperar"));
+    answer(askedToRecover(), QStringLiteral("Recuperar"));
     ASSERT_TRUE(QTest::qWaitFor([&] { return run->controller.windows().size() == 1; }));
     EXPECT_EQ(textOf(*run->controller.windows().front()), "yx[1]");
 }
@@ -151,7 +167,7 @@ TEST_F(WorkRecoveryTests, ADocumentWithoutAFileComesBack) {
     const std::string text = textOf(window);
     crash();
     begin();
-    QMessageBox* question = recover();
+    QMessageBox* question = askedToRecover();
     ASSERT_NE(question, nullptr);
     EXPECT_THAT(question->text().toStdString(), HasSubstr("\"Sin título\""));
     answer(question, QStringLiteral("Recuperar"));
@@ -170,9 +186,32 @@ TEST_F(WorkRecoveryTests, TheWindowThatHasTheFileAlreadyTakesWhatIsRecovered) {
     crash();
     begin();
     EditorView& window = open(path);
-    answer(recover(), QStringLiteral("Recuperar"));
+    answer(askedToRecover(), QStringLiteral("Recuperar"));
     ASSERT_TRUE(QTest::qWaitFor([&] { return window.document().isModified(); }));
     EXPECT_EQ(run->controller.windows().size(), 1U);
+    EXPECT_EQ(textOf(window), "x[1]");
+}
+
+TEST_F(WorkRecoveryTests, AWindowThatIsStillOpeningTheFileTakesWhatIsRecovered) {
+    const QString path = folder.write(QStringLiteral("a.json"), "[1]");
+    begin();
+    type(open(path), QStringLiteral("x"));
+    crash();
+    begin();
+    std::vector<LeftBehind> leftBehind = findLeftBehind(recoveryFolder());
+    ASSERT_EQ(leftBehind.size(), 1U);
+    auto recovered = recover(std::move(leftBehind.front()));
+    ASSERT_TRUE(recovered);
+    run->controller.open(path);
+    ASSERT_TRUE(run->controller.windows().front()->isOpening());
+    EditorView& window = run->controller.openRecovered(*std::move(recovered));
+    EXPECT_EQ(run->controller.windows().size(), 1U);
+    EXPECT_FALSE(window.isOpening());
+    EXPECT_EQ(textOf(window), "x[1]");
+    EXPECT_EQ(window.document().configuration().fileLocation(), path);
+    // What was being read does not come after it.
+    backgroundThreads().waitForDone();
+    QCoreApplication::processEvents();
     EXPECT_EQ(textOf(window), "x[1]");
 }
 
@@ -182,7 +221,7 @@ TEST_F(WorkRecoveryTests, ChangesThatAreNotWantedAreGone) {
     type(open(path), QStringLiteral("x"));
     crash();
     begin();
-    answer(recover(), QStringLiteral("Descartar"));
+    answer(askedToRecover(), QStringLiteral("Descartar"));
     EXPECT_TRUE(journals().isEmpty());
     EXPECT_EQ(fileText(path), "[1]");
 }
@@ -193,11 +232,11 @@ TEST_F(WorkRecoveryTests, WhatIsLeftForLaterIsOfferedAtTheNextStart) {
     type(open(path), QStringLiteral("x"));
     crash();
     begin();
-    answer(recover(), QStringLiteral("Más tarde"));
+    answer(askedToRecover(), QStringLiteral("Más tarde"));
     EXPECT_EQ(journals().size(), 1);
     crash();
     begin();
-    EXPECT_NE(recover(), nullptr);
+    EXPECT_NE(askedToRecover(), nullptr);
 }
 
 TEST_F(WorkRecoveryTests, ChangesOfAFileThatIsAnotherNowAreKeptAsideAndThatIsSaid) {
@@ -207,7 +246,7 @@ TEST_F(WorkRecoveryTests, ChangesOfAFileThatIsAnotherNowAreKeptAsideAndThatIsSai
     crash();
     folder.write(QStringLiteral("a.json"), "[2]");
     begin();
-    QMessageBox* alert = recover();
+    QMessageBox* alert = askedToRecover();
     ASSERT_NE(alert, nullptr);
     EXPECT_THAT(alert->text().toStdString(), HasSubstr("no se pueden recuperar"));
     EXPECT_THAT(alert->informativeText().toStdString(), HasSubstr("«a.json»"));
@@ -215,6 +254,24 @@ TEST_F(WorkRecoveryTests, ChangesOfAFileThatIsAnotherNowAreKeptAsideAndThatIsSai
     EXPECT_TRUE(journals().isEmpty());
     EXPECT_EQ(QDir(recoveryFolder()).entryList(QDir::Files).size(), 1);
     EXPECT_EQ(fileText(path), "[2]");
+}
+
+TEST_F(WorkRecoveryTests, ChangesOfAFileThatChangedWhileTheyWereOpenComeBackWhole) {
+    const QString path = folder.write(QStringLiteral("a.json"), "[1]");
+    begin();
+    EditorView& window = open(path);
+    type(window, QStringLiteral("x"));
+    folder.write(QStringLiteral("a.json"), "[2, 3]");
+    ASSERT_TRUE(QTest::qWaitFor([] { return shownBox() != nullptr; }));
+    crash();
+    begin();
+    QMessageBox* question = askedToRecover();
+    ASSERT_NE(question, nullptr);
+    EXPECT_THAT(question->text().toStdString(), HasSubstr("¿Quieres recuperar"));
+    answer(question, QStringLiteral("Recuperar"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return run->controller.windows().size() == 1; }));
+    EXPECT_EQ(textOf(*run->controller.windows().front()), "x[1]");
+    EXPECT_EQ(fileText(path), "[2, 3]");
 }
 
 TEST_F(WorkRecoveryTests, AWindowThatIsClosedWithoutSavingLeavesNothing) {
@@ -230,7 +287,7 @@ TEST_F(WorkRecoveryTests, AWindowThatIsClosedWithoutSavingLeavesNothing) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return run->controller.windows().empty() && journals().isEmpty(); }));
     crash();
     begin();
-    EXPECT_EQ(recover(), nullptr);
+    EXPECT_EQ(askedToRecover(), nullptr);
 }
 
 } // namespace

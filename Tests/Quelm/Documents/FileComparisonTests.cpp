@@ -55,6 +55,23 @@ TEST_F(FileComparisonTests, AFileThatGrewOrWasReplacedHasChanged) {
     EXPECT_EQ(found.stamp, stamp());
 }
 
+TEST_F(FileComparisonTests, AStateThatIsKnownToDifferIsNotReadAgain) {
+    const FileState known = state();
+    replace("[3,4]");
+    setModified(longAgo);
+    const FileState different = state();
+    ASSERT_TRUE(different.isCertain());
+    // Bytes that nobody reads do not matter.
+    std::ofstream(path.toStdString()) << "[1,2]";
+    setModified(longAgo);
+    ASSERT_EQ(stamp(), different.stamp);
+    EXPECT_EQ(compareFile(path, known).result, Result::touched);
+    const FileComparison found = compareFile(path, known, std::optional(different));
+    EXPECT_EQ(found, (FileComparison{Result::changed, different.stamp}));
+    setModified(longAgo + 1);
+    EXPECT_EQ(compareFile(path, known, std::optional(different)).result, Result::touched) << "it is another state";
+}
+
 TEST_F(FileComparisonTests, TheSameBytesUnderAnotherStampAreTouchedOnly) {
     const FileState known = state();
     replace("[1,2]");

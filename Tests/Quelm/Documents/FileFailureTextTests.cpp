@@ -73,6 +73,8 @@ TEST(FileFailureText, TheFormerContentsAreNamedWhereTheyAre) {
     const QString file = folder.write(QStringLiteral("a.json"), "");
     EXPECT_EQ(untouchedFileText({}, file), QStringLiteral("El archivo sigue como estaba."));
     EXPECT_EQ(untouchedFileText({}, folder.path(QStringLiteral("nada"))), QString());
+    EXPECT_EQ(untouchedFileText({Step::replace, Reason::changedMeanwhile, {}, {}}, file),
+              QStringLiteral("El archivo tiene lo que ha escrito el otro programa."));
     const SaveFailure failure{Step::restore, Reason::system, {EIO}, "/copias/1-0.backup"};
     EXPECT_EQ(untouchedFileText(failure, file),
               QStringLiteral("El archivo puede haber quedado a medias; lo que contenía está a salvo en "

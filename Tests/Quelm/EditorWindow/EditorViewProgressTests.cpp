@@ -50,7 +50,7 @@ TEST_F(EditorViewProgressTests, ReadingThatTakesLongHasALineAndAButton) {
     progress->add(50);
     EXPECT_TRUE(QTest::qWaitFor([this] { return line()->maximum() > 0 && line()->value() == line()->maximum() / 2; }));
     progress->add(100);
-    EXPECT_TRUE(QTest::qWaitFor([this] { return line()->maximum() == 0; })) << "what is left takes nobody knows how long";
+    EXPECT_TRUE(QTest::qWaitFor([this] { return line()->maximum() == 0; })) << "nobody knows how long the rest takes";
     window->showDocument();
     EXPECT_EQ(page(), nullptr);
 }

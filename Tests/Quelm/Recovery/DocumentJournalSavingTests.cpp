@@ -167,7 +167,7 @@ TEST_F(DocumentJournalSavingTests, ATreeWhoseFileIsSortedIsWrittenWholeBeforeIts
     EXPECT_THAT(journalFiles(), IsEmpty());
     applyEdits({TreeEdit::remove(child(0))});
     EXPECT_THAT(lines(),
-                ElementsAre("replace 3->3 twoSpaces sorted tree '{\"b\":1,\"a\":2}'", "tree remove 0.0 as 2"));
+                ElementsAre("replace 3->3 twoSpaces sorted tree '{\"b\":1,\"a\":2}'", "tree remove 0.0 as 1"));
     EXPECT_EQ(recovered(), "{\n  \"a\": 2\n}\n");
 }
 
@@ -204,6 +204,61 @@ TEST_F(DocumentJournalSavingTests, ASaveElsewhereMovesTheDocument) {
     EXPECT_EQ(recovered(fileText, 1), expected);
     endSave();
     EXPECT_EQ(recovered(), expected);
+}
+
+// A save that a loss of power may undo.
+
+TEST_F(DocumentJournalSavingTests, ASaveInDoubtLeavesTheJournalForTheFileOfBefore) {
+    const std::string text = "[\"" + std::string(1000, 'x') + "\"]";
+    openText(text);
+    typeAt(1004, 0, QStringLiteral(" "));
+    beginSave();
+    replaceFile();
+    describeFile(std::string(fileText));
+    journal->didSaveInDoubt();
+    document.noteSaved(savedToken);
+    EXPECT_FALSE(document.isModified());
+    QCoreApplication::processEvents();
+    EXPECT_EQ(recovered(text, 0), text + " ");
+    EXPECT_TRUE(wasModified);
+    recovered(text + " ", 1);
+    EXPECT_FALSE(wasModified);
+    // What follows holds from both, copies of the text included.
+    const TextRope whole = document.textBuffer()->text();
+    typeAt(0, document.textBuffer()->length(), QString());
+    document.textBuffer()->replaceCharacters({0, 0}, whole);
+    typeAt(1005, 0, QStringLiteral("\n"));
+    EXPECT_EQ(recovered(text, 0), text + " \n");
+    EXPECT_EQ(recovered(text + " ", 1), text + " \n");
+    save();
+    EXPECT_THAT(journalFiles(), IsEmpty());
+}
+
+TEST_F(DocumentJournalSavingTests, ADocumentThatIsClosedAfterASaveInDoubtLeavesItsJournal) {
+    openText("[1]");
+    typeAt(3, 0, QStringLiteral(" "));
+    beginSave();
+    replaceFile();
+    describeFile(std::string(fileText));
+    journal->didSaveInDoubt();
+    document.noteSaved(savedToken);
+    journal->discard();
+    journal.reset();
+    EXPECT_EQ(recovered("[1]", 0), "[1] ");
+    EXPECT_TRUE(wasModified);
+}
+
+TEST_F(DocumentJournalSavingTests, ChangesAfterASaveInDoubtThatAreNotWantedAreNotOffered) {
+    openText("[1]");
+    typeAt(3, 0, QStringLiteral(" "));
+    beginSave();
+    replaceFile();
+    describeFile(std::string(fileText));
+    journal->didSaveInDoubt();
+    document.noteSaved(savedToken);
+    typeAt(4, 0, QStringLiteral("\n"));
+    journal->discard();
+    EXPECT_THAT(journalFiles(), IsEmpty());
 }
 
 } // namespace

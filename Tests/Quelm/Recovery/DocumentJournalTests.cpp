@@ -1,4 +1,5 @@
 #include "Tests/Quelm/Recovery/JournaledDocumentTest.h"
+#include "Tests/Quelm/Support/FakeClock.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -248,6 +249,41 @@ TEST_F(DocumentJournalTests, AnUneditedDocumentIsIndependentFromItsNextChangeOn)
     EXPECT_EQ(recovered(""), "[2]");
 }
 
+TEST_F(DocumentJournalTests, AnIndependentJournalCopiesNothingOfTheFile) {
+    const std::string text = "[\"" + std::string(1000, 'x') + "\"]";
+    openText(text);
+    typeAt(1004, 0, QStringLiteral("\n"));
+    journal->standAlone();
+    EXPECT_EQ(recovered(""), text + "\n");
+    // Nor after a save that came to nothing.
+    beginSave();
+    journal->standAlone();
+    journal->didNotSave();
+    const TextRope whole = document.textBuffer()->text();
+    typeAt(0, document.textBuffer()->length(), QString());
+    document.textBuffer()->replaceCharacters({0, 0}, whole);
+    document.noteTextBufferEdited();
+    EXPECT_EQ(recovered(""), text + "\n");
+}
+
+TEST_F(DocumentJournalTests, ADocumentThatIsNotWhatItsFileHoldsCopiesNothingOfIt) {
+    const std::string held = "[\"" + std::string(1000, 'x') + "\"]";
+    describeFile(held);
+    document.applyUnsaved(contentOf("[\"" + std::string(1006, 'y') + "\"]"), EditorMode::text);
+    begin();
+    ASSERT_TRUE(document.isModified());
+    EXPECT_EQ(recovered(), "[\"" + std::string(1006, 'y') + "\"]");
+}
+
+TEST_F(DocumentJournalTests, AFileThatTheDocumentWasNotMadeFromIsNoBase) {
+    describeFile("[1]");
+    document.configuration().setFileState(FileState::unknown());
+    document.applyUnsaved(contentOf("[2]"), EditorMode::text);
+    begin();
+    EXPECT_EQ(baseLine(), "base /casa/datos.json text compact");
+    EXPECT_EQ(recovered(""), "[2]");
+}
+
 TEST_F(DocumentJournalTests, WhatIsCopiedFromTheFileIsNotWritten) {
     const std::string text = "[\"" + std::string(10'000, 'x') + "\"]";
     openText(text);
@@ -304,6 +340,48 @@ TEST_F(DocumentJournalTests, AFailureIsToldOnceAndTheDocumentGoesOn) {
     const QString message = failures.front().front().toString();
     EXPECT_TRUE(message.startsWith(QStringLiteral("Los cambios de “datos.json” no se pueden anotar"))) << message.toStdString();
     EXPECT_EQ(bufferText(), "[1]    ");
+}
+
+TEST_F(DocumentJournalTests, AfterAFailureItIsTriedAgainInAWhile) {
+    folder.write(QStringLiteral("estado"), "no folder");
+    FakeClock clock;
+    describeFile("[1]");
+    edit("[1]");
+    journal = std::make_unique<DocumentJournal>(document, folder.path(journalFolder), thread, clock);
+    QSignalSpy failures(journal.get(), &DocumentJournal::didFail);
+    const auto failAt = [&](qint64 location) {
+        typeAt(location, 0, QStringLiteral(" "));
+        // Told to the program or not, the clock is asked for the next time.
+        ASSERT_TRUE(QTest::qWaitFor([&] { return clock.pendingCount() == 1; }));
+    };
+    failAt(3);
+    clock.advance(DocumentJournal::retryDelay);
+    failAt(4);
+    ASSERT_TRUE(QFile::remove(folder.path(QStringLiteral("estado"))));
+    clock.advance(DocumentJournal::retryDelay - std::chrono::seconds(1));
+    typeAt(5, 0, QStringLiteral(" "));
+    EXPECT_THAT(journalFiles(), IsEmpty());
+    clock.advance(std::chrono::seconds(1));
+    typeAt(6, 0, QStringLiteral("\n"));
+    typeAt(7, 0, QStringLiteral("\t"));
+    EXPECT_THAT(lines(), ElementsAre("replace 2->2 compact text '[1]   \n'", "text 7-0 '\t'"));
+    EXPECT_EQ(recovered(), "[1]   \n\t");
+    EXPECT_EQ(failures.size(), 1);
+}
+
+TEST_F(DocumentJournalTests, ADamagedJournalIsKeptAsideOnceTheDocumentIsSafe) {
+    const QString place = folder.path(journalFolder);
+    ASSERT_TRUE(QDir().mkpath(place));
+    folder.write(journalFolder + QStringLiteral("/viejo.journal"), "damaged");
+    describeFile("[1]");
+    document.applyUnsaved(contentOf("[1] "), EditorMode::text);
+    begin();
+    auto left = JournalRecovery::open((place + QStringLiteral("/viejo.journal")).toStdString());
+    ASSERT_TRUE(left && *left);
+    journal->takePlaceOf(**std::move(left));
+    const QStringList files = journalFiles();
+    EXPECT_EQ(files.size(), 2);
+    EXPECT_TRUE(files.contains(QStringLiteral("viejo.journal.apartado")));
 }
 
 TEST_F(DocumentJournalTests, AfterAFailureASaveBeginsAnew) {

@@ -297,8 +297,8 @@ TEST_F(JournalReplayTests, ReplacesTheContentByATextWithItsTree) {
 
 TEST_F(JournalReplayTests, ReplacesTheContentByATree) {
     startTree("[1]");
-    repeat({journal::Replace{
-        .numberBefore = 1, .number = 1, .style = pretty, .hasTree = true, .text = {literal("[2]")}}});
+    repeat(
+        {journal::Replace{.numberBefore = 1, .number = 1, .style = pretty, .hasTree = true, .text = {literal("[2]")}}});
     const JSONContent replaced = content();
     EXPECT_FALSE(replaced.text);
     EXPECT_EQ(JSONDocument::fileContents(replaced).view(), "[\n  2\n]\n");
@@ -328,8 +328,7 @@ TEST_F(JournalReplayTests, RefusesAContentWithoutPartsOrWithATreeThatIsNone) {
     startText("[1]");
     EXPECT_EQ(apply(journal::Replace{.text = {literal("[2]")}}), impossible);
     EXPECT_EQ(apply(journal::Replace{.hasText = true, .hasTree = true, .text = {literal("[2")}}), impossible);
-    EXPECT_EQ(apply(journal::Replace{.hasText = true, .isTextMadeOfTree = true, .text = {literal("[2]")}}),
-              impossible);
+    EXPECT_EQ(apply(journal::Replace{.hasText = true, .isTextMadeOfTree = true, .text = {literal("[2]")}}), impossible);
 }
 
 // Other records.

@@ -1,5 +1,6 @@
 #include "FileCore/BackupFormat.h"
 #include "FileCore/JournalFile.h"
+#include "Quelm/Documents/FileComparison.h"
 #include "Quelm/Recovery/JournalRecord.h"
 #include "Quelm/Recovery/LeftBehind.h"
 #include "Tests/Quelm/Recovery/ReplayedJournalTest.h"
@@ -60,9 +61,9 @@ protected:
     }
     /// A backup as a process leaves it that was killed while it wrote the file in place.
     void leaveBackup(std::string_view before, std::string_view after) const {
-        const std::string head = backupFormat::head(filePath());
-        const std::string tail = backupFormat::tail(
-            head, {.before = ContentChecksum::of(before), .after = ContentChecksum::of(after)});
+        const std::string head = backupFormat::head(filePath(), static_cast<std::int64_t>(before.size()));
+        const std::string tail =
+            backupFormat::tail(head, {.before = ContentChecksum::of(before), .after = ContentChecksum::of(after)});
         write(folder() + QStringLiteral("/b.backup"), head + std::string(before) + tail);
     }
 
@@ -285,16 +286,53 @@ TEST_F(LeftBehindTests, ChangesOfAFileThatHasChangedAreStale) {
     const auto recovered = recover(std::move(left));
     ASSERT_FALSE(recovered);
     EXPECT_EQ(recovered.error().message,
-              QStringLiteral("El archivo ha cambiado, o ya no está, desde entonces. Se conserva en «%1».")
+              QStringLiteral("El archivo ha cambiado desde entonces. Se conserva en «%1».")
                   .arg(folder() + QStringLiteral("/a.journal.apartado")));
     EXPECT_EQ(read(file()), "[3]");
     EXPECT_EQ(names(), QStringList{QStringLiteral("a.journal.apartado")});
     EXPECT_TRUE(find().empty());
 }
 
-TEST_F(LeftBehindTests, ChangesOfAFileThatIsGoneAreStale) {
+TEST_F(LeftBehindTests, ChangesOfAFileThatIsNotThereForNowWaitForIt) {
+    leave({baseOf("[1]"), edit(1, 1, "2")});
+    {
+        LeftBehind left = findOne();
+        EXPECT_EQ(left.state, State::unreachable);
+        EXPECT_EQ(left.path, file());
+        const auto recovered = recover(std::move(left));
+        ASSERT_FALSE(recovered);
+        EXPECT_TRUE(recovered.error().message.contains(QStringLiteral("lo intentará de nuevo en el próximo inicio")));
+    }
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a.journal")});
+    write(file(), "[1]");
+    recoverOne("[2]");
+}
+
+TEST_F(LeftBehindTests, AFileThatGoesBeforeTheChangesAreRepeatedIsWaitedForToo) {
+    write(file(), "[1]");
+    leave({baseOf("[1]"), edit(1, 1, "2")});
+    LeftBehind left = findOne();
+    EXPECT_EQ(left.state, State::recoverable);
+    ASSERT_TRUE(QFile::remove(file()));
+    EXPECT_FALSE(recover(std::move(left)));
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a.journal")});
+}
+
+TEST_F(LeftBehindTests, AFolderInThePlaceOfTheFileIsNoReasonToWait) {
+    ASSERT_TRUE(QDir().mkdir(file()));
     leave({baseOf("[1]"), edit(1, 1, "2")});
     EXPECT_EQ(findOne().state, State::stale);
+}
+
+TEST_F(LeftBehindTests, AJournalThatCannotBeReadIsToldOfAndStays) {
+    // Larger than any memory, and next to nothing on the disk.
+    write(folder() + QStringLiteral("/a.journal"), "");
+    ASSERT_TRUE(QFile::resize(folder() + QStringLiteral("/a.journal"), qint64{1} << 43));
+    LeftBehind left = findOne();
+    EXPECT_EQ(left.state, State::unreadable);
+    EXPECT_EQ(left.path, folder() + QStringLiteral("/a.journal"));
+    EXPECT_FALSE(recover(std::move(left)));
+    EXPECT_EQ(names(), QStringList{QStringLiteral("a.journal")});
 }
 
 TEST_F(LeftBehindTests, AFileThatChangesBeforeTheChangesAreRepeatedIsLeftAlone) {
@@ -316,6 +354,17 @@ TEST_F(LeftBehindTests, ADocumentWhoseFileIsOfNoUseComesBackWhole) {
     EXPECT_FALSE(document.state);
 }
 
+TEST_F(LeftBehindTests, AFileThatTheDocumentWasNotMadeFromIsUnknownToIt) {
+    write(file(), "[somebody else's]");
+    journal::Base whole = newDocument();
+    whole.path = filePath();
+    leave({whole, journal::Replace{.hasText = true, .text = {literal("[7]")}}});
+    const RecoveredDocument document = recoverOne("[7]");
+    ASSERT_TRUE(document.state);
+    EXPECT_FALSE(document.state->isKnown());
+    EXPECT_EQ(compareFile(file(), *document.state).result, FileComparison::Result::changed);
+}
+
 // Damage.
 
 TEST_F(LeftBehindTests, WhatIsNoJournalIsDamaged) {
@@ -324,8 +373,8 @@ TEST_F(LeftBehindTests, WhatIsNoJournalIsDamaged) {
     EXPECT_EQ(left.state, State::damaged);
     EXPECT_EQ(left.name, QStringLiteral("Sin título"));
     const auto aside = keepAside(std::move(left));
-    ASSERT_TRUE(aside);
-    EXPECT_EQ(*aside, folder() + QStringLiteral("/a.journal.apartado"));
+    ASSERT_TRUE(aside) << aside.error().message.toStdString();
+    EXPECT_EQ(*aside, QStringLiteral("«%1/a.journal.apartado»").arg(folder()));
     EXPECT_TRUE(find().empty());
 }
 
@@ -359,10 +408,16 @@ TEST_F(LeftBehindTests, WhatComesBeforeTheDamageIsRecovered) {
     ASSERT_NE(found, std::string::npos);
     bytes[found + last.size() - 1] ^= 1;
     write(path, bytes);
-    const RecoveredDocument document = recoverOne("[1]");
-    EXPECT_TRUE(document.isPartial);
-    EXPECT_FALSE(document.journal);
-    EXPECT_EQ(names(), QStringList{QStringLiteral("a.journal.apartado")});
+    {
+        RecoveredDocument document = recoverOne("[1]");
+        EXPECT_TRUE(document.isPartial);
+        EXPECT_FALSE(document.journal);
+        ASSERT_TRUE(document.damagedJournal);
+        // Before the document is safe elsewhere, it is offered again.
+        EXPECT_EQ(names(), QStringList{QStringLiteral("a.journal")});
+    }
+    RecoveredDocument document = recoverOne("[1]");
+    ASSERT_TRUE(std::move(*document.damagedJournal).keepAside());
     EXPECT_EQ(read(folder() + QStringLiteral("/a.journal.apartado")), bytes);
 }
 
@@ -377,9 +432,8 @@ TEST_F(LeftBehindTests, AJournalOfWhichNothingCanBeRepeatedIsKeptAside) {
     leave({newDocument(), edit(100, 1, "2")});
     const auto recovered = recover(findOne());
     ASSERT_FALSE(recovered);
-    EXPECT_EQ(recovered.error().message,
-              QStringLiteral("La copia de recuperación está dañada. Se conserva en «%1».")
-                  .arg(folder() + QStringLiteral("/a.journal.apartado")));
+    EXPECT_EQ(recovered.error().message, QStringLiteral("La copia de recuperación está dañada. Se conserva en «%1».")
+                                             .arg(folder() + QStringLiteral("/a.journal.apartado")));
     EXPECT_TRUE(find().empty());
     EXPECT_EQ(QFile::permissions(folder() + QStringLiteral("/a.journal.apartado")) &
                   (QFile::ReadGroup | QFile::WriteGroup | QFile::ReadOther | QFile::WriteOther),
@@ -395,7 +449,7 @@ TEST_F(LeftBehindTests, ChangesApplyToTheBackupOfATornFile) {
     const RecoveredDocument document = recoverOne("[2,3]");
     EXPECT_EQ(document.path, file());
     ASSERT_TRUE(document.state);
-    EXPECT_EQ(document.state->checksum, ContentChecksum::of("[2"));
+    EXPECT_FALSE(document.state->isKnown());
     EXPECT_TRUE(document.backup);
     EXPECT_TRUE(document.journal);
     EXPECT_EQ(read(file()), "[2");
@@ -413,9 +467,11 @@ TEST_F(LeftBehindTests, ABackupOfAFileThatIsWholeGoes) {
 TEST_F(LeftBehindTests, ABackupComesBackByItself) {
     write(file(), "[2");
     leaveBackup("[ 1 ]", "[2]");
-    const LeftBehind left = findOne();
-    EXPECT_FALSE(left.journal);
-    EXPECT_EQ(left.name, QStringLiteral("datos.json"));
+    {
+        const LeftBehind left = findOne();
+        EXPECT_FALSE(left.journal);
+        EXPECT_EQ(left.name, QStringLiteral("datos.json"));
+    }
     const RecoveredDocument document = recoverOne("[ 1 ]");
     EXPECT_EQ(document.mode, EditorMode::tree);
     EXPECT_EQ(document.path, file());
@@ -452,8 +508,21 @@ TEST_F(LeftBehindTests, WhatIsDiscardedIsGone) {
     leave({baseOf("[1]"), edit(1, 1, "2"), baseOf("[2]"), edit(2, 0, ",3")});
     leaveBackup("[1]", "[2]");
     discard(findOne());
-    EXPECT_EQ(names(), QStringList());
+    // Not the only whole copy of the file, though it is not offered any more.
+    EXPECT_EQ(names(), QStringList{QStringLiteral("b.backup.apartado")});
+    EXPECT_TRUE(find().empty());
     EXPECT_EQ(read(file()), "[2");
+}
+
+TEST_F(LeftBehindTests, WhatIsKeptAsideTakesNobodysPlaceAndBothPathsAreTold) {
+    write(folder() + QStringLiteral("/b.backup.apartado"), "of before");
+    write(file(), "[2");
+    leave({baseOf("[1]"), edit(1, 1, "2"), baseOf("[2]"), edit(2, 0, ",3")});
+    leaveBackup("[1]", "[2]");
+    const auto aside = keepAside(findOne());
+    ASSERT_TRUE(aside);
+    EXPECT_EQ(*aside, QStringLiteral("«%1/a.journal.apartado» y «%1/b.backup.apartado-2»").arg(folder()));
+    EXPECT_EQ(read(folder() + QStringLiteral("/b.backup.apartado")), "of before");
 }
 
 TEST_F(LeftBehindTests, WhatIsLetGoIsFoundAgain) {
@@ -476,6 +545,19 @@ TEST_F(LeftBehindTests, ARecoveryThatIsStoppedLosesNothing) {
     ASSERT_FALSE(recovered);
     EXPECT_TRUE(recovered.error().isCancellation);
     recoverOne("[1]");
+}
+
+TEST_F(LeftBehindTests, ADamagedBackupIsReportedAndKept) {
+    write(file(), "[2");
+    leaveBackup("[1]", "[2]");
+    const QString path = folder() + QStringLiteral("/b.backup");
+    std::string bytes = read(path);
+    bytes[bytes.find("[1]") + 1] = '7';
+    write(path, bytes);
+    LeftBehind left = findOne();
+    EXPECT_EQ(left.state, State::damaged);
+    EXPECT_FALSE(recover(std::move(left)));
+    EXPECT_EQ(names(), QStringList{QStringLiteral("b.backup.apartado")});
 }
 
 } // namespace

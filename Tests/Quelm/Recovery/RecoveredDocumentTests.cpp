@@ -149,10 +149,10 @@ protected:
     // Actions of the text editor.
 
     QString someText() {
-        static const std::array texts{QStringLiteral("a"),    QStringLiteral("\""), QStringLiteral("1"),
+        static const std::array texts{QStringLiteral("a"),    QStringLiteral("\""),  QStringLiteral("1"),
                                       QStringLiteral(","),    QStringLiteral("[1]"), QStringLiteral("\n"),
-                                      QStringLiteral("ñ"),    QStringLiteral("😀"), QStringLiteral("{}"),
-                                      QStringLiteral("\r\n"), QStringLiteral("]"),  QStringLiteral("\u0301")};
+                                      QStringLiteral("ñ"),    QStringLiteral("😀"),   QStringLiteral("{}"),
+                                      QStringLiteral("\r\n"), QStringLiteral("]"),   QStringLiteral("\u0301")};
         return oneOf(texts);
     }
     qint64 somePlace() {
@@ -222,8 +222,8 @@ protected:
         const JSONTree& tree = *document_->content().tree;
         NodeID node = tree.root();
         while (!tree.children(node).empty() && !oneIn(3))
-            node = tree.children(node)[static_cast<std::int64_t>(
-                below(static_cast<std::size_t>(tree.children(node).size())))];
+            node = tree.children(
+                node)[static_cast<std::int64_t>(below(static_cast<std::size_t>(tree.children(node).size())))];
         return node;
     }
     void actOnTree() {
@@ -264,13 +264,16 @@ protected:
         ASSERT_TRUE(QTest::qWaitFor([this] { return !model_->isBusy(); }));
     }
     void format() {
-        static constexpr std::array styles{JSONStyle::compact(),
-                                           JSONStyle::pretty(JSONStyle::Indent::twoSpaces, false),
+        static constexpr std::array styles{JSONStyle::compact(), JSONStyle::pretty(JSONStyle::Indent::twoSpaces, false),
                                            JSONStyle::pretty(JSONStyle::Indent::tab, true)};
+        if (editing_ && oneIn(2))
+            makeValid();
         model_->format(oneOf(styles));
         wait();
     }
     void switchMode() {
+        if (editing_ && !oneIn(4))
+            makeValid();
         model_->switchMode(document_->mode() == EditorMode::tree ? EditorMode::text : EditorMode::tree);
         wait();
     }
@@ -288,10 +291,8 @@ protected:
         if (editing_)
             editing_->endTypingStep();
         const StateToken::Value token = document_->stateToken().current();
-        save_ = Save{.path = path,
-                     .snapshot = document_->snapshot(),
-                     .token = token,
-                     .willReplace = journal_->willSave(path)};
+        save_ = Save{
+            .path = path, .snapshot = document_->snapshot(), .token = token, .willReplace = journal_->willSave(path)};
     }
     void goOnSaving() {
         if (save_->isReplaced)
@@ -402,6 +403,7 @@ protected:
         if (!save_) {
             ASSERT_EQ(recovered->path, filePath_);
         }
+        ++recoveredCounts_[document_->mode() == EditorMode::tree ? 0 : 1];
     }
 
     std::mt19937 random_{GetParam()};
@@ -417,6 +419,8 @@ protected:
     std::optional<Save> save_;
     /// Which action was the last.
     std::size_t choice_ = 0;
+    /// How often a tree came back, and a text.
+    std::array<int, 2> recoveredCounts_{};
 };
 
 TEST_P(RecoveredDocuments, AreWhatTheDocumentHeld) {
@@ -430,6 +434,11 @@ TEST_P(RecoveredDocuments, AreWhatTheDocumentHeld) {
         }
     }
     ASSERT_NO_FATAL_FAILURE(check());
+    EXPECT_GT(recoveredCounts_[0], 0);
+    EXPECT_GT(recoveredCounts_[1], 0);
+    EXPECT_GT(recoveredCounts_[0] + recoveredCounts_[1], actions / 10);
+    RecordProperty("trees", recoveredCounts_[0]);
+    RecordProperty("texts", recoveredCounts_[1]);
 }
 
 INSTANTIATE_TEST_SUITE_P(Sessions, RecoveredDocuments, testing::Range(1U, 9U));

@@ -85,8 +85,7 @@ protected:
 
 private:
     void start(EditorMode mode, std::string_view file, ReturnCounts returns, const ReplayLimits& limits) {
-        auto begun =
-            JournalReplay::start(base(mode, file), text(file), std::move(returns), stop.get_token(), limits);
+        auto begun = JournalReplay::start(base(mode, file), text(file), std::move(returns), stop.get_token(), limits);
         ASSERT_TRUE(begun);
         replay.emplace(*std::move(begun));
     }

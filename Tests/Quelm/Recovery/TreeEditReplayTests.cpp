@@ -119,12 +119,13 @@ TEST_F(TreeEditReplayTests, RefusesANewSubtreeThatIsNoJSON) {
 TEST_F(TreeEditReplayTests, RefusesNumbersThatAreUnknownOrTaken) {
     expectImpossible({journal::InsertDetached{{0}, 0, 1}});
     expectImpossible({journal::Remove{{0, 0}, 1}, journal::Remove{{0, 0}, 1}});
-    expectImpossible({journal::Remove{{0, 0}, 1}, journal::InsertDetached{{0}, 0, 1}, journal::InsertDetached{{0}, 0, 1}});
+    expectImpossible(
+        {journal::Remove{{0, 0}, 1}, journal::InsertDetached{{0}, 0, 1}, journal::InsertDetached{{0}, 0, 1}});
 }
 
 TEST_F(TreeEditReplayTests, NothingIsLeftOfEditsWhenALaterOneOfTheirListIsRefused) {
-    expectImpossible({journal::SetKey{{0, 0}, text("x")}, journal::Remove{{0, 1}, 1},
-                      journal::InsertNew{{0}, 0, {}, text("[")}});
+    expectImpossible(
+        {journal::SetKey{{0, 0}, text("x")}, journal::Remove{{0, 1}, 1}, journal::InsertNew{{0}, 0, {}, text("[")}});
 }
 
 TEST_F(TreeEditReplayTests, RefusesToEditTheTreeOfATextEditor) {

@@ -17,6 +17,7 @@ int main(int argc, char** argv) {
     const QTemporaryDir home;
     qputenv("XDG_CONFIG_HOME", home.path().toUtf8());
     qputenv("XDG_RUNTIME_DIR", home.path().toUtf8());
+    qputenv("XDG_STATE_HOME", home.path().toUtf8());
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     quelm::installTranslations(application);

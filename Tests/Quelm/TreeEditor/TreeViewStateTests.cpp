@@ -97,9 +97,8 @@ TEST_F(TreeViewStateTests, IsAnnouncedOnceWithRowsOfTheNewTree) {
     open("[[1],2]");
     QSignalSpy outline(editor.get(), &TreeEditor::outlineChanged);
     bool areRowsCurrent = true;
-    QObject::connect(editor.get(), &TreeEditor::outlineChanged, editor.get(), [&] {
-        areRowsCurrent = editor->hasCurrentRows() && editor->outline().rowCount() == 4;
-    });
+    QObject::connect(editor.get(), &TreeEditor::outlineChanged, editor.get(),
+                     [&] { areRowsCurrent = editor->hasCurrentRows() && editor->outline().rowCount() == 4; });
     carryOver("[[1],2,3]");
     EXPECT_EQ(outline.count(), 1);
     EXPECT_TRUE(areRowsCurrent);
