@@ -21,7 +21,8 @@ bool hasDialog(const EditorView& window) {
 void DocumentController::keepJournals(const QString& folder) {
     journals_ = std::make_unique<DocumentJournals>(folder);
     connect(journals_.get(), &DocumentJournals::didFail, this, [this](const QString& message) {
-        alert(nullptr, tr("Los cambios sin guardar no se podrían recuperar si Quelm se cerrara inesperadamente."), message);
+        alert(nullptr, tr("Los cambios sin guardar no se podrían recuperar si Quelm se cerrara inesperadamente."),
+              message);
     });
 }
 

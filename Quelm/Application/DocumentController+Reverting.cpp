@@ -43,7 +43,9 @@ void DocumentController::finishReverting(EditorView& window, std::expected<Loade
         follower.noteInStep();
     follower.resume();
     if (!loaded)
-        alert(&window, tr("No se pudo volver a leer «%1».").arg(visibleCharacters(window.document().configuration().displayName())),
+        alert(&window,
+              tr("No se pudo volver a leer «%1».")
+                  .arg(visibleCharacters(window.document().configuration().displayName())),
               loaded.error().message);
     else if (dismissSettledQuestion(window))
         goOnClosing(window);

@@ -69,7 +69,8 @@ void EditorModel::reportExport(const QString& path, const ExportDocument::Failur
     if (isExportCancelled_)
         return;
     if (const auto* error = std::get_if<FileError>(&failure))
-        setErrorMessage(tr("No se pudo guardar «%1».\n").arg(visibleCharacters(QFileInfo(path).fileName())) + error->message);
+        setErrorMessage(tr("No se pudo guardar «%1».\n").arg(visibleCharacters(QFileInfo(path).fileName())) +
+                        error->message);
     else if (const auto& conversion = std::get<ConversionError>(failure); !conversion.isCancellation())
         setErrorMessage(conversion.description());
 }

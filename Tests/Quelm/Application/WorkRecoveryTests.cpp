@@ -132,7 +132,7 @@ TEST_F(WorkRecoveryTests, UnsavedChangesComeBackAsAnEditedDocumentAndTheFileStay
 
 TEST_F(WorkRecoveryTests, AnEmptyWindowWithSomethingToTellStays) {
     begin();
-    type(openNew(), QStringLiteral("x"));
+    type(open(folder.write(QStringLiteral("a.json"), "[1]")), QStringLiteral("x"));
     crash();
     begin();
     QMessageBox* question = askedToRecover();
