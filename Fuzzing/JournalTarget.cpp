@@ -106,13 +106,10 @@ std::size_t feedRecords(std::string_view bytes) {
 }
 
 void feedBackup(std::string_view bytes) {
-    const auto length = backupFormat::pathLength(bytes.substr(0, backupFormat::fixedHeadSize));
-    if (!length || *length > bytes.size())
+    const auto lengths = backupFormat::lengths(bytes.substr(0, backupFormat::fixedHeadSize));
+    if (!lengths || lengths->backup() != static_cast<std::int64_t>(bytes.size()))
         return;
-    const std::size_t headSize = backupFormat::fixedHeadSize + *length;
-    if (bytes.size() < headSize + backupFormat::tailSize)
-        return;
-    backupFormat::checksums(bytes.substr(0, headSize), bytes.substr(bytes.size() - backupFormat::tailSize));
+    backupFormat::checksums(bytes.substr(0, lengths->head()), bytes.substr(bytes.size() - backupFormat::tailSize));
 }
 
 } // namespace

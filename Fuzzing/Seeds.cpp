@@ -107,7 +107,7 @@ std::vector<std::string> journalSeeds() {
         seeds.push_back(journalInput(whole.substr(0, whole.size() - 1)));
         seeds.push_back(journalInput(whole + std::string(600, '\0')));
     }
-    const std::string head = backupFormat::head("/datos/a.json");
+    const std::string head = backupFormat::head("/datos/a.json", fileBytes.size());
     const backupFormat::Checksums checksums{ContentChecksum::of(fileBytes), ContentChecksum::of("[]")};
     seeds.push_back(backupInput(head + std::string(fileBytes) + backupFormat::tail(head, checksums)));
     return seeds;

@@ -11,6 +11,8 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QDir>
+#include <QFileInfo>
 #include <QMessageBox>
 
 #include <algorithm>
@@ -227,9 +229,13 @@ void FileFollower::followLoss() {
     if (!canBeTouched() || hasDialog())
         return checkAfter(retryDelay);
     dismissQuestion();
+    const auto& location = window_.document().configuration().fileLocation();
+    const bool isFolderThere = location && QFileInfo(*location).absoluteDir().exists();
     tell(Sight{}, tr("\"%1\" ya no está en su carpeta.").arg(name()),
-         tr("Se ha borrado, o tiene otro nombre o está en otro lugar. Lo que ves aquí no se ha perdido: si guardas, el "
-            "archivo se creará de nuevo."));
+         isFolderThere ? tr("Se ha borrado, o tiene otro nombre o está en otro lugar. Lo que ves aquí no se ha perdido: "
+                            "si guardas, el archivo se creará de nuevo.")
+                       : tr("Su carpeta tampoco está. Lo que ves aquí no se ha perdido: puedes guardarlo en otro lugar "
+                            "con «Guardar como…»."));
 }
 
 /// What is open is what no file holds any more.

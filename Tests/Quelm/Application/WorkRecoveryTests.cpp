@@ -274,6 +274,27 @@ TEST_F(WorkRecoveryTests, ChangesOfAFileThatChangedWhileTheyWereOpenComeBackWhol
     EXPECT_EQ(fileText(path), "[2, 3]");
 }
 
+TEST_F(WorkRecoveryTests, ChangesOfAFileThatWasDeletedWhileTheyWereOpenComeBackWhole) {
+    const std::string text = "[\"" + std::string(2000, 'a') + "\"]";
+    const QString path = folder.write(QStringLiteral("a.json"), text);
+    begin();
+    EditorView& window = open(path);
+    type(window, QStringLiteral("x"));
+    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QTest::qWaitFor([] { return shownBox() != nullptr; }));
+    shownBox()->close();
+    ASSERT_TRUE(QTest::qWaitFor([] { return shownBox() == nullptr; }));
+    type(window, QStringLiteral("y"));
+    crash();
+    begin();
+    QMessageBox* question = askedToRecover();
+    ASSERT_NE(question, nullptr);
+    EXPECT_THAT(question->text().toStdString(), HasSubstr("¿Quieres recuperar"));
+    answer(question, QStringLiteral("Recuperar"));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return run->controller.windows().size() == 1; }));
+    EXPECT_EQ(textOf(*run->controller.windows().front()), "yx" + text);
+}
+
 TEST_F(WorkRecoveryTests, AWindowThatIsClosedWithoutSavingLeavesNothing) {
     const QString path = folder.write(QStringLiteral("a.json"), "[1]");
     begin();
