@@ -179,7 +179,8 @@ TEST_F(DocumentControllerTests, ADocumentThatCouldNotBeSavedSaysWhyAndKeepsItsPl
     QMessageBox* alert = waitForAlert();
     ASSERT_NE(alert, nullptr);
     EXPECT_EQ(alert->text(), QStringLiteral("No se pudo guardar «a.json»."));
-    EXPECT_EQ(alert->informativeText(), QStringLiteral("Ya hay una carpeta con ese nombre."));
+    EXPECT_EQ(alert->informativeText(), QStringLiteral("Ya hay una carpeta con ese nombre. No se ha perdido nada: tus "
+                                                       "cambios siguen abiertos."));
     EXPECT_EQ(alert->parentWidget(), opened);
     EXPECT_EQ(opened->document().configuration().fileLocation(), path);
     alert->close();
